@@ -1,0 +1,114 @@
+// Full-resolution conversion of rows: load pixels, apply an arithmetic, store pixels.
+//
+// An arithmetic is a type with
+//   using Lane                     the lanes that it works on: int16_t for bytes, float for everything
+//   operator()(Pixels) const       the arithmetic on full vectors of those lanes
+// Samples are widened to its lanes before it. Its results are 16-bit lanes, or 32-bit ones (already rounded) from
+// floats, and are packed with saturation; or floats, which are stored as they are.
+
+#if defined(KIP_FRAME_CONVERT_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_FRAME_CONVERT_INL_H_
+#undef KIP_FRAME_CONVERT_INL_H_
+#else
+#define KIP_FRAME_CONVERT_INL_H_
+#endif
+
+#include "frame/pixels-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+
+/// Full vectors of any kind, one per channel, through a function of one vector.
+template <class V, class Function>
+KIP_INLINE auto eachChannel(const Pixels<V>& px, const Function& function) {
+  return Pixels<decltype(function(px.a))>(function(px.a), function(px.b), function(px.c));
+}
+
+/// Results in two parts, packed to one vector per channel.
+template <class V, class Function>
+KIP_INLINE auto packChannels(const Pixels<V>& lower, const Pixels<V>& upper, const Function& pack) {
+  return Pixels<decltype(pack(lower.a, upper.a))>(pack(lower.a, upper.a), pack(lower.b, upper.b),
+                                                  pack(lower.c, upper.c));
+}
+
+KIP_INLINE Pixels<U8> pack(const Pixels<I16>& lower, const Pixels<I16>& upper) {
+  return packChannels(lower, upper, [](I16 l, I16 u) KIP_INLINE_LAMBDA { return packBytes(l, u); });
+}
+
+/// 16-bit samples through an arithmetic on floats, to 32-bit lanes in two parts.
+template <class Op>
+KIP_INLINE void applyFloats(const Op& op, const Pixels<U16>& px, Pixels<I32>& lower, Pixels<I32>& upper) {
+  lower = op(eachChannel(px, [](U16 v) KIP_INLINE_LAMBDA { return lowerFloats(v); }));
+  upper = op(eachChannel(px, [](U16 v) KIP_INLINE_LAMBDA { return upperFloats(v); }));
+}
+
+/// Bytes through an arithmetic on 16-bit lanes or on floats.
+template <class Op>
+KIP_INLINE Pixels<U8> applyTo(const Op& op, const Pixels<U8>& px) {
+  const auto lower = eachChannel(px, [](U8 v) KIP_INLINE_LAMBDA { return lowerBytes(v); });
+  const auto upper = eachChannel(px, [](U8 v) KIP_INLINE_LAMBDA { return upperBytes(v); });
+  if constexpr (std::is_same_v<typename Op::Lane, int16_t>) {
+    return pack(op(lower), op(upper));
+  } else {
+    const auto words = [&](const Pixels<I16>& half) KIP_INLINE_LAMBDA {
+      Pixels<I32> l, u;
+      applyFloats(op, eachChannel(half, [](I16 v) KIP_INLINE_LAMBDA { return as<uint16_t>(v); }), l, u);
+      return packChannels(l, u, [](I32 a, I32 b) KIP_INLINE_LAMBDA { return packWords(a, b); });
+    };
+    return pack(words(lower), words(upper));
+  }
+}
+
+/// 16-bit samples through an arithmetic on floats.
+template <class Op>
+KIP_INLINE Pixels<U16> applyTo(const Op& op, const Pixels<U16>& px) {
+  Pixels<I32> lower, upper;
+  applyFloats(op, px, lower, upper);
+  return packChannels(lower, upper, [](I32 l, I32 u) KIP_INLINE_LAMBDA { return packUnsignedWords(l, u); });
+}
+
+template <class Op>
+KIP_INLINE Pixels<F32> applyTo(const Op& op, const Pixels<F32>& px) {
+  return op(px);
+}
+
+/// Converts whole rows with one arithmetic for every pixel.
+template <class Op, class Src, class Dst>
+struct Convert {
+  KIP_INLINE static void pixels(const Job& job, int y, size_t first, size_t last) {
+    const Op op = makeFor<Op>(job);
+    const Src src = makeFor<Src>(job);
+    const Dst dst = makeFor<Dst>(job);
+    forBlocks<Src, Dst>(Src::rows(job.src, y), Dst::rows(job.dst, y), first, last,
+                                [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+                          const auto px = src.load(from);
+                          auto result = applyTo(op, px);
+                          if constexpr (Dst::kTakesAlpha) result.alpha = px.alpha;
+                          dst.store(result, to);
+                        });
+  }
+
+  static void rows(const Job& job, int first, int last) {
+    for (int y = first; y < last; ++y) pixels(job, y, 0, job.width);
+  }
+};
+
+/// Converts rows with one arithmetic for the runs of kRun pixels that each row begins with, and another one for the
+/// pixels left over at its end.
+template <int kRun, class Op, class Rest, class Src, class Dst>
+struct ConvertRuns {
+  static void rows(const Job& job, int first, int last) {
+    const int runs = job.width - job.width % kRun;
+    for (int y = first; y < last; ++y) {
+      Convert<Op, Src, Dst>::pixels(job, y, 0, runs);
+      Convert<Rest, Src, Dst>::pixels(job, y, runs, job.width);
+    }
+  }
+};
+
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#endif  // include guard per target

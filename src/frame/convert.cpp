@@ -1,0 +1,89 @@
+#include "frame/convert.h"
+
+#include <omp.h>
+
+#include <algorithm>
+
+#include "kipcore.h"
+
+namespace kip {
+namespace {
+
+KipStatus imagePointer(const ImageArg& image) {
+  const bool given = image.planes == 1 ? image.single != nullptr : image.many != nullptr;
+  return given ? kipStatusOk : kipStatusNullPointer;
+}
+
+KipStatus planePointers(const ImageArg& image) {
+  if (image.planes == 1) return kipStatusOk;
+  const bool given = std::all_of(image.many, image.many + image.planesChecked, [](const void* p) { return p; });
+  return given ? kipStatusOk : kipStatusNullPointer;
+}
+
+KipStatus positiveStep(const ImageArg& image) { return image.step > 0 ? kipStatusOk : kipStatusBadStep; }
+
+KipStatus regionSize(const Rules& rules, KipiSize size) {
+  if (rules.emptyIsOk) return kipStatusOk;
+  return size.width >= rules.minWidth && size.height >= rules.minHeight ? kipStatusOk : kipStatusBadSize;
+}
+
+template <class Byte>
+Image<Byte> openImage(const ImageArg& arg) {
+  Image<Byte> image;
+  for (int p = 0; p < arg.planes; ++p) {
+    image.plane[p] = static_cast<Byte*>(const_cast<void*>(arg.planes == 1 ? arg.single : arg.many[p]));
+    image.step[p] = arg.steps ? arg.steps[p] : arg.step;
+  }
+  return image;
+}
+
+bool splitsRows(Threads threads, KipiSize size) {
+  constexpr int64_t kWorthAFork = 4096;  // pixels
+  if (threads == Threads::kAbove4096Pixels) return int64_t{size.width} * size.height > kWorthAFork;
+  return threads == Threads::kAlways;
+}
+
+}  // namespace
+
+KipStatus checkArguments(const Rules& rules, const ImageArg& src, const ImageArg& dst, KipiSize size) {
+  if (imagePointer(src) || imagePointer(dst)) return kipStatusNullPointer;
+  const bool planesMissing = planePointers(src) || planePointers(dst);
+  const bool stepsBad = positiveStep(src) || positiveStep(dst);
+  if (rules.planesBeforeSize && planesMissing) return kipStatusNullPointer;
+  if (rules.steps == StepCheck::kBeforeSize && stepsBad) return kipStatusBadStep;
+  if (const KipStatus status = regionSize(rules, size)) return status;
+  if (planesMissing) return kipStatusNullPointer;
+  if (rules.steps == StepCheck::kAfterSize && stepsBad) return kipStatusBadStep;
+  return kipStatusOk;
+}
+
+Job makeJob(const ImageArg& src, const ImageArg& dst, KipiSize size) {
+  return {.src = openImage<const Kip8u>(src), .dst = openImage<Kip8u>(dst), .width = size.width,
+          .height = size.height};
+}
+
+void runKernel(Kernel kernel, const Job& job, int groups, bool threaded) {
+  const int threads = threaded && !omp_in_parallel() ? std::min(ownGetNumThreads(), groups) : 1;
+  if (threads <= 1) return kernel(job, 0, groups);
+#pragma omp parallel num_threads(threads)
+  {
+    // The static partition: contiguous blocks, the larger ones first.
+    const int team = omp_get_num_threads(), me = omp_get_thread_num();
+    const int share = groups / team, larger = groups % team;
+    const int first = me * share + std::min(me, larger);
+    kernel(job, first, first + share + (me < larger ? 1 : 0));
+  }
+}
+
+KipStatus convert(Kernel kernel, const Rules& rules, const ImageArg& src, const ImageArg& dst, KipiSize size,
+                  const Extras& extras) {
+  if (const KipStatus status = checkArguments(rules, src, dst, size)) return status;
+  if (size.width < 1 || size.height < 1) return kipStatusOk;
+  Job job = makeJob(src, dst, size);
+  job.alpha = extras.alpha;
+  job.parameters = extras.parameters;
+  runKernel(kernel, job, size.height / rules.rowsPerGroup, splitsRows(rules.threads, size));
+  return size.width % rules.warnWidth || size.height % rules.warnHeight ? kipStatusOddSize : kipStatusOk;
+}
+
+}  // namespace kip

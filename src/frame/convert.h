@@ -1,0 +1,43 @@
+// The way of every call: check the arguments, walk the rows on one thread or on several, decide the status.
+#pragma once
+
+#include "frame/image.h"
+
+namespace kip {
+
+enum class StepCheck { kNone, kBeforeSize, kAfterSize };
+enum class Threads { kOne, kAbove4096Pixels, kAlways };
+
+/// What the functions of a family ask of their arguments, and what they promise about them.
+struct Rules {
+  int minWidth = 1;
+  int minHeight = 1;
+  bool planesBeforeSize = false;          ///< plane pointers are looked at before the size
+  bool emptyIsOk = false;                 ///< an empty region is no error, but nothing to do
+  StepCheck steps = StepCheck::kNone;     ///< whether and when steps below 1 are refused
+  int rowsPerGroup = 1;                   ///< rows that a kernel takes at a time; rows beyond the last group stay
+  int warnWidth = 1;                      ///< kipStatusOddSize when the width is no multiple of this,
+  int warnHeight = 1;                     ///< or the height of this
+  Threads threads = Threads::kOne;
+};
+
+/// The first failing check of a call in its family's order, or kipStatusOk.
+KipStatus checkArguments(const Rules& rules, const ImageArg& src, const ImageArg& dst, KipiSize size);
+
+/// The images of a call whose arguments have been checked.
+Job makeJob(const ImageArg& src, const ImageArg& dst, KipiSize size);
+
+/// Runs the kernel over `groups` row groups, split in contiguous blocks over the worker threads where asked to.
+void runKernel(Kernel kernel, const Job& job, int groups, bool threaded);
+
+/// The optional arguments of a call.
+struct Extras {
+  int alpha = 0;
+  const void* parameters = nullptr;
+};
+
+/// A whole call: checks, conversion, status.
+KipStatus convert(Kernel kernel, const Rules& rules, const ImageArg& src, const ImageArg& dst, KipiSize size,
+                  const Extras& extras = {});
+
+}  // namespace kip

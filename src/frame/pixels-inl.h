@@ -1,0 +1,317 @@
+// Sample layouts: where the pixels of a row group lie, and how a block of them is loaded and stored.
+//
+// A layout is a type with
+//   kPointers            how many row pointers one row group has
+//   rows(image, y)       those pointers for row group y
+//   bytes(p, n)          what n pixels take up behind pointer p
+//   kKeeps               whether the destination's old bytes take part in a store
+//   kTakesAlpha          whether a store takes the source's fourth sample along
+//   kBlock               how many pixels a load or a store is
+// and loads or stores of one block of pixels. Its parameter D says how many those are: a full vector, or, where source
+// and destination samples differ in size, as many as a full vector of the larger ones (SamplesLike).
+
+#if defined(KIP_FRAME_PIXELS_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_FRAME_PIXELS_INL_H_
+#undef KIP_FRAME_PIXELS_INL_H_
+#else
+#define KIP_FRAME_PIXELS_INL_H_
+#endif
+
+#include <cstring>
+
+#include "frame/image.h"
+#include "frame/simd-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+
+/// Where one row group's pixels lie.
+template <class Byte, int kCount>
+struct Rows {
+  Byte* at[kCount];
+};
+
+/// Pixels as one vector per channel, in the order of the space's name (R, G, B for BGR too), and the fourth sample.
+template <class V>
+struct Pixels {
+  Pixels() = default;
+  KIP_INLINE Pixels(V first, V second, V third) : a(first), b(second), c(third) {}
+
+  V a, b, c;
+  V alpha;
+};
+
+/// The order of interleaved channels in memory: the space's own, or the reverse.
+enum class Order { kForward, kReverse };
+
+/// The tag for samples of type T, as many as there are Larger ones in a full vector.
+template <class T, class Larger>
+using SamplesLike = hn::Rebind<T, Tag<Larger>>;
+
+/// What interleaved layouts have in common.
+template <class D, int kSamples>
+struct Interleaved {
+  using T = hn::TFromD<D>;
+  static constexpr int kBlock = static_cast<int>(hn::MaxLanes(D()));
+  static constexpr int kPointers = 1;
+  static constexpr bool kKeeps = false;
+  static constexpr bool kTakesAlpha = false;
+  static constexpr size_t bytes(int, size_t pixels) { return pixels * kSamples * sizeof(T); }
+  template <class Byte>
+  static Rows<Byte, 1> rows(const Image<Byte>& image, int y) {
+    return {{image.row(0, y)}};
+  }
+};
+
+/// What planar layouts have in common.
+template <class D, int kPlanes>
+struct Planar {
+  using T = hn::TFromD<D>;
+  static constexpr int kBlock = static_cast<int>(hn::MaxLanes(D()));
+  static constexpr int kPointers = kPlanes;
+  static constexpr bool kKeeps = false;
+  static constexpr bool kTakesAlpha = false;
+  static constexpr size_t bytes(int, size_t pixels) { return pixels * sizeof(T); }
+  template <class Byte>
+  static Rows<Byte, kPlanes> rows(const Image<Byte>& image, int y) {
+    Rows<Byte, kPlanes> rows;
+    for (int p = 0; p < kPlanes; ++p) rows.at[p] = image.row(p, y);
+    return rows;
+  }
+};
+
+template <class T>
+const T* samples(const Kip8u* p) {
+  return reinterpret_cast<const T*>(p);
+}
+template <class T>
+T* samples(Kip8u* p) {
+  return reinterpret_cast<T*>(p);
+}
+
+/// Three interleaved samples.
+template <class T = uint8_t, Order kOrder = Order::kForward, class D = Tag<T>>
+struct C3 : Interleaved<D, 3> {
+  using V = hn::Vec<D>;
+
+  KIP_INLINE Pixels<V> load(const Rows<const Kip8u, 1>& from) const {
+    Pixels<V> px;
+    auto& first = kOrder == Order::kForward ? px.a : px.c;
+    auto& last = kOrder == Order::kForward ? px.c : px.a;
+    hn::LoadInterleaved3(D(), samples<T>(from.at[0]), first, px.b, last);
+    return px;
+  }
+  KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
+    if constexpr (kOrder == Order::kForward) {
+      hn::StoreInterleaved3(px.a, px.b, px.c, D(), samples<T>(to.at[0]));
+    } else {
+      hn::StoreInterleaved3(px.c, px.b, px.a, D(), samples<T>(to.at[0]));
+    }
+  }
+};
+
+/// Four interleaved samples, all four written: the fourth is the caller's alpha.
+template <class T = uint8_t, Order kOrder = Order::kForward, class D = Tag<T>>
+struct C4 : Interleaved<D, 4> {
+  using V = hn::Vec<D>;
+
+  explicit C4(const Job& job) : alpha(hn::Set(D(), static_cast<T>(job.alpha))) {}
+
+  KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
+    storeWith(px, alpha, to);
+  }
+
+  KIP_INLINE static void storeWith(const Pixels<V>& px, V fourth, const Rows<Kip8u, 1>& to) {
+    if constexpr (kOrder == Order::kForward) {
+      hn::StoreInterleaved4(px.a, px.b, px.c, fourth, D(), samples<T>(to.at[0]));
+    } else {
+      hn::StoreInterleaved4(px.c, px.b, px.a, fourth, D(), samples<T>(to.at[0]));
+    }
+  }
+
+  V alpha;
+};
+
+/// Four interleaved samples whose fourth is alpha: a source gives it along, a destination keeps its own.
+template <class T = uint8_t, Order kOrder = Order::kForward, class D = Tag<T>>
+struct AC4 : Interleaved<D, 4> {
+  using V = hn::Vec<D>;
+
+  static constexpr bool kKeeps = true;
+
+  KIP_INLINE Pixels<V> load(const Rows<const Kip8u, 1>& from) const {
+    Pixels<V> px;
+    auto& first = kOrder == Order::kForward ? px.a : px.c;
+    auto& last = kOrder == Order::kForward ? px.c : px.a;
+    hn::LoadInterleaved4(D(), samples<T>(from.at[0]), first, px.b, last, px.alpha);
+    return px;
+  }
+  KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
+    const Pixels<V> old = load({{to.at[0]}});
+    C4<T, kOrder, D>::storeWith(px, old.alpha, to);
+  }
+};
+
+/// Three planes.
+template <class T = uint8_t, class D = Tag<T>>
+struct P3 : Planar<D, 3> {
+  using V = hn::Vec<D>;
+
+  KIP_INLINE Pixels<V> load(const Rows<const Kip8u, 3>& from) const {
+    const D d;
+    return {hn::LoadU(d, samples<T>(from.at[0])), hn::LoadU(d, samples<T>(from.at[1])),
+            hn::LoadU(d, samples<T>(from.at[2]))};
+  }
+  KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 3>& to) const {
+    const D d;
+    hn::StoreU(px.a, d, samples<T>(to.at[0]));
+    hn::StoreU(px.b, d, samples<T>(to.at[1]));
+    hn::StoreU(px.c, d, samples<T>(to.at[2]));
+  }
+};
+
+/// Four planes, the fourth alpha.
+template <class T = uint8_t, class D = Tag<T>>
+struct P4 : Planar<D, 4> {
+  using V = hn::Vec<D>;
+  static constexpr bool kTakesAlpha = true;
+
+  KIP_INLINE Pixels<V> load(const Rows<const Kip8u, 4>& from) const {
+    Pixels<V> px = P3<T, D>().load({{from.at[0], from.at[1], from.at[2]}});
+    px.alpha = hn::LoadU(D(), samples<T>(from.at[3]));
+    return px;
+  }
+  KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 4>& to) const {
+    P3<T, D>().store(px, {{to.at[0], to.at[1], to.at[2]}});
+    hn::StoreU(px.alpha, D(), samples<T>(to.at[3]));
+  }
+};
+
+/// A layout of signed 16-bit samples as one of unsigned ones, 32768 higher: a layout of uint16_t with the top bit flipped.
+template <class Layout>
+struct Biased : Layout {
+  using Layout::Layout;
+  using P = Pixels<typename Layout::V>;
+
+  template <class From>
+  KIP_INLINE P load(const From& from) const {
+    return flip(Layout::load(from));
+  }
+  template <class To>
+  KIP_INLINE void store(const P& px, const To& to) const {
+    Layout::store(flip(px), to);
+  }
+
+ private:
+  KIP_INLINE static P flip(P px) {
+    const auto top = set<uint16_t>(0x8000);
+    px.a = hn::Xor(px.a, top), px.b = hn::Xor(px.b, top), px.c = hn::Xor(px.c, top);
+    return px;
+  }
+};
+
+/// Two rows of a full-resolution layout, for conversions that share chroma vertically.
+template <class Layout>
+struct TwoRows : Layout {
+  using Layout::Layout;
+  static constexpr int kEach = Layout::kPointers;
+  static constexpr int kPointers = 2 * kEach;
+  static constexpr size_t bytes(int p, size_t pixels) { return Layout::bytes(p % kEach, pixels); }
+  template <class Byte>
+  static Rows<Byte, kPointers> rows(const Image<Byte>& image, int pair) {
+    const auto upper = Layout::rows(image, 2 * pair), lower = Layout::rows(image, 2 * pair + 1);
+    Rows<Byte, kPointers> both;
+    for (int p = 0; p < kEach; ++p) both.at[p] = upper.at[p], both.at[kEach + p] = lower.at[p];
+    return both;
+  }
+  /// One of the two rows.
+  template <class Byte>
+  static Rows<Byte, kEach> row(const Rows<Byte, kPointers>& both, int which) {
+    Rows<Byte, kEach> one;
+    for (int p = 0; p < kEach; ++p) one.at[p] = both.at[which * kEach + p];
+    return one;
+  }
+};
+
+/// A layout or an arithmetic that may want to know the job.
+template <class T>
+T makeFor(const Job& job) {
+  if constexpr (std::is_constructible_v<T, const Job&>) {
+    return T(job);
+  } else {
+    return T();
+  }
+}
+
+template <class Layout, class Byte>
+KIP_INLINE Rows<Byte, Layout::kPointers> advance(Rows<Byte, Layout::kPointers> rows, size_t pixels) {
+  for (int p = 0; p < Layout::kPointers; ++p) rows.at[p] += Layout::bytes(p, pixels);
+  return rows;
+}
+
+/// A block's worth of a layout in memory of our own, so that the last, partial block of a row can be loaded and
+/// stored whole without touching anything outside the row.
+template <class Layout>
+class PaddedBlock {
+ public:
+  PaddedBlock() {
+    for (int p = 0; p < Layout::kPointers; ++p) rows.at[p] = memory_[p];
+  }
+  template <class Byte>
+  void copyFrom(const Rows<Byte, Layout::kPointers>& from, size_t pixels) {
+    for (int p = 0; p < Layout::kPointers; ++p) {
+      const size_t used = Layout::bytes(p, pixels);
+      std::memcpy(memory_[p], from.at[p], used);
+      std::memset(memory_[p] + used, 0, kBytes - used);
+    }
+  }
+  void copyTo(const Rows<Kip8u, Layout::kPointers>& to, size_t pixels) const {
+    for (int p = 0; p < Layout::kPointers; ++p) std::memcpy(to.at[p], memory_[p], Layout::bytes(p, pixels));
+  }
+  Rows<const Kip8u, Layout::kPointers> constRows() const {
+    Rows<const Kip8u, Layout::kPointers> copy;
+    for (int p = 0; p < Layout::kPointers; ++p) copy.at[p] = memory_[p];
+    return copy;
+  }
+
+  Rows<Kip8u, Layout::kPointers> rows;
+
+ private:
+  static constexpr size_t mostBytes() {
+    size_t most = 0;
+    for (int p = 0; p < Layout::kPointers; ++p) most = HWY_MAX(most, Layout::bytes(p, Layout::kBlock));
+    return most;
+  }
+  static constexpr size_t kBytes = mostBytes();
+  alignas(64) Kip8u memory_[Layout::kPointers][kBytes];
+};
+
+/// Calls block(source rows, destination rows) for pixels first .. last - 1 of a row group, a block at a time.
+template <class Src, class Dst, class Block>
+KIP_INLINE void forBlocks(const Rows<const Kip8u, Src::kPointers>& src, const Rows<Kip8u, Dst::kPointers>& dst,
+                          size_t first, size_t last, const Block& block) {
+  static_assert(Src::kBlock == Dst::kBlock, "source and destination take the same number of pixels at a time");
+  constexpr int kBlock = Src::kBlock;
+  PaddedBlock<Src> in;
+  PaddedBlock<Dst> out;
+  for (size_t x = first; x < last; x += kBlock) {
+    auto from = advance<Src>(src, x);
+    auto to = advance<Dst>(dst, x);
+    const bool whole = last - x >= kBlock;
+    if (HWY_UNLIKELY(!whole)) {
+      in.copyFrom(from, last - x);
+      if constexpr (Dst::kKeeps) out.copyFrom(to, last - x);
+      from = in.constRows();
+      to = out.rows;
+    }
+    block(from, to);
+    if (HWY_UNLIKELY(!whole)) out.copyTo(advance<Dst>(dst, x), last - x);
+  }
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#endif  // include guard per target
