@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr size_t kAlignment = 64;                   // one cache line, and the widest vector
+constexpr size_t kAlignment = 64;                     // one cache line, and the widest vector
 constexpr int kFallbackCacheBytes = 2 * 1024 * 1024;  // where the system does not tell
 constexpr int kNullPointer = -8;
 

@@ -71,18 +71,18 @@ typedef struct {
 
 /** What a function reports: errors are negative and leave everything unwritten, warnings are positive. */
 typedef enum {
-  kipStatusDitherLevels = -54,   /**< number of output levels out of range */
-  kipStatusNoiseRange = -55,     /**< amount of noise outside 0..100 */
-  kipStatusGammaRange = -49,     /**< empty value range */
+  kipStatusDitherLevels = -54,    /**< number of output levels out of range */
+  kipStatusNoiseRange = -55,      /**< amount of noise outside 0..100 */
+  kipStatusGammaRange = -49,      /**< empty value range */
   kipStatusContextMismatch = -17, /**< a generator state without its tag */
-  kipStatusBadStep = -14,        /**< a row step of zero or less, where it must be positive */
-  kipStatusNoMemory = -9,        /**< no scratch memory */
-  kipStatusNullPointer = -8,     /**< a required pointer or plane pointer is null */
-  kipStatusBadSize = -6,         /**< width or height below the minimum */
-  kipStatusBadArgument = -5,     /**< a parameter outside its allowed set */
+  kipStatusBadStep = -14,         /**< a row step of zero or less, where it must be positive */
+  kipStatusNoMemory = -9,         /**< no scratch memory */
+  kipStatusNullPointer = -8,      /**< a required pointer or plane pointer is null */
+  kipStatusBadSize = -6,          /**< width or height below the minimum */
+  kipStatusBadArgument = -5,      /**< a parameter outside its allowed set */
   kipStatusOk = 0,
-  kipStatusNoOperation = 1,      /**< warning: nothing to do, nothing written */
-  kipStatusOddSize = 35          /**< warning: a size that is not whole chroma blocks; the whole part was converted */
+  kipStatusNoOperation = 1, /**< warning: nothing to do, nothing written */
+  kipStatusOddSize = 35     /**< warning: a size that is not whole chroma blocks; the whole part was converted */
 } KipStatus;
 
 /** What kipccGetLibVersion tells. */

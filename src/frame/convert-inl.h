@@ -81,7 +81,7 @@ struct Convert {
     const Src src = makeFor<Src>(job);
     const Dst dst = makeFor<Dst>(job);
     forBlocks<Src, Dst>(Src::rows(job.src, y), Dst::rows(job.dst, y), first, last,
-                                [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+                        [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
                           const auto px = src.load(from);
                           auto result = applyTo(op, px);
                           if constexpr (Dst::kTakesAlpha) result.alpha = px.alpha;

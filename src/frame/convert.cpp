@@ -58,8 +58,7 @@ KipStatus checkArguments(const Rules& rules, const ImageArg& src, const ImageArg
 }
 
 Job makeJob(const ImageArg& src, const ImageArg& dst, KipiSize size) {
-  return {.src = openImage<const Kip8u>(src), .dst = openImage<Kip8u>(dst), .width = size.width,
-          .height = size.height};
+  return {.src = openImage<const Kip8u>(src), .dst = openImage<Kip8u>(dst), .width = size.width, .height = size.height};
 }
 
 void runKernel(Kernel kernel, const Job& job, int groups, bool threaded) {

@@ -12,12 +12,12 @@ enum class Threads { kOne, kAbove4096Pixels, kAlways };
 struct Rules {
   int minWidth = 1;
   int minHeight = 1;
-  bool planesBeforeSize = false;          ///< plane pointers are looked at before the size
-  bool emptyIsOk = false;                 ///< an empty region is no error, but nothing to do
-  StepCheck steps = StepCheck::kNone;     ///< whether and when steps below 1 are refused
-  int rowsPerGroup = 1;                   ///< rows that a kernel takes at a time; rows beyond the last group stay
-  int warnWidth = 1;                      ///< kipStatusOddSize when the width is no multiple of this,
-  int warnHeight = 1;                     ///< or the height of this
+  bool planesBeforeSize = false;       ///< plane pointers are looked at before the size
+  bool emptyIsOk = false;              ///< an empty region is no error, but nothing to do
+  StepCheck steps = StepCheck::kNone;  ///< whether and when steps below 1 are refused
+  int rowsPerGroup = 1;                ///< rows that a kernel takes at a time; rows beyond the last group stay
+  int warnWidth = 1;                   ///< kipStatusOddSize when the width is no multiple of this,
+  int warnHeight = 1;                  ///< or the height of this
   Threads threads = Threads::kOne;
 };
 

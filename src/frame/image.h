@@ -12,26 +12,27 @@ constexpr int kMaxPlanes = 4;
 
 /// One image argument as the caller gave it. Nothing is read through its pointers before they have been checked.
 struct ImageArg {
-  const void* single = nullptr;        ///< interleaved: the first sample
-  const void* const* many = nullptr;   ///< planar: the array of plane pointers
+  const void* single = nullptr;       ///< interleaved: the first sample
+  const void* const* many = nullptr;  ///< planar: the array of plane pointers
   int planes = 1;
-  int planesChecked = 1;               ///< how many of the plane pointers must not be null
-  int step = 0;                        ///< bytes between rows, of all planes alike,
-  const int* steps = nullptr;          ///< or of each plane
+  int planesChecked = 1;       ///< how many of the plane pointers must not be null
+  int step = 0;                ///< bytes between rows, of all planes alike,
+  const int* steps = nullptr;  ///< or of each plane
 };
 
 inline ImageArg interleaved(const void* first, int step) { return {.single = first, .step = step}; }
 
 template <class T>
 ImageArg planar(T* const* array, int count, int step, int checked = kMaxPlanes) {
-  return {.many = reinterpret_cast<const void* const*>(array), .planes = count,
-          .planesChecked = std::min(count, checked), .step = step};
+  return {.many = reinterpret_cast<const void* const*>(array),
+          .planes = count,
+          .planesChecked = std::min(count, checked),
+          .step = step};
 }
 
 template <class T>
 ImageArg planar(T* const* array, int count, const int* steps) {
-  return {.many = reinterpret_cast<const void* const*>(array), .planes = count, .planesChecked = count,
-          .steps = steps};
+  return {.many = reinterpret_cast<const void* const*>(array), .planes = count, .planesChecked = count, .steps = steps};
 }
 
 /// One image as the kernels see it: row y of plane p starts at plane[p] + y * step[p].
@@ -52,8 +53,8 @@ struct Job {
   TargetImage dst;
   int width = 0;
   int height = 0;
-  int alpha = 0;                      ///< what layouts with a given fourth sample write there
-  const void* parameters = nullptr;   ///< what else the family's arithmetic needs
+  int alpha = 0;                     ///< what layouts with a given fourth sample write there
+  const void* parameters = nullptr;  ///< what else the family's arithmetic needs
 };
 
 /// Converts the row groups first .. last - 1 of a job (a group is one row, or the two rows that share 4:2:0 chroma).

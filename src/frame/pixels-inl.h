@@ -99,16 +99,24 @@ struct C3 : Interleaved<D, 3> {
     Pixels<V> px;
     auto& first = kOrder == Order::kForward ? px.a : px.c;
     auto& last = kOrder == Order::kForward ? px.c : px.a;
-    hn::LoadInterleaved3(D(), samples<T>(from.at[0]), first, px.b, last);
+    if constexpr (kFullBytes) {
+      ThreeBytes::load(from.at[0], first, px.b, last);
+    } else {
+      hn::LoadInterleaved3(D(), samples<T>(from.at[0]), first, px.b, last);
+    }
     return px;
   }
   KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
-    if constexpr (kOrder == Order::kForward) {
-      hn::StoreInterleaved3(px.a, px.b, px.c, D(), samples<T>(to.at[0]));
+    const V first = kOrder == Order::kForward ? px.a : px.c, last = kOrder == Order::kForward ? px.c : px.a;
+    if constexpr (kFullBytes) {
+      ThreeBytes::store(first, px.b, last, to.at[0]);
     } else {
-      hn::StoreInterleaved3(px.c, px.b, px.a, D(), samples<T>(to.at[0]));
+      hn::StoreInterleaved3(first, px.b, last, D(), samples<T>(to.at[0]));
     }
   }
+
+ private:
+  static constexpr bool kFullBytes = std::is_same_v<D, Tag<uint8_t>>;
 };
 
 /// Four interleaved samples, all four written: the fourth is the caller's alpha.
@@ -118,9 +126,7 @@ struct C4 : Interleaved<D, 4> {
 
   explicit C4(const Job& job) : alpha(hn::Set(D(), static_cast<T>(job.alpha))) {}
 
-  KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
-    storeWith(px, alpha, to);
-  }
+  KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const { storeWith(px, alpha, to); }
 
   KIP_INLINE static void storeWith(const Pixels<V>& px, V fourth, const Rows<Kip8u, 1>& to) {
     if constexpr (kOrder == Order::kForward) {
@@ -188,7 +194,8 @@ struct P4 : Planar<D, 4> {
   }
 };
 
-/// A layout of signed 16-bit samples as one of unsigned ones, 32768 higher: a layout of uint16_t with the top bit flipped.
+/// A layout of signed 16-bit samples as one of unsigned ones, 32768 higher: a layout of uint16_t with the top bit
+/// flipped.
 template <class Layout>
 struct Biased : Layout {
   using Layout::Layout;

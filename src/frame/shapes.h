@@ -3,40 +3,44 @@
 // step for all, PS planes with a step each; A adds the alpha value, I means in place.
 #pragma once
 
-#define KIP_C_C(S, D)                                                       \
-  (const S* pSrc, int srcStep, D* pDst, int dstStep, KipiSize roiSize),     \
-      interleaved(pSrc, srcStep), interleaved(pDst, dstStep), {}
-#define KIP_C_P(S, D, n)                                                    \
-  (const S* pSrc, int srcStep, D* pDst[n], int dstStep, KipiSize roiSize),  \
-      interleaved(pSrc, srcStep), planar(pDst, n, dstStep), {}
+#define KIP_C_C(S, D)                                                                               \
+  (const S* pSrc, int srcStep, D* pDst, int dstStep, KipiSize roiSize), interleaved(pSrc, srcStep), \
+      interleaved(pDst, dstStep), {}
+#define KIP_C_P(S, D, n)                                                                               \
+  (const S* pSrc, int srcStep, D* pDst[n], int dstStep, KipiSize roiSize), interleaved(pSrc, srcStep), \
+      planar(pDst, n, dstStep), {}
 // Four planes of which the fourth, alpha, is not checked.
-#define KIP_C_P4(S, D)                                                      \
-  (const S* pSrc, int srcStep, D* pDst[4], int dstStep, KipiSize roiSize),  \
-      interleaved(pSrc, srcStep), planar(pDst, 4, dstStep, 3), {}
-#define KIP_C_PS(S, D, n)                                                   \
-  (const S* pSrc, int srcStep, D* pDst[n], int dstStep[n], KipiSize roiSize), \
-      interleaved(pSrc, srcStep), planar(pDst, n, dstStep), {}
-#define KIP_P_C(S, D, n)                                                    \
-  (const S* pSrc[n], int srcStep, D* pDst, int dstStep, KipiSize roiSize),  \
-      planar(pSrc, n, srcStep), interleaved(pDst, dstStep), {}
-#define KIP_P_CA(S, D, n)                                                   \
-  (const S* pSrc[n], int srcStep, D* pDst, int dstStep, KipiSize roiSize, D aval), \
-      planar(pSrc, n, srcStep), interleaved(pDst, dstStep), {.alpha = aval}
-#define KIP_P_P(S, D, n)                                                    \
-  (const S* pSrc[n], int srcStep, D* pDst[n], int dstStep, KipiSize roiSize), \
-      planar(pSrc, n, srcStep), planar(pDst, n, dstStep), {}
-#define KIP_P_PS(S, D, n)                                                   \
-  (const S* pSrc[n], int srcStep, D* pDst[n], int dstStep[n], KipiSize roiSize), \
-      planar(pSrc, n, srcStep), planar(pDst, n, dstStep), {}
-#define KIP_PS_C(S, D, n)                                                   \
-  (const S* pSrc[n], int srcStep[n], D* pDst, int dstStep, KipiSize roiSize), \
-      planar(pSrc, n, srcStep), interleaved(pDst, dstStep), {}
-#define KIP_PS_CA(S, D, n)                                                  \
-  (const S* pSrc[n], int srcStep[n], D* pDst, int dstStep, KipiSize roiSize, D aval), \
-      planar(pSrc, n, srcStep), interleaved(pDst, dstStep), {.alpha = aval}
-#define KIP_PS_P(S, D, n)                                                   \
-  (const S* pSrc[n], int srcStep[n], D* pDst[n], int dstStep, KipiSize roiSize), \
-      planar(pSrc, n, srcStep), planar(pDst, n, dstStep), {}
-#define KIP_PS_PS(S, D, n, m)                                               \
-  (const S* pSrc[n], int srcStep[n], D* pDst[m], int dstStep[m], KipiSize roiSize), \
-      planar(pSrc, n, srcStep), planar(pDst, m, dstStep), {}
+#define KIP_C_P4(S, D)                                                                                 \
+  (const S* pSrc, int srcStep, D* pDst[4], int dstStep, KipiSize roiSize), interleaved(pSrc, srcStep), \
+      planar(pDst, 4, dstStep, 3), {}
+#define KIP_C_PS(S, D, n)                                                                                 \
+  (const S* pSrc, int srcStep, D* pDst[n], int dstStep[n], KipiSize roiSize), interleaved(pSrc, srcStep), \
+      planar(pDst, n, dstStep), {}
+#define KIP_P_C(S, D, n)                                                                             \
+  (const S* pSrc[n], int srcStep, D* pDst, int dstStep, KipiSize roiSize), planar(pSrc, n, srcStep), \
+      interleaved(pDst, dstStep), {}
+#define KIP_P_CA(S, D, n)                                                                                    \
+  (const S* pSrc[n], int srcStep, D* pDst, int dstStep, KipiSize roiSize, D aval), planar(pSrc, n, srcStep), \
+      interleaved(pDst, dstStep), {                                                                          \
+    .alpha = aval                                                                                            \
+  }
+#define KIP_P_P(S, D, n)                                                                                \
+  (const S* pSrc[n], int srcStep, D* pDst[n], int dstStep, KipiSize roiSize), planar(pSrc, n, srcStep), \
+      planar(pDst, n, dstStep), {}
+#define KIP_P_PS(S, D, n)                                                                                  \
+  (const S* pSrc[n], int srcStep, D* pDst[n], int dstStep[n], KipiSize roiSize), planar(pSrc, n, srcStep), \
+      planar(pDst, n, dstStep), {}
+#define KIP_PS_C(S, D, n)                                                                               \
+  (const S* pSrc[n], int srcStep[n], D* pDst, int dstStep, KipiSize roiSize), planar(pSrc, n, srcStep), \
+      interleaved(pDst, dstStep), {}
+#define KIP_PS_CA(S, D, n)                                                                                      \
+  (const S* pSrc[n], int srcStep[n], D* pDst, int dstStep, KipiSize roiSize, D aval), planar(pSrc, n, srcStep), \
+      interleaved(pDst, dstStep), {                                                                             \
+    .alpha = aval                                                                                               \
+  }
+#define KIP_PS_P(S, D, n)                                                                                  \
+  (const S* pSrc[n], int srcStep[n], D* pDst[n], int dstStep, KipiSize roiSize), planar(pSrc, n, srcStep), \
+      planar(pDst, n, dstStep), {}
+#define KIP_PS_PS(S, D, n, m)                                                                                 \
+  (const S* pSrc[n], int srcStep[n], D* pDst[m], int dstStep[m], KipiSize roiSize), planar(pSrc, n, srcStep), \
+      planar(pDst, m, dstStep), {}

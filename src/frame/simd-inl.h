@@ -66,6 +66,18 @@ KIP_INLINE Vector<T> set(T value) {
   return hn::Set(Tag<T>(), value);
 }
 
+/// A constant that stays in a register, or is spilled to memory once, outside the loop. Left alone, the compiler builds
+/// constants anew where it needs them, which costs three instructions each. A type with pinned members needs a
+/// constructor of its own, if an empty one: an implicit one would not be compiled for the target.
+template <class T>
+KIP_INLINE Vector<T> pinned(T value) {
+  Vector<T> v = set<T>(value);
+#if !KIP_EMULATED
+  asm("" : "+x"(v.raw));
+#endif
+  return v;
+}
+
 /// The same bits as lanes of another type.
 template <class T, class V>
 KIP_INLINE Vector<T> as(V v) {
@@ -160,10 +172,12 @@ KIP_INLINE I32 oddLanes(I32 lower, I32 upper) {
 #endif
 }
 
-/// A vector of pairs (even, odd) for dotPairs.
-KIP_INLINE I16 setPairs(int even, int odd) {
-  return as<int16_t>(set<int32_t>(static_cast<int32_t>((static_cast<uint32_t>(odd) << 16) | (even & 0xFFFF))));
+/// Factors (even, odd) for dotPairs.
+constexpr int32_t pairBits(int even, int odd) {
+  return static_cast<int32_t>((static_cast<uint32_t>(odd) << 16) | (static_cast<uint32_t>(even) & 0xFFFF));
 }
+KIP_INLINE I16 setPairs(int even, int odd) { return as<int16_t>(set<int32_t>(pairBits(even, odd))); }
+KIP_INLINE I16 pinnedPairs(int even, int odd) { return as<int16_t>(pinned<int32_t>(pairBits(even, odd))); }
 
 /// A vector whose block b holds the 16 bytes at from + b * distance.
 KIP_INLINE U8 loadBlocks(const uint8_t* from, [[maybe_unused]] ptrdiff_t distance) {
@@ -180,6 +194,76 @@ KIP_INLINE U8 loadBlocks(const uint8_t* from, [[maybe_unused]] ptrdiff_t distanc
   return hn::LoadU(Tag<uint8_t>(), from);
 #endif
 }
+
+/// The inverse of loadBlocks for three vectors whose blocks follow one another: a block of each, then the next of each.
+KIP_INLINE void storeThreeBlocks(U8 first, U8 second, U8 third, uint8_t* to) {
+  const Tag<uint8_t> d;
+#if HWY_TARGET == HWY_AVX2
+  hn::StoreU(hn::ConcatLowerLower(d, second, first), d, to);
+  hn::StoreU(hn::ConcatUpperLower(d, first, third), d, to + 32);
+  hn::StoreU(hn::ConcatUpperUpper(d, third, second), d, to + 64);
+#elif HWY_TARGET == HWY_AVX3
+  const auto store = [to](__m512i v, int block) KIP_INLINE_LAMBDA {
+    const auto at = [&](int b) { return reinterpret_cast<__m128i*>(to + 16 * (block + 3 * b)); };
+    _mm_storeu_si128(at(0), _mm512_castsi512_si128(v));
+    _mm_storeu_si128(at(1), _mm512_extracti32x4_epi32(v, 1));
+    _mm_storeu_si128(at(2), _mm512_extracti32x4_epi32(v, 2));
+    _mm_storeu_si128(at(3), _mm512_extracti32x4_epi32(v, 3));
+  };
+  store(first.raw, 0), store(second.raw, 1), store(third.raw, 2);
+#else
+  hn::StoreU(first, d, to);
+  hn::StoreU(second, d, to + 16);
+  hn::StoreU(third, d, to + 32);
+#endif
+}
+
+/// Three interleaved channels of bytes. The 48 bytes of 16 pixels are three blocks; 16 mod 3 is 1, so the bytes of one
+/// channel lie in the three blocks at three different residues mod 3 and can be blended to one block without collision,
+/// which a shuffle puts in order.
+struct ThreeBytesTables {
+  uint8_t residue[3][16];  // 0xFF at positions of that residue mod 3
+  uint8_t gather[3][16];   // where channel c's sample i lies after blending: 3 i + c
+  uint8_t scatter[3][16];  // the inverse
+  constexpr ThreeBytesTables() : residue(), gather(), scatter() {
+    for (int c = 0; c < 3; ++c) {
+      for (int i = 0; i < 16; ++i) {
+        residue[c][i] = i % 3 == c ? 0xFF : 0;
+        gather[c][i] = (3 * i + c) % 16;
+        scatter[c][gather[c][i]] = i;
+      }
+    }
+  }
+};
+
+struct ThreeBytes {
+  alignas(16) static constexpr ThreeBytesTables kTables{};
+
+  KIP_INLINE static U8 table(const uint8_t (&bytes)[16]) { return hn::LoadDup128(Tag<uint8_t>(), bytes); }
+
+  /// Of each position, the byte of the vector whose turn it is: `first` at residue `at`, `second` at the next, ...
+  KIP_INLINE static U8 blend(int at, U8 first, U8 second, U8 third) {
+    const auto isFirst = hn::MaskFromVec(table(kTables.residue[at % 3]));
+    const auto isSecond = hn::MaskFromVec(table(kTables.residue[(at + 1) % 3]));
+    return hn::IfThenElse(isFirst, first, hn::IfThenElse(isSecond, second, third));
+  }
+
+  KIP_INLINE static void load(const uint8_t* from, U8& a, U8& b, U8& c) {
+    const U8 first = loadBlocks(from, 48), second = loadBlocks(from + 16, 48), third = loadBlocks(from + 32, 48);
+    // Position j of block k holds channel (j + k) mod 3.
+    a = hn::TableLookupBytes(blend(0, first, third, second), table(kTables.gather[0]));
+    b = hn::TableLookupBytes(blend(1, first, third, second), table(kTables.gather[1]));
+    c = hn::TableLookupBytes(blend(2, first, third, second), table(kTables.gather[2]));
+  }
+
+  KIP_INLINE static void store(U8 a, U8 b, U8 c, uint8_t* to) {
+    const U8 spreadA = hn::TableLookupBytes(a, table(kTables.scatter[0]));
+    const U8 spreadB = hn::TableLookupBytes(b, table(kTables.scatter[1]));
+    const U8 spreadC = hn::TableLookupBytes(c, table(kTables.scatter[2]));
+    storeThreeBlocks(blend(0, spreadA, spreadB, spreadC), blend(0, spreadB, spreadC, spreadA),
+                     blend(0, spreadC, spreadA, spreadB), to);
+  }
+};
 
 /// The next half vector of bytes as 16-bit lanes, in order.
 KIP_INLINE I16 loadHalf(const uint8_t* from) {

@@ -2,7 +2,8 @@
 // 2 x 2 blocks. What is computed comes from the families' arithmetic types.
 //
 // Encoding works on pixels as pairs of 16-bit channels in 32-bit lanes, (R, G) and (B, G), so that dotPairs weights
-// them exactly; splitting a coefficient for G over both pairs allows coefficients above 32767. An encoder is a type with
+// them exactly; splitting a coefficient for G over both pairs allows coefficients above 32767. An encoder is a type
+// with
 //   I32 luma(rg, bg)                               the luma of one vector of pixels, at the encoder's scale
 //   I16 toByte(luma)                               that luma as a sample
 //   void chroma(rgSums, bgSums, lumaSums, u, v)    the chroma of a group from its sums
@@ -99,8 +100,8 @@ struct PixelPairs {
 template <int kSamples, Order kOrder>
 KIP_INLINE PixelPairs loadPairs(const Rows<const Kip8u, 1>& from) {
   constexpr int kRed = kOrder == Order::kForward ? 0 : 2, kBlue = 2 - kRed, kGap = 0x80;
-  constexpr int kPixelsBytes = 4 * kSamples;          // of the four pixels of a block
-  constexpr int kBack = 16 - kPixelsBytes;            // the last load ends where the pixels end
+  constexpr int kPixelsBytes = 4 * kSamples;  // of the four pixels of a block
+  constexpr int kBack = 16 - kPixelsBytes;    // the last load ends where the pixels end
   alignas(16) static constexpr struct Table {
     uint8_t rg[2][16], bg[2][16];
     constexpr Table() : rg(), bg() {
@@ -167,7 +168,8 @@ KIP_INLINE I16 evenChannel(I16 lower, I16 upper) {
 template <class Op>
 KIP_INLINE U8 encodeLuma(const Op& op, const PixelPairs& px, I16 (&scaled)[2]) {
   for (int half = 0; half < 2; ++half) {
-    scaled[half] = packWords(op.luma(px.rg[2 * half], px.bg[2 * half]), op.luma(px.rg[2 * half + 1], px.bg[2 * half + 1]));
+    scaled[half] =
+        packWords(op.luma(px.rg[2 * half], px.bg[2 * half]), op.luma(px.rg[2 * half + 1], px.bg[2 * half + 1]));
   }
   return packBytes(op.toByte(scaled[0]), op.toByte(scaled[1]));
 }
@@ -189,7 +191,8 @@ struct Encode {
     const Dst dst = makeFor<Dst>(job);
     for (int y = first; y < last; ++y) {
       forBlocks<GroupOf, Dst>(GroupOf::rows(job.src, y), Dst::rows(job.dst, y), 0, job.width / 2 * 2,
-                                            [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA { dst.store(block(op, from), to); });
+                              [&](const auto& from, const auto& to)
+                                  KIP_INLINE_LAMBDA { dst.store(block(op, from), to); });
     }
   }
 
@@ -270,8 +273,10 @@ struct DecodeRuns {
 template <class Decoder>
 struct PerPixel {
   using Lane = int16_t;
+  Decoder decoder;
+
+  KIP_INLINE PerPixel() {}
   KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
-    const Decoder decoder;
     return decoder.pixel(px.a, decoder.terms(px.b, px.c));
   }
 };

@@ -17,94 +17,151 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
-/// The upper 16 bits of v x factor.
-KIP_INLINE I16 high(I16 v, int factor) { return hn::MulHigh(v, set<int16_t>(factor)); }
-KIP_INLINE U16 high(U16 v, int factor) { return hn::MulHigh(v, set<uint16_t>(factor)); }
+constexpr int kChromaZero = 128;
+constexpr int kR15 = 9798, kG15 = 19235, kB15 = 3736;  // luma weights x 2^15
+constexpr int kU15 = 16121, kV15 = 28737;              // 0.492, 0.877 x 2^15
 
 template <int kBits>
 KIP_INLINE I16 shiftLeft(I16 v) {
   return hn::ShiftLeft<kBits>(v);
 }
 
-constexpr int kChromaZero = 128;
-constexpr int kR15 = 9798, kG15 = 19235, kB15 = 3736;  // luma weights x 2^15
-constexpr int kU15 = 16121, kV15 = 28737;              // 0.492, 0.877 x 2^15
+/// A factor whose products are floored to their upper 16 bits.
+class Factor {
+ public:
+  KIP_INLINE explicit Factor(int value) : value_(pinned<int16_t>(value)) {}
+  KIP_INLINE I16 operator()(I16 v) const { return hn::MulHigh(v, value_); }
 
-KIP_INLINE I16 plusChromaZero(I16 v) { return hn::Add(v, set<int16_t>(kChromaZero)); }
+ private:
+  I16 value_;
+};
+
+class UnsignedFactor {
+ public:
+  KIP_INLINE explicit UnsignedFactor(int value) : value_(pinned<uint16_t>(value)) {}
+  KIP_INLINE U16 operator()(U16 v) const { return hn::MulHigh(v, value_); }
+
+ private:
+  U16 value_;
+};
+
+class ChromaZero {
+ public:
+  KIP_INLINE ChromaZero() {}
+  KIP_INLINE I16 plus(I16 v) const { return hn::Add(v, zero_); }
+  template <int kBits>
+  KIP_INLINE I16 centre(I16 chroma) const {
+    return shiftLeft<kBits>(hn::Sub(chroma, zero_));
+  }
+
+ private:
+  I16 zero_ = pinned<int16_t>(kChromaZero);
+};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Forward, full resolution
 
-/// Y, U and V as three products each of the channels x 128 with weights x 2^15: every product is floored by itself.
+/// A weighted sum of channels x 128 with weights x 2^15, back at the scale of samples; every product is floored.
 struct Weighted {
-  struct Row {
-    int r, g, b;
-  };
-  KIP_INLINE static I16 sum(const Pixels<I16>& px128, const Row& w) {
-    return hn::Add(hn::Add(high(px128.a, w.r), high(px128.b, w.g)), high(px128.c, w.b));
-  }
-  KIP_INLINE static I16 chroma(const Pixels<I16>& px128, const Row& w) {
-    return plusChromaZero(hn::ShiftRight<6>(sum(px128, w)));
-  }
-  KIP_INLINE static Pixels<I16> times128(const Pixels<I16>& px) {
-    return {shiftLeft<7>(px.a), shiftLeft<7>(px.b), shiftLeft<7>(px.c)};
+  Factor r, g, b;
+
+  KIP_INLINE I16 operator()(const Pixels<I16>& px128) const {
+    return hn::ShiftRight<6>(hn::Add(hn::Add(r(px128.a), g(px128.b)), b(px128.c)));
   }
 };
+
+KIP_INLINE Pixels<I16> times128(const Pixels<I16>& px) {
+  return {shiftLeft<7>(px.a), shiftLeft<7>(px.b), shiftLeft<7>(px.c)};
+}
 
 /// Luma weights x 2^16, summing to 65535, unsigned.
 struct ForwardRun {
   using Lane = int16_t;
+  UnsignedFactor r{19595}, g{38469}, b{7471};
+  Weighted u{Factor(-4816), Factor(-9469), Factor(14286)};
+  Weighted v{Factor(20152), Factor(-16875), Factor(-3276)};
+  ChromaZero zero;
+
+  KIP_INLINE ForwardRun() {}
+
   KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
-    const Pixels<I16> px128 = Weighted::times128(px);
-    const auto times256 = [](I16 v) { return as<uint16_t>(hn::ShiftLeft<8>(v)); };
+    const Pixels<I16> px128 = times128(px);
+    const auto times256 = [](I16 channel) KIP_INLINE_LAMBDA { return as<uint16_t>(hn::ShiftLeft<8>(channel)); };
     // The sum reaches 65277: 16 unsigned bits.
-    const U16 sum = hn::Add(hn::Add(high(times256(px.a), 19595), high(times256(px.b), 38469)), high(times256(px.c), 7471));
-    return {as<int16_t>(hn::ShiftRight<8>(sum)), Weighted::chroma(px128, {-4816, -9469, 14286}),
-            Weighted::chroma(px128, {20152, -16875, -3276})};
+    const U16 sum = hn::Add(hn::Add(r(times256(px.a)), g(times256(px.b))), b(times256(px.c)));
+    return {as<int16_t>(hn::ShiftRight<8>(sum)), zero.plus(u(px128)), zero.plus(v(px128))};
   }
 };
 
 /// The same with luma weights x 2^15 and chroma weights one step further from zero.
 struct ForwardRunAlpha {
   using Lane = int16_t;
+  Weighted y{Factor(kR15), Factor(kG15), Factor(kB15)};
+  Weighted u{Factor(-4817), Factor(-9470), Factor(14287)};
+  Weighted v{Factor(20152), Factor(-16876), Factor(-3277)};
+  ChromaZero zero;
+
+  KIP_INLINE ForwardRunAlpha() {}
+
   KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
-    const Pixels<I16> px128 = Weighted::times128(px);
-    return {luma(px128), Weighted::chroma(px128, {-4817, -9470, 14287}),
-            Weighted::chroma(px128, {20152, -16876, -3277})};
-  }
-  KIP_INLINE static I16 luma(const Pixels<I16>& px128) {
-    return hn::ShiftRight<6>(Weighted::sum(px128, {kR15, kG15, kB15}));
+    const Pixels<I16> px128 = times128(px);
+    return {y(px128), zero.plus(u(px128)), zero.plus(v(px128))};
   }
 };
 
 /// 2 Y from pairs of channels: the weighted R and G floored together, B by itself.
-KIP_INLINE I32 doubledLuma(I16 rg, I16 bg) {
-  return hn::Add(hn::ShiftRight<14>(dotPairs(rg, setPairs(kR15, kG15))),
-                 hn::ShiftRight<14>(dotPairs(bg, setPairs(kB15, 0))));
-}
+struct DoubledLuma {
+  I16 rgWeights = pinnedPairs(kR15, kG15), bWeight = pinnedPairs(kB15, 0);
 
-/// Chroma from the difference to luma, both doubled.
-KIP_INLINE I16 difference(I16 doubled, I16 doubledLuma, int factor) {
-  return plusChromaZero(high(hn::Sub(doubled, doubledLuma), factor));
-}
+  KIP_INLINE DoubledLuma() {}
+
+  KIP_INLINE I32 operator()(I16 rg, I16 bg) const {
+    return hn::Add(hn::ShiftRight<14>(dotPairs(rg, rgWeights)), hn::ShiftRight<14>(dotPairs(bg, bWeight)));
+  }
+};
+
+/// Chroma from the differences of blue and of red to luma, all doubled.
+struct Differences {
+  Factor uFactor{kU15}, vFactor{kV15};
+  ChromaZero zero;
+
+  KIP_INLINE Differences() {}
+
+  KIP_INLINE I16 u(I16 doubledBlue, I16 doubledLuma) const {
+    return zero.plus(uFactor(hn::Sub(doubledBlue, doubledLuma)));
+  }
+  KIP_INLINE I16 v(I16 doubledRed, I16 doubledLuma) const {
+    return zero.plus(vFactor(hn::Sub(doubledRed, doubledLuma)));
+  }
+};
 
 /// Pixels left over after the runs of ForwardRun and ForwardRunAlpha.
 struct ForwardRest {
   using Lane = int16_t;
+  DoubledLuma luma;
+  Differences chroma;
+
+  KIP_INLINE ForwardRest() {}
+
   KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
     const Tag<int16_t> d;
-    const I16 y2 = packWords(doubledLuma(hn::InterleaveLower(px.a, px.b), hn::InterleaveLower(px.c, px.b)),
-                             doubledLuma(hn::InterleaveUpper(d, px.a, px.b), hn::InterleaveUpper(d, px.c, px.b)));
-    return {hn::ShiftRight<1>(y2), difference(shiftLeft<1>(px.c), y2, kU15), difference(shiftLeft<1>(px.a), y2, kV15)};
+    const I16 y2 = packWords(luma(hn::InterleaveLower(px.a, px.b), hn::InterleaveLower(px.c, px.b)),
+                             luma(hn::InterleaveUpper(d, px.a, px.b), hn::InterleaveUpper(d, px.c, px.b)));
+    return {hn::ShiftRight<1>(y2), chroma.u(shiftLeft<1>(px.c), y2), chroma.v(shiftLeft<1>(px.a), y2)};
   }
 };
 
 /// Luma first, chroma from B - Y and R - Y.
 struct DifferenceRun {
   using Lane = int16_t;
+  Weighted luma{Factor(kR15), Factor(kG15), Factor(kB15)};
+  Differences chroma;
+
+  KIP_INLINE DifferenceRun() {}
+
   KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
-    const I16 y = ForwardRunAlpha::luma(Weighted::times128(px)), y2 = shiftLeft<1>(y);
-    return {y, difference(shiftLeft<1>(px.c), y2, kU15), difference(shiftLeft<1>(px.a), y2, kV15)};
+    const I16 y = luma(times128(px)), y2 = shiftLeft<1>(y);
+    return {y, chroma.u(shiftLeft<1>(px.c), y2), chroma.v(shiftLeft<1>(px.a), y2)};
   }
 };
 
@@ -140,25 +197,34 @@ struct DifferenceRest {
 
 /// Sums of a pixel pair; the mean luma is floored, so S = (Y2 + Y2) >> 1 against R + R.
 struct Encoder422 {
-  KIP_INLINE I32 luma(I16 rg, I16 bg) const { return doubledLuma(rg, bg); }
+  DoubledLuma luma;
+  Differences differences;
+
+  KIP_INLINE Encoder422() {}
+
   KIP_INLINE I16 toByte(I16 y2) const { return hn::ShiftRight<1>(y2); }
   KIP_INLINE void chroma(const I16 (&rg)[2], const I16 (&bg)[2], I16 lumaSums, I16& u, I16& v) const {
     const I16 s = hn::ShiftRight<1>(lumaSums);
-    u = difference(evenChannel(bg[0], bg[1]), s, kU15);
-    v = difference(evenChannel(rg[0], rg[1]), s, kV15);
+    u = differences.u(evenChannel(bg[0], bg[1]), s);
+    v = differences.v(evenChannel(rg[0], rg[1]), s);
   }
 };
 
 /// Sums of a 2 x 2 block, brought to the scale of one doubled pixel.
 struct Encoder420 {
+  I16 rgWeights = pinnedPairs(kR15, kG15), bWeight = pinnedPairs(kB15, 0);
+  Differences differences;
+
+  KIP_INLINE Encoder420() {}
+
   KIP_INLINE I32 luma(I16 rg, I16 bg) const {
-    return hn::ShiftRight<14>(hn::Add(dotPairs(rg, setPairs(kR15, kG15)), dotPairs(bg, setPairs(kB15, 0))));
+    return hn::ShiftRight<14>(hn::Add(dotPairs(rg, rgWeights), dotPairs(bg, bWeight)));
   }
   KIP_INLINE I16 toByte(I16 y2) const { return hn::ShiftRight<1>(y2); }
   KIP_INLINE void chroma(const I16 (&rg)[2], const I16 (&bg)[2], I16 lumaSums, I16& u, I16& v) const {
     const I16 s = hn::ShiftRight<2>(lumaSums);
-    u = difference(hn::ShiftRight<1>(evenChannel(bg[0], bg[1])), s, kU15);
-    v = difference(hn::ShiftRight<1>(evenChannel(rg[0], rg[1])), s, kV15);
+    u = differences.u(hn::ShiftRight<1>(evenChannel(bg[0], bg[1])), s);
+    v = differences.v(hn::ShiftRight<1>(evenChannel(rg[0], rg[1])), s);
   }
 };
 
@@ -185,8 +251,9 @@ struct Encode422 {
     for (int y = first; y < last; ++y) {
       const auto from = advance<Src>(Src::rows(job.src, y), x);
       const auto to = advance<Dst>(Dst::rows(job.dst, y), x);
-      const LonePixel px = Src::kPointers == 3 ? LonePixel(*from.at[0], *from.at[1 % Src::kPointers], *from.at[2 % Src::kPointers])
-                                               : LonePixel(from.at[0][0], from.at[0][1], from.at[0][2]);
+      const LonePixel px = Src::kPointers == 3
+                               ? LonePixel(*from.at[0], *from.at[1 % Src::kPointers], *from.at[2 % Src::kPointers])
+                               : LonePixel(from.at[0][0], from.at[0][1], from.at[0][2]);
       to.at[0][0] = static_cast<Kip8u>(px.y);
       if constexpr (Dst::kPointers == 1) {
         to.at[0][1] = static_cast<Kip8u>(px.u);
@@ -207,13 +274,12 @@ struct Factors {
 constexpr Factors kFactors1 = {9339, -3228, -4760, 16646};  // x 2^13
 constexpr Factors kFactors2 = {9338, -3227, -4759, 16645};
 
-template <int kBits>
-KIP_INLINE I16 centred(I16 chroma) {
-  return shiftLeft<kBits>(hn::Sub(chroma, set<int16_t>(kChromaZero)));
-}
-
 /// Luma and chroma terms added as they are.
 struct Direct {
+  ChromaZero zero;
+
+  KIP_INLINE Direct() {}
+
   KIP_INLINE Pixels<I16> pixel(I16 y, const Pixels<I16>& t) const {
     return {hn::Add(y, t.a), hn::Add(y, t.b), hn::Add(y, t.c)};
   }
@@ -221,6 +287,10 @@ struct Direct {
 
 /// Luma doubled and the sums halved, so that the terms carry one more bit.
 struct Doubled {
+  ChromaZero zero;
+
+  KIP_INLINE Doubled() {}
+
   KIP_INLINE Pixels<I16> pixel(I16 y, const Pixels<I16>& t) const {
     const I16 y2 = shiftLeft<1>(y);
     return {hn::ShiftRight<1>(hn::Add(y2, t.a)), hn::ShiftRight<1>(hn::Add(y2, t.b)),
@@ -229,41 +299,59 @@ struct Doubled {
 };
 
 struct Inverse1 : Direct {
+  Factor vToR{kFactors1.vToR}, uToG{kFactors1.uToG}, vToG{kFactors1.vToG}, uToB{kFactors1.uToB};
+
+  KIP_INLINE Inverse1() {}
+
   KIP_INLINE Pixels<I16> terms(I16 chromaU, I16 chromaV) const {
-    const I16 u = centred<3>(chromaU), v = centred<3>(chromaV);
-    return {high(v, kFactors1.vToR), hn::Add(high(u, kFactors1.uToG), high(v, kFactors1.vToG)), high(u, kFactors1.uToB)};
+    const I16 u = zero.centre<3>(chromaU), v = zero.centre<3>(chromaV);
+    return {vToR(v), hn::Add(uToG(u), vToG(v)), uToB(u)};
   }
 };
 
 template <const Factors& kFactors>
 struct InverseDoubled : Doubled {
+  Factor vToR{kFactors.vToR}, uToG{kFactors.uToG}, vToG{kFactors.vToG}, uToB{kFactors.uToB};
+
+  KIP_INLINE InverseDoubled() {}
+
   KIP_INLINE Pixels<I16> terms(I16 chromaU, I16 chromaV) const {
-    const I16 u = centred<4>(chromaU), v = centred<4>(chromaV);
-    return {high(v, kFactors.vToR), hn::Add(high(u, kFactors.uToG), high(v, kFactors.vToG)), high(u, kFactors.uToB)};
+    const I16 u = zero.centre<4>(chromaU), v = zero.centre<4>(chromaV);
+    return {vToR(v), hn::Add(uToG(u), vToG(v)), uToB(u)};
   }
 };
 
 /// Factors x 2^14 (U to B: x 2^13), each green product floored and then subtracted.
 struct Inverse3 : Direct {
+  Factor vToR{18677}, uToG{6455}, vToG{9519}, uToB{16646};
+
+  KIP_INLINE Inverse3() {}
+
   KIP_INLINE Pixels<I16> terms(I16 chromaU, I16 chromaV) const {
-    const I16 u = centred<2>(chromaU), v = centred<2>(chromaV);
-    return {high(v, 18677), hn::Neg(hn::Add(high(u, 6455), high(v, 9519))), high(centred<3>(chromaU), 16646)};
+    const I16 u = zero.centre<2>(chromaU), v = zero.centre<2>(chromaV);
+    return {vToR(v), hn::Neg(hn::Add(uToG(u), vToG(v))), uToB(shiftLeft<1>(u))};
   }
 };
 
 /// As InverseDoubled, each green product floored and then subtracted.
 struct Inverse4 : Doubled {
+  Factor vToR{9338}, uToG{3227}, vToG{4759}, uToB{16646};
+
+  KIP_INLINE Inverse4() {}
+
   KIP_INLINE Pixels<I16> terms(I16 chromaU, I16 chromaV) const {
-    const I16 u = centred<4>(chromaU), v = centred<4>(chromaV);
-    return {high(v, 9338), hn::Neg(hn::Add(high(u, 3227), high(v, 4759))), high(u, 16646)};
+    const I16 u = zero.centre<4>(chromaU), v = zero.centre<4>(chromaV);
+    return {vToR(v), hn::Neg(hn::Add(uToG(u), vToG(v))), uToB(u)};
   }
 };
 
 /// Pixels left over after the runs of Inverse4: ((Y << 16) + 74711 v + 32768) >> 16 for R, -25821 u - 38076 v for G and
 /// 133169 u for B. Factors above 32767 are split into whole multiples of 65536 and a rest.
 struct Inverse4Rest : Direct {
+  KIP_INLINE Inverse4Rest() {}
+
   KIP_INLINE Pixels<I16> terms(I16 chromaU, I16 chromaV) const {
-    const I16 u = centred<0>(chromaU), v = centred<0>(chromaV);
+    const I16 u = zero.centre<0>(chromaU), v = zero.centre<0>(chromaV);
     return {hn::Add(v, rounded(u, v, 0, 74711 - 65536)), hn::Sub(rounded(u, v, -25821, 65536 - 38076), v),
             hn::Add(shiftLeft<1>(u), rounded(u, v, 133169 - 2 * 65536, 0))};
   }
@@ -271,7 +359,7 @@ struct Inverse4Rest : Direct {
  private:
   KIP_INLINE static I16 rounded(I16 u, I16 v, int uFactor, int vFactor) {
     const I16 factors = setPairs(uFactor, vFactor);
-    const auto scaled = [&](I16 pairs) {
+    const auto scaled = [&](I16 pairs) KIP_INLINE_LAMBDA {
       return hn::ShiftRight<16>(hn::Add(dotPairs(pairs, factors), set<int32_t>(32768)));
     };
     return packWords(scaled(hn::InterleaveLower(u, v)), scaled(hn::InterleaveUpper(Tag<int16_t>(), u, v)));
