@@ -302,18 +302,24 @@ KIP_INLINE void forBlocks(const Rows<const Kip8u, Src::kPointers>& src, const Ro
   constexpr int kBlock = Src::kBlock;
   PaddedBlock<Src> in;
   PaddedBlock<Dst> out;
-  for (size_t x = first; x < last; x += kBlock) {
-    auto from = advance<Src>(src, x);
-    auto to = advance<Dst>(dst, x);
-    const bool whole = last - x >= kBlock;
+  auto from = advance<Src>(src, first);
+  auto to = advance<Dst>(dst, first);
+  // One call of `block` for whole and partial blocks alike: it is all of the code, and inlined.
+  for (size_t left = last - first; left != 0;) {
+    const bool whole = left >= kBlock;
+    auto blockFrom = from;
+    auto blockTo = to;
     if (HWY_UNLIKELY(!whole)) {
-      in.copyFrom(from, last - x);
-      if constexpr (Dst::kKeeps) out.copyFrom(to, last - x);
-      from = in.constRows();
-      to = out.rows;
+      in.copyFrom(from, left);
+      if constexpr (Dst::kKeeps) out.copyFrom(to, left);
+      blockFrom = in.constRows();
+      blockTo = out.rows;
     }
-    block(from, to);
-    if (HWY_UNLIKELY(!whole)) out.copyTo(advance<Dst>(dst, x), last - x);
+    block(blockFrom, blockTo);
+    if (HWY_UNLIKELY(!whole)) return out.copyTo(to, left);
+    from = advance<Src>(from, kBlock);
+    to = advance<Dst>(to, kBlock);
+    left -= kBlock;
   }
 }
 
