@@ -170,6 +170,113 @@ KIPAPI KipStatus kipiYUV420ToBGR_8u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], 
 
 /** @} */
 
+/** @defgroup gray Grey
+ *  One luminance sample from three colour samples: w[0] R + w[1] G + w[2] B, samples 0, 1, 2 of each pixel in that
+ * order. RGBToGray uses the BT.601 weights 0.299, 0.587, 0.114; ColorToGray the caller's, or those for a null pointer.
+ * AC4 ignores the fourth sample.
+ *
+ *  8u: weights rounded to multiples of 1/4096, the exact sum rounded half up; of a sum beyond 255 the low byte is kept.
+ *  16u: single precision, truncated, the low 16 bits kept. 16s: the same on values raised by 32768, lowered again and
+ *  saturated. 32f: single precision, summed from left to right.
+ *  @{ */
+
+KIPAPI KipStatus kipiRGBToGray_8u_C3C1R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiColorToGray_8u_C3C1R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize,
+                                          const Kip32f coeffs[3]);
+KIPAPI KipStatus kipiRGBToGray_8u_AC4C1R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiColorToGray_8u_AC4C1R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize,
+                                           const Kip32f coeffs[3]);
+KIPAPI KipStatus kipiRGBToGray_16u_C3C1R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiColorToGray_16u_C3C1R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize,
+                                           const Kip32f coeffs[3]);
+KIPAPI KipStatus kipiRGBToGray_16u_AC4C1R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiColorToGray_16u_AC4C1R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                            KipiSize roiSize, const Kip32f coeffs[3]);
+KIPAPI KipStatus kipiRGBToGray_16s_C3C1R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiColorToGray_16s_C3C1R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize,
+                                           const Kip32f coeffs[3]);
+KIPAPI KipStatus kipiRGBToGray_16s_AC4C1R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiColorToGray_16s_AC4C1R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep,
+                                            KipiSize roiSize, const Kip32f coeffs[3]);
+KIPAPI KipStatus kipiRGBToGray_32f_C3C1R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiColorToGray_32f_C3C1R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize,
+                                           const Kip32f coeffs[3]);
+KIPAPI KipStatus kipiRGBToGray_32f_AC4C1R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiColorToGray_32f_AC4C1R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep,
+                                            KipiSize roiSize, const Kip32f coeffs[3]);
+
+/** @} */
+
+/** @defgroup twist Colour twist
+ *  An affine matrix in single precision on every pixel:
+ *  out[c] = twist[c][0] in[0] + twist[c][1] in[1] + twist[c][2] in[2] + twist[c][3], summed from left to right.
+ *  Integer samples are rounded to nearest, ties to even, and saturated, whatever the caller's rounding mode. AC4 leaves
+ *  the fourth sample of the destination as it was. kipiColorTwist_32f_C4R takes a linear 4 x 4 matrix instead: the
+ * fourth sample is input and output like the others, and there is no constant.
+ *
+ *  Source and destination of the functions that are not in place may be the same image.
+ *  Checks: the image, plane and matrix pointers; the size; then steps below 1 - kipStatusBadStep.
+ *  @{ */
+
+KIPAPI KipStatus kipiColorTwist_32f_C3R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize,
+                                        const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist_32f_AC4R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize,
+                                         const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist_32f_P3R(const Kip32f* pSrc[3], int srcStep, Kip32f* pDst[3], int dstStep,
+                                        KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist_32f_C3IR(Kip32f* pSrcDst, int srcDstStep, KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist_32f_AC4IR(Kip32f* pSrcDst, int srcDstStep, KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist_32f_IP3R(Kip32f* pSrcDst[3], int srcDstStep, KipiSize roiSize,
+                                         const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize,
+                                          const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize,
+                                           const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst[3], int dstStep,
+                                          KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_8u_C3IR(Kip8u* pSrcDst, int srcDstStep, KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_8u_AC4IR(Kip8u* pSrcDst, int srcDstStep, KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_8u_IP3R(Kip8u* pSrcDst[3], int srcDstStep, KipiSize roiSize,
+                                           const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_8s_C3R(const Kip8s* pSrc, int srcStep, Kip8s* pDst, int dstStep, KipiSize roiSize,
+                                          const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_8s_AC4R(const Kip8s* pSrc, int srcStep, Kip8s* pDst, int dstStep, KipiSize roiSize,
+                                           const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_8s_P3R(const Kip8s* pSrc[3], int srcStep, Kip8s* pDst[3], int dstStep,
+                                          KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_8s_C3IR(Kip8s* pSrcDst, int srcDstStep, KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_8s_AC4IR(Kip8s* pSrcDst, int srcDstStep, KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_8s_IP3R(Kip8s* pSrcDst[3], int srcDstStep, KipiSize roiSize,
+                                           const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize,
+                                           const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                            KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_16u_P3R(const Kip16u* pSrc[3], int srcStep, Kip16u* pDst[3], int dstStep,
+                                           KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_16u_C3IR(Kip16u* pSrcDst, int srcDstStep, KipiSize roiSize,
+                                            const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_16u_AC4IR(Kip16u* pSrcDst, int srcDstStep, KipiSize roiSize,
+                                             const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_16u_IP3R(Kip16u* pSrcDst[3], int srcDstStep, KipiSize roiSize,
+                                            const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_16s_C3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize,
+                                           const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_16s_AC4R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep,
+                                            KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_16s_P3R(const Kip16s* pSrc[3], int srcStep, Kip16s* pDst[3], int dstStep,
+                                           KipiSize roiSize, const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_16s_C3IR(Kip16s* pSrcDst, int srcDstStep, KipiSize roiSize,
+                                            const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_16s_AC4IR(Kip16s* pSrcDst, int srcDstStep, KipiSize roiSize,
+                                             const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist32f_16s_IP3R(Kip16s* pSrcDst[3], int srcDstStep, KipiSize roiSize,
+                                            const Kip32f twist[3][4]);
+KIPAPI KipStatus kipiColorTwist_32f_C4R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize,
+                                        const Kip32f twist[4][4]);
+
+/** @} */
+
 #ifdef __cplusplus
 }
 #endif

@@ -90,7 +90,21 @@ struct Convert {
   }
 
   static void rows(const Job& job, int first, int last) {
-    for (int y = first; y < last; ++y) pixels(job, y, 0, job.width);
+    const size_t width = job.width;
+    if (adjoining<Src>(job.src, width) && adjoining<Dst>(job.dst, width)) {
+      return pixels(job, first, 0, width * (last - first));
+    }
+    for (int y = first; y < last; ++y) pixels(job, y, 0, width);
+  }
+
+ private:
+  /// Whether rows follow one another without a gap, so that they can be converted as one.
+  template <class Layout, class Byte>
+  static bool adjoining(const Image<Byte>& image, size_t width) {
+    for (int p = 0; p < Layout::kPointers; ++p) {
+      if (image.step[p] != static_cast<ptrdiff_t>(Layout::bytes(p, width))) return false;
+    }
+    return true;
   }
 };
 

@@ -45,8 +45,10 @@ bool splitsRows(Threads threads, KipiSize size) {
 
 }  // namespace
 
-KipStatus checkArguments(const Rules& rules, const ImageArg& src, const ImageArg& dst, KipiSize size) {
+KipStatus checkArguments(const Rules& rules, const ImageArg& src, const ImageArg& dst, KipiSize size,
+                         const void* parameters) {
   if (imagePointer(src) || imagePointer(dst)) return kipStatusNullPointer;
+  if (rules.needsParameters && parameters == nullptr) return kipStatusNullPointer;
   const bool planesMissing = planePointers(src) || planePointers(dst);
   const bool stepsBad = positiveStep(src) || positiveStep(dst);
   if (rules.planesBeforeSize && planesMissing) return kipStatusNullPointer;
@@ -76,7 +78,7 @@ void runKernel(Kernel kernel, const Job& job, int groups, bool threaded) {
 
 KipStatus convert(Kernel kernel, const Rules& rules, const ImageArg& src, const ImageArg& dst, KipiSize size,
                   const Extras& extras) {
-  if (const KipStatus status = checkArguments(rules, src, dst, size)) return status;
+  if (const KipStatus status = checkArguments(rules, src, dst, size, extras.parameters)) return status;
   if (size.width < 1 || size.height < 1) return kipStatusOk;
   Job job = makeJob(src, dst, size);
   job.alpha = extras.alpha;

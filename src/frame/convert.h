@@ -13,6 +13,7 @@ struct Rules {
   int minWidth = 1;
   int minHeight = 1;
   bool planesBeforeSize = false;       ///< plane pointers are looked at before the size
+  bool needsParameters = false;        ///< a null parameter pointer is refused with the image pointers
   bool emptyIsOk = false;              ///< an empty region is no error, but nothing to do
   StepCheck steps = StepCheck::kNone;  ///< whether and when steps below 1 are refused
   int rowsPerGroup = 1;                ///< rows that a kernel takes at a time; rows beyond the last group stay
@@ -22,7 +23,8 @@ struct Rules {
 };
 
 /// The first failing check of a call in its family's order, or kipStatusOk.
-KipStatus checkArguments(const Rules& rules, const ImageArg& src, const ImageArg& dst, KipiSize size);
+KipStatus checkArguments(const Rules& rules, const ImageArg& src, const ImageArg& dst, KipiSize size,
+                         const void* parameters = nullptr);
 
 /// The images of a call whose arguments have been checked.
 Job makeJob(const ImageArg& src, const ImageArg& dst, KipiSize size);

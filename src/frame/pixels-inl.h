@@ -99,8 +99,8 @@ struct C3 : Interleaved<D, 3> {
     Pixels<V> px;
     auto& first = kOrder == Order::kForward ? px.a : px.c;
     auto& last = kOrder == Order::kForward ? px.c : px.a;
-    if constexpr (kFullBytes) {
-      ThreeBytes::load(from.at[0], first, px.b, last);
+    if constexpr (kFullVectors) {
+      ThreeChannels<T>::load(samples<T>(from.at[0]), first, px.b, last);
     } else {
       hn::LoadInterleaved3(D(), samples<T>(from.at[0]), first, px.b, last);
     }
@@ -108,15 +108,15 @@ struct C3 : Interleaved<D, 3> {
   }
   KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
     const V first = kOrder == Order::kForward ? px.a : px.c, last = kOrder == Order::kForward ? px.c : px.a;
-    if constexpr (kFullBytes) {
-      ThreeBytes::store(first, px.b, last, to.at[0]);
+    if constexpr (kFullVectors) {
+      ThreeChannels<T>::store(first, px.b, last, samples<T>(to.at[0]));
     } else {
       hn::StoreInterleaved3(first, px.b, last, D(), samples<T>(to.at[0]));
     }
   }
 
  private:
-  static constexpr bool kFullBytes = std::is_same_v<D, Tag<uint8_t>>;
+  static constexpr bool kFullVectors = std::is_same_v<D, Tag<T>>;
 };
 
 /// Four interleaved samples, all four written: the fourth is the caller's alpha.
@@ -156,6 +156,16 @@ struct AC4 : Interleaved<D, 4> {
   KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
     const Pixels<V> old = load({{to.at[0]}});
     C4<T, kOrder, D>::storeWith(px, old.alpha, to);
+  }
+};
+
+/// One plane, from the first of the channels.
+template <class T = uint8_t, class D = Tag<T>>
+struct C1 : Planar<D, 1> {
+  using V = hn::Vec<D>;
+
+  KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
+    hn::StoreU(px.a, D(), samples<T>(to.at[0]));
   }
 };
 
@@ -212,7 +222,8 @@ struct Biased : Layout {
 
  private:
   KIP_INLINE static P flip(P px) {
-    const auto top = set<uint16_t>(0x8000);
+    using T = typename Layout::T;
+    const auto top = set<T>(static_cast<T>(1u << (8 * sizeof(T) - 1)));
     px.a = hn::Xor(px.a, top), px.b = hn::Xor(px.b, top), px.c = hn::Xor(px.c, top);
     return px;
   }

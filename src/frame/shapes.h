@@ -44,3 +44,10 @@
 #define KIP_PS_PS(S, D, n, m)                                                                                 \
   (const S* pSrc[n], int srcStep[n], D* pDst[m], int dstStep[m], KipiSize roiSize), planar(pSrc, n, srcStep), \
       planar(pDst, m, dstStep), {}
+
+// One interleaved image, or planes, that are both source and destination.
+#define KIP_I_C(T)                                                                                                     \
+  (T * pSrcDst, int srcDstStep, KipiSize roiSize), interleaved(pSrcDst, srcDstStep), interleaved(pSrcDst, srcDstStep), \
+  {}
+#define KIP_I_P(T, n) \
+  (T * pSrcDst[n], int srcDstStep, KipiSize roiSize), planar(pSrcDst, n, srcDstStep), planar(pSrcDst, n, srcDstStep), {}

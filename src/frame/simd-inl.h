@@ -9,6 +9,7 @@
 #define KIP_FRAME_SIMD_INL_H_
 #endif
 
+#include <cmath>
 #include <cstdint>
 
 #include "hwy/highway.h"
@@ -103,6 +104,41 @@ KIP_INLINE I32 upperWords(U16 v) {
 /// The lower and the upper 16-bit lanes of each block as floats.
 KIP_INLINE F32 lowerFloats(U16 v) { return hn::ConvertTo(Tag<float>(), lowerWords(v)); }
 KIP_INLINE F32 upperFloats(U16 v) { return hn::ConvertTo(Tag<float>(), upperWords(v)); }
+
+/// The larger, or the smaller, of v and the bound; the bound where v is not a number.
+KIP_INLINE F32 atLeast(F32 v, F32 bound) {
+#if KIP_EMULATED
+  return hn::IfThenElse(hn::Gt(v, bound), v, bound);
+#else
+  return F32{KIP_MM(max_ps)(v.raw, bound.raw)};
+#endif
+}
+KIP_INLINE F32 atMost(F32 v, F32 bound) {
+#if KIP_EMULATED
+  return hn::IfThenElse(hn::Lt(v, bound), v, bound);
+#else
+  return F32{KIP_MM(min_ps)(v.raw, bound.raw)};
+#endif
+}
+
+/// Floats to integers, truncated towards zero, or rounded as the processor is set to (to nearest, ties to even).
+/// What 32 bits cannot hold becomes -2^31.
+KIP_INLINE I32 truncateToInt(F32 v) {
+#if KIP_EMULATED
+  for (auto& lane : v.raw) lane = std::fabs(lane) < 2147483648.0f ? lane : -2147483648.0f;
+  return hn::ConvertTo(Tag<int32_t>(), v);
+#else
+  return I32{KIP_MM(cvttps_epi32)(v.raw)};
+#endif
+}
+KIP_INLINE I32 roundToInt(F32 v) {
+#if KIP_EMULATED
+  for (auto& lane : v.raw) lane = std::nearbyint(lane);
+  return truncateToInt(v);
+#else
+  return I32{KIP_MM(cvtps_epi32)(v.raw)};
+#endif
+}
 
 /// 16-bit lanes saturated to bytes: in each block those of `lower`, then those of `upper`.
 KIP_INLINE U8 packBytes(I16 lower, I16 upper) {
@@ -218,50 +254,78 @@ KIP_INLINE void storeThreeBlocks(U8 first, U8 second, U8 third, uint8_t* to) {
 #endif
 }
 
-/// Three interleaved channels of bytes. The 48 bytes of 16 pixels are three blocks; 16 mod 3 is 1, so the bytes of one
-/// channel lie in the three blocks at three different residues mod 3 and can be blended to one block without collision,
-/// which a shuffle puts in order.
-struct ThreeBytesTables {
-  uint8_t residue[3][16];  // 0xFF at positions of that residue mod 3
-  uint8_t gather[3][16];   // where channel c's sample i lies after blending: 3 i + c
-  uint8_t scatter[3][16];  // the inverse
-  constexpr ThreeBytesTables() : residue(), gather(), scatter() {
+/// Three interleaved channels of samples of type T. Three blocks hold N pixels, N samples to a block; 3 does not divide
+/// N, so the samples of one channel lie in the three blocks at three different residues mod 3 and can be blended to one
+/// block without collision, which a shuffle puts in order.
+template <class T>
+struct ThreeChannelTables {
+  static constexpr int kSamples = 16 / sizeof(T);  // in a block
+  uint8_t residue[3][16];                          // 0xFF where the sample's position has that residue
+  uint8_t gather[3][16];                           // where channel c's sample i lies after blending: 3 i + c
+  uint8_t scatter[3][16];                          // the inverse
+  constexpr ThreeChannelTables() : residue(), gather(), scatter() {
+    constexpr int kBytes = sizeof(T);
     for (int c = 0; c < 3; ++c) {
-      for (int i = 0; i < 16; ++i) {
-        residue[c][i] = i % 3 == c ? 0xFF : 0;
-        gather[c][i] = (3 * i + c) % 16;
-        scatter[c][gather[c][i]] = i;
+      for (int i = 0; i < kSamples; ++i) {
+        const int position = (3 * i + c) % kSamples;
+        for (int b = 0; b < kBytes; ++b) {
+          residue[c][i * kBytes + b] = i % 3 == c ? 0xFF : 0;
+          gather[c][i * kBytes + b] = position * kBytes + b;
+          scatter[c][position * kBytes + b] = i * kBytes + b;
+        }
       }
     }
   }
 };
 
-struct ThreeBytes {
-  alignas(16) static constexpr ThreeBytesTables kTables{};
+template <class T>
+struct ThreeChannels {
+  using V = Vector<T>;
+  alignas(16) static constexpr ThreeChannelTables<T> kTables{};
 
   KIP_INLINE static U8 table(const uint8_t (&bytes)[16]) { return hn::LoadDup128(Tag<uint8_t>(), bytes); }
 
-  /// Of each position, the byte of the vector whose turn it is: `first` at residue `at`, `second` at the next, ...
-  KIP_INLINE static U8 blend(int at, U8 first, U8 second, U8 third) {
-    const auto isFirst = hn::MaskFromVec(table(kTables.residue[at % 3]));
-    const auto isSecond = hn::MaskFromVec(table(kTables.residue[(at + 1) % 3]));
-    return hn::IfThenElse(isFirst, first, hn::IfThenElse(isSecond, second, third));
+  // Position j of block k holds channel (N k + j) mod 3.
+  static constexpr int kN = ThreeChannelTables<T>::kSamples;
+  static constexpr int channelAt(int block, int residue) { return (kN * block + residue) % 3; }
+  static constexpr int blockOf(int channel, int residue) { return (channel - residue + 3) * kN % 3; }
+
+  /// The samples of one vector each at positions of residue 0, 1 and 2.
+  KIP_INLINE static U8 blend(U8 at0, U8 at1, U8 at2) {
+#if HWY_TARGET == HWY_SSE4 || HWY_TARGET == HWY_AVX2
+    // Blends by constants; the bits are the positions of residue 0, and of residue 1, in each block.
+    if constexpr (sizeof(T) == 4) {
+      constexpr int kTwoBlocks = HWY_TARGET == HWY_AVX2 ? 0b10001 : 1;
+      const auto floats = [](U8 v) KIP_INLINE_LAMBDA { return as<float>(v).raw; };
+      const auto rest = KIP_MM(blend_ps)(floats(at2), floats(at1), kTwoBlocks * 0b0010);
+      return as<uint8_t>(F32{KIP_MM(blend_ps)(rest, floats(at0), kTwoBlocks * 0b1001)});
+    } else if constexpr (sizeof(T) == 2) {
+      return U8{KIP_MM(blend_epi16)(KIP_MM(blend_epi16)(at2.raw, at1.raw, 0b10010010), at0.raw, 0b01001001)};
+    }
+#endif
+    const auto is0 = hn::MaskFromVec(table(kTables.residue[0])), is1 = hn::MaskFromVec(table(kTables.residue[1]));
+    return hn::IfThenElse(is0, at0, hn::IfThenElse(is1, at1, at2));
   }
 
-  KIP_INLINE static void load(const uint8_t* from, U8& a, U8& b, U8& c) {
-    const U8 first = loadBlocks(from, 48), second = loadBlocks(from + 16, 48), third = loadBlocks(from + 32, 48);
-    // Position j of block k holds channel (j + k) mod 3.
-    a = hn::TableLookupBytes(blend(0, first, third, second), table(kTables.gather[0]));
-    b = hn::TableLookupBytes(blend(1, first, third, second), table(kTables.gather[1]));
-    c = hn::TableLookupBytes(blend(2, first, third, second), table(kTables.gather[2]));
+  KIP_INLINE static void load(const T* samples, V& a, V& b, V& c) {
+    const auto* from = reinterpret_cast<const uint8_t*>(samples);
+    const U8 blocks[3] = {loadBlocks(from, 48), loadBlocks(from + 16, 48), loadBlocks(from + 32, 48)};
+    const auto channel = [&](int which) KIP_INLINE_LAMBDA {
+      const U8 blended = blend(blocks[blockOf(which, 0)], blocks[blockOf(which, 1)], blocks[blockOf(which, 2)]);
+      return as<T>(hn::TableLookupBytes(blended, table(kTables.gather[which])));
+    };
+    a = channel(0), b = channel(1), c = channel(2);
   }
 
-  KIP_INLINE static void store(U8 a, U8 b, U8 c, uint8_t* to) {
-    const U8 spreadA = hn::TableLookupBytes(a, table(kTables.scatter[0]));
-    const U8 spreadB = hn::TableLookupBytes(b, table(kTables.scatter[1]));
-    const U8 spreadC = hn::TableLookupBytes(c, table(kTables.scatter[2]));
-    storeThreeBlocks(blend(0, spreadA, spreadB, spreadC), blend(0, spreadB, spreadC, spreadA),
-                     blend(0, spreadC, spreadA, spreadB), to);
+  KIP_INLINE static void store(V a, V b, V c, T* samples) {
+    const auto spread = [](V v, int which) KIP_INLINE_LAMBDA {
+      return hn::TableLookupBytes(as<uint8_t>(v), table(kTables.scatter[which]));
+    };
+    const U8 channels[3] = {spread(a, 0), spread(b, 1), spread(c, 2)};
+    const auto block = [&](int which) KIP_INLINE_LAMBDA {
+      return blend(channels[channelAt(which, 0)], channels[channelAt(which, 1)], channels[channelAt(which, 2)]);
+    };
+    storeThreeBlocks(block(0), block(1), block(2), reinterpret_cast<uint8_t*>(samples));
   }
 };
 

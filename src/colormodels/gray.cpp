@@ -1,0 +1,109 @@
+// Grey from colour: Y = 0.299 R + 0.587 G + 0.114 B, or a weighted sum with the caller's weights.
+
+#include <algorithm>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "colormodels/gray.cpp"
+#include "hwy/foreach_target.h"
+#include "hwy/highway.h"
+
+#include "frame/pairs-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+
+/// The weights of a call, those of BT.601 where the caller gives none.
+inline const float* grayWeights(const Job& job) {
+  static constexpr float kBt601[3] = {0.299f, 0.587f, 0.114f};
+  return job.parameters ? static_cast<const float*>(job.parameters) : kBt601;
+}
+
+/// A weight x 2^12, rounded, as the signed 16-bit number that it is kept in.
+inline int weight12(float weight) {
+  const double scaled = std::clamp(weight * 4096.0 + 0.5, -2147483648.0, 2147483647.0);
+  return static_cast<int16_t>(static_cast<int32_t>(scaled));
+}
+
+/// Bytes: exact sums of weights x 2^12, rounded, of which the low byte is kept.
+template <class Src>
+struct GrayBytes {
+  static void rows(const Job& job, int first, int last) {
+    const float* w = grayWeights(job);
+    const I16 rg = pinnedPairs(weight12(w[0]), weight12(w[1])), b = pinnedPairs(weight12(w[2]), 0);
+    const I32 half = pinned<int32_t>(1 << 11), byte = pinned<int32_t>(0xFF);
+    const auto gray = [&](I16 rgPairs, I16 bgPairs) KIP_INLINE_LAMBDA {
+      const I32 sum = hn::Add(hn::Add(dotPairs(rgPairs, rg), dotPairs(bgPairs, b)), half);
+      return hn::And(hn::ShiftRight<12>(sum), byte);
+    };
+    for (int y = first; y < last; ++y) {
+      forBlocks<Src, C1<>>(Src::rows(job.src, y), C1<>::rows(job.dst, y), 0, job.width,
+                           [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+                             const PixelPairs px = pairsOf(Src(), from);
+                             hn::StoreU(packPixels(px, gray), Tag<uint8_t>(), to.at[0]);
+                           });
+    }
+  }
+};
+
+/// Floats, summed from left to right.
+struct GraySum {
+  KIP_INLINE explicit GraySum(const Job& job)
+      : r(pinned(grayWeights(job)[0])), g(pinned(grayWeights(job)[1])), b(pinned(grayWeights(job)[2])) {}
+  KIP_INLINE F32 operator()(const Pixels<F32>& px) const {
+    return hn::Add(hn::Add(hn::Mul(r, px.a), hn::Mul(g, px.b)), hn::Mul(b, px.c));
+  }
+  F32 r, g, b;
+};
+
+struct GrayFloats {
+  using Lane = float;
+  KIP_INLINE explicit GrayFloats(const Job& job) : sum(job) {}
+  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const {
+    const F32 gray = sum(px);
+    return {gray, gray, gray};
+  }
+  GraySum sum;
+};
+
+/// 16-bit samples: truncated, the low 16 bits kept. Signed ones, raised by 32768, saturate instead.
+template <bool kSaturates>
+struct GrayWords {
+  using Lane = float;
+  KIP_INLINE explicit GrayWords(const Job& job) : sum(job) {}
+  KIP_INLINE Pixels<I32> operator()(const Pixels<F32>& px) const {
+    const I32 truncated = truncateToInt(sum(px));
+    const I32 gray = kSaturates ? truncated : hn::And(truncated, set<int32_t>(0xFFFF));
+    return {gray, gray, gray};
+  }
+  GraySum sum;
+};
+
+template <class Src>
+using Gray16u = Convert<GrayWords<false>, Src, C1<uint16_t>>;
+template <class Src>
+using Gray16s = Convert<GrayWords<true>, Biased<Src>, Biased<C1<uint16_t>>>;
+template <class Src>
+using Gray32f = Convert<GrayFloats, Src, C1<float>>;
+
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+#include "frame/convert.h"
+
+namespace kip {
+constexpr Rules kGray = {};
+}  // namespace kip
+
+// With the caller's weights, null for those of BT.601, as last argument.
+#define KIP_WEIGHTS_C_C(T)                                                                      \
+  (const T* pSrc, int srcStep, T* pDst, int dstStep, KipiSize roiSize, const Kip32f coeffs[3]), \
+      interleaved(pSrc, srcStep), interleaved(pDst, dstStep), {                                 \
+    .parameters = coeffs                                                                        \
+  }
+#endif
+
+#define KIP_FUNCTIONS "colormodels/gray-functions.h"
+#include "frame/functions-inl.h"

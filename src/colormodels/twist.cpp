@@ -1,0 +1,145 @@
+// Colour twist: an affine 3 x 4 matrix, or a linear 4 x 4 one, applied to every pixel in single precision.
+
+#include <xmmintrin.h>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "colormodels/twist.cpp"
+#include "hwy/foreach_target.h"
+#include "hwy/highway.h"
+
+#include "frame/convert-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+
+/// out_c = t[c][0] in_0 + t[c][1] in_1 + t[c][2] in_2 + t[c][3], summed from left to right.
+class Matrix3x4 {
+ public:
+  using Lane = float;
+  KIP_INLINE explicit Matrix3x4(const Job& job) {
+    const float* t = static_cast<const float*>(job.parameters);
+    for (int i = 0; i < 12; ++i) t_[i] = pinned(t[i]);
+  }
+  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const { return {row<0>(px), row<1>(px), row<2>(px)}; }
+
+ private:
+  template <int kRow>
+  KIP_INLINE F32 row(const Pixels<F32>& px) const {
+    const F32* t = t_ + 4 * kRow;
+    const F32 sum = hn::Add(hn::Mul(t[0], px.a), hn::Mul(t[1], px.b));
+    return hn::Add(hn::Add(sum, hn::Mul(t[2], px.c)), t[3]);
+  }
+  F32 t_[12];
+};
+
+/// The matrix on integer samples between kLow and kHigh, which arrive as unsigned lanes raised by -kLow and leave so:
+/// rounded to nearest, ties to even. The limit below is the packing's saturation.
+template <int kLow, int kHigh>
+class IntegerMatrix {
+ public:
+  using Lane = float;
+  KIP_INLINE explicit IntegerMatrix(const Job& job) : matrix_(job) {}
+
+  KIP_INLINE Pixels<I32> operator()(const Pixels<F32>& raised) const {
+    const Pixels<F32> px = eachChannel(raised, [this](F32 v) KIP_INLINE_LAMBDA { return lower(v); });
+    return eachChannel(matrix_(px), [this](F32 v) KIP_INLINE_LAMBDA { return round(v); });
+  }
+
+ private:
+  KIP_INLINE F32 lower(F32 v) const { return kLow == 0 ? v : hn::Add(v, low_); }
+  KIP_INLINE I32 round(F32 v) const {
+    const I32 rounded = roundToInt(atMost(v, high_));
+    return kLow == 0 ? rounded : hn::Sub(rounded, set<int32_t>(kLow));
+  }
+  Matrix3x4 matrix_;
+  F32 low_ = pinned<float>(kLow), high_ = pinned<float>(kHigh);
+};
+
+/// Makes the processor round to nearest for as long as it lives, whatever the caller's mode is.
+class RoundToNearest {
+ public:
+  RoundToNearest() : callers_(_MM_GET_ROUNDING_MODE()) { _MM_SET_ROUNDING_MODE(_MM_ROUND_NEAREST); }
+  ~RoundToNearest() { _MM_SET_ROUNDING_MODE(callers_); }
+  RoundToNearest(const RoundToNearest&) = delete;
+
+ private:
+  unsigned callers_;
+};
+
+template <class Op, class Src, class Dst>
+struct RoundedConvert {
+  static void rows(const Job& job, int first, int last) {
+    const RoundToNearest mode;
+    Convert<Op, Src, Dst>::rows(job, first, last);
+  }
+};
+
+template <class Layout>
+using Twist8u = RoundedConvert<IntegerMatrix<0, 255>, Layout, Layout>;
+template <class Layout>
+using Twist8s = RoundedConvert<IntegerMatrix<-128, 127>, Biased<Layout>, Biased<Layout>>;
+template <class Layout>
+using Twist16u = RoundedConvert<IntegerMatrix<0, 65535>, Layout, Layout>;
+template <class Layout>
+using Twist16s = RoundedConvert<IntegerMatrix<-32768, 32767>, Biased<Layout>, Biased<Layout>>;
+template <class Layout>
+using Twist32f = Convert<Matrix3x4, Layout, Layout>;
+
+/// out_c = t[c][0] in_0 + t[c][1] in_1 + t[c][2] in_2 + t[c][3] in_3: the fourth sample takes part.
+struct FourChannels {
+  static void rows(const Job& job, int first, int last) {
+    using Layout = AC4<float>;
+    const float* t = static_cast<const float*>(job.parameters);
+    F32 m[16];
+    for (int i = 0; i < 16; ++i) m[i] = pinned(t[i]);
+    for (int y = first; y < last; ++y) {
+      forBlocks<Layout, Layout>(Layout::rows(job.src, y), Layout::rows(job.dst, y), 0, job.width,
+                                [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+                                  const Pixels<F32> px = Layout().load(from);
+                                  const auto row = [&](const F32* r) KIP_INLINE_LAMBDA {
+                                    const F32 sum = hn::Add(hn::Mul(r[0], px.a), hn::Mul(r[1], px.b));
+                                    return hn::Add(hn::Add(sum, hn::Mul(r[2], px.c)), hn::Mul(r[3], px.alpha));
+                                  };
+                                  C4<float>::storeWith({row(m), row(m + 4), row(m + 8)}, row(m + 12), to);
+                                });
+    }
+  }
+};
+
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+#include "frame/convert.h"
+
+namespace kip {
+constexpr Rules kTwist = {.planesBeforeSize = true, .needsParameters = true, .steps = StepCheck::kAfterSize};
+}  // namespace kip
+
+// The argument shapes, with the matrix as last argument.
+#define KIP_TWIST_C_C(T, n)                                                                       \
+  (const T* pSrc, int srcStep, T* pDst, int dstStep, KipiSize roiSize, const Kip32f twist[n][4]), \
+      interleaved(pSrc, srcStep), interleaved(pDst, dstStep), {                                   \
+    .parameters = twist                                                                           \
+  }
+#define KIP_TWIST_P_P(T)                                                                                \
+  (const T* pSrc[3], int srcStep, T* pDst[3], int dstStep, KipiSize roiSize, const Kip32f twist[3][4]), \
+      planar(pSrc, 3, srcStep), planar(pDst, 3, dstStep), {                                             \
+    .parameters = twist                                                                                 \
+  }
+#define KIP_TWIST_I_C(T)                                                                                       \
+  (T * pSrcDst, int srcDstStep, KipiSize roiSize, const Kip32f twist[3][4]), interleaved(pSrcDst, srcDstStep), \
+      interleaved(pSrcDst, srcDstStep), {                                                                      \
+    .parameters = twist                                                                                        \
+  }
+#define KIP_TWIST_I_P(T)                                                                                        \
+  (T * pSrcDst[3], int srcDstStep, KipiSize roiSize, const Kip32f twist[3][4]), planar(pSrcDst, 3, srcDstStep), \
+      planar(pSrcDst, 3, srcDstStep), {                                                                         \
+    .parameters = twist                                                                                         \
+  }
+#endif
+
+#define KIP_FUNCTIONS "colormodels/twist-functions.h"
+#include "frame/functions-inl.h"

@@ -1,0 +1,88 @@
+// Byte pixels as pairs of 16-bit channels in 32-bit lanes, (R, G) and (B, G), so that dotPairs weights them exactly.
+// Splitting a coefficient for G over both pairs allows coefficients above 32767.
+
+#if defined(KIP_FRAME_PAIRS_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_FRAME_PAIRS_INL_H_
+#undef KIP_FRAME_PAIRS_INL_H_
+#else
+#define KIP_FRAME_PAIRS_INL_H_
+#endif
+
+#include "frame/convert-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+
+/// A block of pixels in four vectors, four pixels to each 128 bits; packing the four gives the pixels' order.
+struct PixelPairs {
+  I16 rg[4], bg[4];
+};
+
+/// Interleaved pixels: each block is loaded where its pixels are and spread by a byte shuffle.
+template <int kSamples, Order kOrder>
+KIP_INLINE PixelPairs loadPairs(const Rows<const Kip8u, 1>& from) {
+  constexpr int kRed = kOrder == Order::kForward ? 0 : 2, kBlue = 2 - kRed, kGap = 0x80;
+  constexpr int kPixelsBytes = 4 * kSamples;  // of the four pixels of a block
+  constexpr int kBack = 16 - kPixelsBytes;    // the last load ends where the pixels end
+  alignas(16) static constexpr struct Table {
+    uint8_t rg[2][16], bg[2][16];
+    constexpr Table() : rg(), bg() {
+      for (int last = 0; last < 2; ++last) {
+        for (int p = 0; p < 4; ++p) {
+          const int at = p * kSamples + last * kBack;
+          rg[last][4 * p] = at + kRed, bg[last][4 * p] = at + kBlue;
+          rg[last][4 * p + 2] = bg[last][4 * p + 2] = at + 1;
+          rg[last][4 * p + 1] = rg[last][4 * p + 3] = bg[last][4 * p + 1] = bg[last][4 * p + 3] = kGap;
+        }
+      }
+    }
+  } kTable;
+  const Tag<uint8_t> d;
+  PixelPairs pairs;
+  for (int k = 0; k < 4; ++k) {
+    const int last = k == 3;
+    const U8 bytes = loadBlocks(from.at[0] + k * kPixelsBytes - last * kBack, 4 * kPixelsBytes);
+    pairs.rg[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.rg[last])));
+    pairs.bg[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.bg[last])));
+  }
+  return pairs;
+}
+
+template <Order kOrder>
+KIP_INLINE PixelPairs pairsOf(const C3<uint8_t, kOrder>&, const Rows<const Kip8u, 1>& from) {
+  return loadPairs<3, kOrder>(from);
+}
+template <Order kOrder>
+KIP_INLINE PixelPairs pairsOf(const AC4<uint8_t, kOrder>&, const Rows<const Kip8u, 1>& from) {
+  return loadPairs<4, kOrder>(from);
+}
+KIP_INLINE PixelPairs pairsOf(const P3<uint8_t>& layout, const Rows<const Kip8u, 3>& from) {
+  const Pixels<U8> px = layout.load(from);
+  const Tag<int16_t> d;
+  PixelPairs pairs;
+  for (int half = 0; half < 2; ++half) {
+    const auto widen = [&](U8 v) { return half == 0 ? lowerBytes(v) : upperBytes(v); };
+    const I16 r = widen(px.a), g = widen(px.b), b = widen(px.c);
+    pairs.rg[2 * half] = hn::InterleaveLower(r, g);
+    pairs.bg[2 * half] = hn::InterleaveLower(b, g);
+    pairs.rg[2 * half + 1] = hn::InterleaveUpper(d, r, g);
+    pairs.bg[2 * half + 1] = hn::InterleaveUpper(d, b, g);
+  }
+  return pairs;
+}
+
+/// One 32-bit result per pixel from function(rg, bg), saturated to bytes.
+template <class Function>
+KIP_INLINE U8 packPixels(const PixelPairs& px, const Function& function) {
+  const auto half = [&](int h) KIP_INLINE_LAMBDA {
+    return packWords(function(px.rg[2 * h], px.bg[2 * h]), function(px.rg[2 * h + 1], px.bg[2 * h + 1]));
+  };
+  return packBytes(half(0), half(1));
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#endif  // include guard per target
