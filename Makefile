@@ -25,7 +25,8 @@ $(CHECKED:%=check-%): check-%: configure-%
 
 bench: DEPENDENCIES = build bench
 bench: configure-x86-64
-	cmake --build --preset x86-64 --target bench
+	cmake --build --preset x86-64 --target kipcc_bench
+	build/x86-64/kipcc_bench
 
 docs: DEPENDENCIES = build docs
 docs: configure-x86-64

@@ -5,7 +5,7 @@ set -eu
 
 build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
        libhwy-dev libgtest-dev libbenchmark-dev libhwy-dev:i386 libgtest-dev:i386 libbenchmark-dev:i386
-       libpng-dev libturbojpeg0-dev"
+       libgomp1:i386 libpng-dev libturbojpeg0-dev"
 # What the benchmark compares with; it runs without them as well.
 bench="libopencv-dev libyuv-dev libswscale-dev libzimg-dev libraw-dev"
 docs="doxygen"

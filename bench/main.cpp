@@ -1,0 +1,107 @@
+// Measures every exported function on one thread, each in turns with its peers and with memcpy of as many bytes.
+//
+//   kipcc_bench [--all_sizes] [--rounds=N] [--benchmark_filter=regex] [options of Google Benchmark]
+//
+// Without --all_sizes only 1920x1080 is measured. Names are function/size or function/method/size.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "kipcore.h"
+#include "peers/peers.h"
+#include "race.h"
+#include "report.h"
+#include "subject.h"
+
+namespace bench {
+namespace {
+
+struct Size {
+  int width, height;
+};
+constexpr Size kLarge = {1920, 1080};
+constexpr Size kOthers[] = {{640, 480}, {64, 64}};  // in the cache; small enough that the cost of a call shows
+
+struct Options {
+  bool allSizes = false;
+  int rounds = 25;
+};
+
+std::string figureOf(const Peer& peer) { return kTimes + (peer.result == Result::kCoarser ? "~" : "") + peer.name; }
+
+/// Ours first, then memcpy, then the peers.
+std::vector<Contestant> contestantsOf(const Subject& subject, Setting& setting) {
+  const size_t bytes = setting.bytes() / 2;  // memcpy reads and writes each
+  auto from = std::make_shared<std::vector<uint8_t>>(bytes, 1), to = std::make_shared<std::vector<uint8_t>>(bytes, 1);
+  std::vector<Contestant> contestants = {
+      {subject.name, [&setting] { setting.run(); }},
+      {kMemcpy,
+       [=] {
+         std::memcpy(to->data(), from->data(), bytes);
+         benchmark::ClobberMemory();
+       }},
+  };
+  for (const Peer& peer : peersOf(subject.name)) {
+    if (auto run = peer.prepare(setting.call())) contestants.push_back({figureOf(peer), run});
+  }
+  return contestants;
+}
+
+void measure(benchmark::State& state, const Subject& subject, Size size, int rounds) {
+  Setting setting(subject, size.width, size.height);
+  if (setting.run() != kipStatusOk) state.SkipWithError("not converted");
+  std::vector<Contestant> contestants = contestantsOf(subject, setting);
+  const double& ours = contestants.front().seconds;
+  for (auto _ : state) {
+    race(contestants, rounds);
+    state.SetIterationTime(ours);
+  }
+  state.counters[kSpeed] = size.width * size.height / ours * 1e-6;
+  state.counters[kTraffic] = static_cast<double>(setting.bytes()) / ours * 1e-9;
+  for (size_t i = 1; i < contestants.size(); ++i) state.counters[contestants[i].name] = contestants[i].seconds / ours;
+}
+
+/// Takes our own options out of the arguments.
+Options takeOptions(int& argc, char** argv) {
+  Options options;
+  int kept = 1;
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--all_sizes") == 0) {
+      options.allSizes = true;
+    } else if (std::strncmp(argv[i], "--rounds=", 9) == 0) {
+      options.rounds = std::max(1, std::atoi(argv[i] + 9));
+    } else {
+      argv[kept++] = argv[i];
+    }
+  }
+  argc = kept;
+  return options;
+}
+
+void add(const Subject& subject, Size size, int rounds) {
+  const std::string name = subject.name + "/" + std::to_string(size.width) + "x" + std::to_string(size.height);
+  benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) { measure(state, subject, size, rounds); })
+      ->UseManualTime()
+      ->Iterations(1);
+}
+
+}  // namespace
+}  // namespace bench
+
+int main(int argc, char** argv) {
+  const bench::Options options = bench::takeOptions(argc, argv);
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  kipSetNumThreads(1);
+  for (const bench::Subject& subject : bench::allSubjects()) {
+    bench::add(subject, bench::kLarge, options.rounds);
+    if (!options.allSizes) continue;
+    for (const bench::Size size : bench::kOthers) bench::add(subject, size, options.rounds);
+  }
+  bench::Table table;
+  benchmark::RunSpecifiedBenchmarks(&table);
+}

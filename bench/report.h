@@ -1,0 +1,32 @@
+// The table of results.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+// The names of the figures that a benchmark reports; a peer's figure is its name behind kTimes.
+inline const std::string kSpeed = "Mpixel/s", kTraffic = "GB/s", kTimes = "x ", kMemcpy = "x memcpy";
+
+/// Prints a line for each benchmark as it ends, and at the end what should be faster.
+class Table : public benchmark::BenchmarkReporter {
+ public:
+  bool ReportContext(const Context&) override;
+  void ReportRuns(const std::vector<Run>& runs) override;
+  void Finalize() override;
+
+ private:
+  struct Slow {
+    std::string name, why;
+  };
+  void noteSlow(const Run& run);
+
+  std::vector<Slow> slow_;
+  std::map<std::string, std::map<std::string, double>> speeds_;  // by function, then by size
+};
+
+}  // namespace bench

@@ -1,0 +1,42 @@
+# Tests of the build as a whole: what it installs and packs, what its pages say, and whether other builds agree with it.
+
+set(INSTALLED ${CMAKE_BINARY_DIR}/installed)
+add_test(NAME install
+  COMMAND ${CMAKE_COMMAND} --install ${CMAKE_BINARY_DIR} --prefix ${INSTALLED})
+set_tests_properties(install PROPERTIES FIXTURES_SETUP installed)
+
+# The program that README.md shows, as it stands there.
+file(READ README.md README)
+string(REGEX MATCH "\n```c\n([^`]*)\n```" MATCHED "${README}")
+set(README_PROGRAM ${CMAKE_BINARY_DIR}/readme.c)
+file(CONFIGURE OUTPUT ${README_PROGRAM} CONTENT "${CMAKE_MATCH_1}\n" @ONLY)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS README.md)
+
+# Programs of a user, built against the installed tree in each of the ways that a user has.
+foreach(WAY cmake pkg-config)
+  add_test(NAME consumer.${WAY}
+    COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${INSTALLED}/${CMAKE_INSTALL_LIBDIR}/pkgconfig
+    ${CMAKE_CTEST_COMMAND} --build-and-test ${PROJECT_SOURCE_DIR}/tests/consumer ${CMAKE_BINARY_DIR}/consumer-${WAY}
+    --build-generator Ninja
+    --build-options --fresh -DWAY=${WAY} -DREADME_PROGRAM=${README_PROGRAM} -DCMAKE_PREFIX_PATH=${INSTALLED}
+    "-DCMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE}"
+    --test-command ${CMAKE_CTEST_COMMAND} --output-on-failure)
+  set_tests_properties(consumer.${WAY} PROPERTIES FIXTURES_REQUIRED installed)
+endforeach()
+
+find_program(SHLIBDEPS dpkg-shlibdeps)
+if(SHLIBDEPS)
+  add_test(NAME packages COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR}
+    -DARCHITECTURE=${CPACK_DEBIAN_PACKAGE_ARCHITECTURE} -DLIBDIR=${CMAKE_INSTALL_LIBDIR} -DVERSION=${PROJECT_VERSION}
+    -P ${PROJECT_SOURCE_DIR}/tests/packages.cmake)
+endif()
+
+add_test(NAME quotes.adding-a-function COMMAND ${CMAKE_COMMAND} -DROOT=${PROJECT_SOURCE_DIR}
+  -DPAGE=docs/adding-a-function.md -P ${PROJECT_SOURCE_DIR}/tests/quotes.cmake)
+
+# The 64-bit build is compared with the 32-bit one, when that stands beside it.
+if(TARGET fingerprint AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+  add_test(NAME same-bytes-as-i386 COMMAND ${CMAKE_COMMAND} -DHERE=$<TARGET_FILE:fingerprint>
+    -DTHERE=${CMAKE_BINARY_DIR}/../i386/fingerprint -P ${PROJECT_SOURCE_DIR}/tests/same-bytes.cmake)
+  set_tests_properties(same-bytes-as-i386 PROPERTIES SKIP_REGULAR_EXPRESSION "^skipped")
+endif()

@@ -1,0 +1,35 @@
+# Makes the Debian packages and looks at what they say and hold.
+# -DBUILD=folder -DARCHITECTURE=amd64|i386 -DLIBDIR=lib/... -DVERSION=...
+
+function(run OUTPUT)
+  execute_process(COMMAND ${ARGN} WORKING_DIRECTORY ${BUILD} OUTPUT_VARIABLE TEXT COMMAND_ERROR_IS_FATAL ANY)
+  set(${OUTPUT} "${TEXT}" PARENT_SCOPE)
+endfunction()
+
+# The package's fields and files, one to a line, must match every expression and have no more files than listed.
+function(check PACKAGE FIELDS FILES)
+  set(FILE ${BUILD}/packages/${PACKAGE}_${VERSION}_${ARCHITECTURE}.deb)
+  run(CONTROL dpkg-deb --field ${FILE})
+  foreach(FIELD IN LISTS FIELDS)
+    if(NOT "\n${CONTROL}" MATCHES "\n${FIELD}")
+      message(SEND_ERROR "${PACKAGE} has no field '${FIELD}':\n${CONTROL}")
+    endif()
+  endforeach()
+  run(CONTENTS dpkg-deb --contents ${FILE})
+  string(REGEX MATCHALL "\\./usr/[^\n ]*[^/\n ](\n| ->)" PATHS "${CONTENTS}")
+  list(TRANSFORM PATHS REPLACE "^\\./usr/|\n| ->" "")
+  list(SORT PATHS)
+  list(SORT FILES)
+  if(NOT PATHS STREQUAL FILES)
+    message(SEND_ERROR "${PACKAGE} holds\n  ${PATHS}\nand not\n  ${FILES}")
+  endif()
+endfunction()
+
+run(IGNORED ${CMAKE_CPACK_COMMAND})
+check(kipcc
+  "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: [^\n]*libc6 ;Depends: [^\n]*libgomp1 ;Depends: [^\n]*libhwy1 "
+  "${LIBDIR}/libkipcct7.so.6.1;${LIBDIR}/libkipcore.so.6.1")
+set(PACKAGE_DIR ${LIBDIR}/cmake/kipcc)
+check(kipcc-dev
+  "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: kipcc \\(= ${VERSION}\\)"
+  "include/kipcc.h;include/kipcore.h;${LIBDIR}/libkipcct7.so;${LIBDIR}/libkipcore.so;${LIBDIR}/pkgconfig/kipcc.pc;${PACKAGE_DIR}/kipccConfig.cmake;${PACKAGE_DIR}/kipccConfig-release.cmake;${PACKAGE_DIR}/kipccConfigVersion.cmake")

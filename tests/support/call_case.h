@@ -1,0 +1,71 @@
+// One call under test: a function, a size, optional arguments and a source; run in any memory, compared anywhere.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "support/memory.h"
+
+namespace kip {
+
+constexpr uint8_t kFill = 0xA5;  ///< the known byte around, and before a call also in, the destination
+
+struct Case {
+  Case(const Function& function, KipiSize size, const Arguments& settings);
+
+  const Function& function;
+  KipiSize size;
+  Arguments settings;
+  Content source;  ///< of functions in place: what the image holds before
+
+  std::string text() const;
+};
+
+/// A destination after a call, and which of its bytes the call wrote.
+struct Outcome {
+  KipStatus status;
+  Content content;
+  std::vector<std::vector<bool>> written;
+
+  /// What memory that held `fill` holds after the same call.
+  Content over(uint8_t fill) const;
+};
+
+/// A case in memory of some kind.
+class Trial {
+ public:
+  Trial(const Case& that, Placement placement, int variation = 0);
+
+  /// Calls the function over a destination of `fill`. A touched unmapped page is a failure of the test.
+  KipStatus operator()(uint8_t fill = kFill);
+
+  /// Fails the test unless the destination is as expected and everything around it, and the source, is as before.
+  /// Rows and gaps are overwritten.
+  void expect(const Content& destination, const std::string& who, uint8_t fill = kFill) const;
+
+  Content destination() const;
+
+  Arguments arguments;  ///< may be changed before a call
+
+ private:
+  const Case& case_;
+  Placement placement_;
+  std::vector<PlaneMemory> source_, destination_;
+};
+
+/// Runs a case twice over different memory, to tell what it wrote.
+Outcome outcomeOf(const Case& that);
+
+/// The kinds of memory that a case can be run in.
+std::vector<Placement> placementsFor(const Case& that);
+
+/// The first kind, which every case fits in.
+Placement plainPlacement(const Function& function);
+
+/// Widths around the vector sizes with a few heights, one long and one high region; none below the function's minimum.
+std::vector<KipiSize> awkwardSizes(const Function& function);
+
+/// The size as the function accepts it.
+KipiSize allowed(const Function& function, KipiSize size);
+
+}  // namespace kip

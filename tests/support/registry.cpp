@@ -1,0 +1,72 @@
+#include "support/registry.h"
+
+#include <algorithm>
+
+namespace kip {
+namespace {
+
+Plane chromaPlane(Chroma chroma, KipiSize size, int bytesPerSample) {
+  const auto shared = [](int count, int by) { return (count + by - 1) / by; };
+  switch (chroma) {
+    case Chroma::k422:
+      return {shared(size.width, 2) * bytesPerSample, size.height};
+    case Chroma::k420:
+      return {shared(size.width, 2) * bytesPerSample, shared(size.height, 2)};
+    case Chroma::k411:
+      return {shared(size.width, 4) * bytesPerSample, size.height};
+    case Chroma::k1620:
+      return {shared(size.width, 4) * bytesPerSample, shared(size.height, 4)};
+    case Chroma::kFull:
+      break;
+  }
+  return {size.width * bytesPerSample, size.height};
+}
+
+template <class F>
+Function describe(const char* group, const char* name, F* function) {
+  const NameParts parts(name);
+  const Shape shape = shapeOf(function);
+  const Layout source(parts.source, parts.sourceLayout), destination(parts.destination, parts.destinationLayout);
+  return {name,
+          group,
+          parts,
+          shape,
+          source,
+          destination,
+          Contract(parts, source, destination, shape),
+          [function](const Arguments& arguments) { return callWith(function, arguments); }};
+}
+
+}  // namespace
+
+std::vector<Plane> Function::planes(Side side, KipiSize region) const {
+  const Layout& is = layout(side);
+  const int sampleBytes = bytesOf(image(side).sample);
+  if (!is.planar) return {{region.width * sampleBytes * is.channels, region.height}};
+  const Plane full = {region.width * sampleBytes, region.height};
+  if (is.chroma == Chroma::kFull) return std::vector<Plane>(is.channels, full);
+  const KipiSize whole = contract.converted(region);
+  if (is.channels == 2) return {full, chromaPlane(is.chroma, whole, 2)};
+  return {full, chromaPlane(is.chroma, whole, 1), chromaPlane(is.chroma, whole, 1)};
+}
+
+bool Function::checks(Check check) const {
+  return std::find(contract.order.begin(), contract.order.end(), check) != contract.order.end();
+}
+
+std::span<const Function> registry() {
+#define KIP_ENTRY(group, name) describe(#group, #name, &name),
+  static const std::vector<Function> functions = {
+#include "entries.inc"
+  };
+#undef KIP_ENTRY
+  return functions;
+}
+
+const Function* find(const std::string& name) {
+  const auto found =
+      std::find_if(registry().begin(), registry().end(), [&](const Function& f) { return f.name == name; });
+  return found == registry().end() ? nullptr : &*found;
+}
+
+}  // namespace kip
