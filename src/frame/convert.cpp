@@ -24,7 +24,9 @@ KipStatus positiveStep(const ImageArg& image) { return image.step > 0 ? kipStatu
 
 KipStatus regionSize(const Rules& rules, KipiSize size) {
   if (rules.emptyIsOk) return kipStatusOk;
-  return size.width >= rules.minWidth && size.height >= rules.minHeight ? kipStatusOk : kipStatusBadSize;
+  const bool large = size.width >= rules.minWidth && size.height >= rules.minHeight;
+  const bool whole = size.width % rules.sizeUnit == 0 && size.height % rules.sizeUnit == 0;
+  return large && whole ? kipStatusOk : kipStatusBadSize;
 }
 
 template <class Byte>
@@ -40,6 +42,7 @@ Image<Byte> openImage(const ImageArg& arg) {
 bool splitsRows(Threads threads, KipiSize size) {
   constexpr int64_t kWorthAFork = 4096;  // pixels
   if (threads == Threads::kAbove4096Pixels) return int64_t{size.width} * size.height > kWorthAFork;
+  if (threads == Threads::kFrom128By132) return size.width >= 128 && size.height >= 132;
   return threads == Threads::kAlways;
 }
 

@@ -6,12 +6,13 @@
 namespace kip {
 
 enum class StepCheck { kNone, kBeforeSize, kAfterSize };
-enum class Threads { kOne, kAbove4096Pixels, kAlways };
+enum class Threads { kOne, kAbove4096Pixels, kFrom128By132, kAlways };
 
 /// What the functions of a family ask of their arguments, and what they promise about them.
 struct Rules {
   int minWidth = 1;
   int minHeight = 1;
+  int sizeUnit = 1;                    ///< width and height must be multiples of this
   bool planesBeforeSize = false;       ///< plane pointers are looked at before the size
   bool needsParameters = false;        ///< a null parameter pointer is refused with the image pointers
   bool emptyIsOk = false;              ///< an empty region is no error, but nothing to do
