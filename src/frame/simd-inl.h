@@ -9,6 +9,7 @@
 #define KIP_FRAME_SIMD_INL_H_
 #endif
 
+#include <cmath>
 #include <cstdint>
 
 #include "hwy/highway.h"
@@ -103,6 +104,47 @@ KIP_INLINE I32 upperWords(U16 v) {
 /// The lower and the upper 16-bit lanes of each block as floats.
 KIP_INLINE F32 lowerFloats(U16 v) { return hn::ConvertTo(Tag<float>(), lowerWords(v)); }
 KIP_INLINE F32 upperFloats(U16 v) { return hn::ConvertTo(Tag<float>(), upperWords(v)); }
+
+/// The lesser, or the greater, of v and a limit; NaN stays NaN.
+KIP_INLINE F32 atMost(F32 v, F32 limit) {
+#if KIP_EMULATED
+  return hn::IfThenElse(hn::Lt(limit, v), limit, v);
+#else
+  return F32{KIP_MM(min_ps)(limit.raw, v.raw)};
+#endif
+}
+KIP_INLINE F32 atLeast(F32 v, F32 limit) {
+#if KIP_EMULATED
+  return hn::IfThenElse(hn::Lt(v, limit), limit, v);
+#else
+  return F32{KIP_MM(max_ps)(limit.raw, v.raw)};
+#endif
+}
+
+/// v, or the one NaN that all NaNs become, so that the bits of a result do not depend on the order of operands.
+KIP_INLINE F32 oneNaN(F32 v) {
+  return hn::IfThenElse(hn::Eq(v, v), v, as<float>(set<int32_t>(0x7FC00000)));
+}
+
+/// Floats as 32-bit integers, truncated toward zero or rounded to nearest, ties to even. What does not fit, and NaN,
+/// becomes the least integer.
+#if KIP_EMULATED
+KIP_INLINE int32_t fitting(float v) {
+  return v >= -2147483648.f && v < 2147483648.f ? static_cast<int32_t>(v) : INT32_MIN;
+}
+KIP_INLINE I32 truncated(F32 v) {
+  I32 result;
+  for (int i = 0; i < kLanes<float>; ++i) result.raw[i] = fitting(v.raw[i]);
+  return result;
+}
+KIP_INLINE I32 rounded(F32 v) {
+  for (float& lane : v.raw) lane = std::nearbyint(lane);
+  return truncated(v);
+}
+#else
+KIP_INLINE I32 truncated(F32 v) { return I32{KIP_MM(cvttps_epi32)(v.raw)}; }
+KIP_INLINE I32 rounded(F32 v) { return I32{KIP_MM(cvtps_epi32)(v.raw)}; }
+#endif
 
 /// 16-bit lanes saturated to bytes: in each block those of `lower`, then those of `upper`.
 KIP_INLINE U8 packBytes(I16 lower, I16 upper) {
