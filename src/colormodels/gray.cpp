@@ -72,8 +72,8 @@ struct GrayWords {
   using Lane = float;
   KIP_INLINE explicit GrayWords(const Job& job) : sum(job) {}
   KIP_INLINE Pixels<I32> operator()(const Pixels<F32>& px) const {
-    const I32 truncated = truncateToInt(sum(px));
-    const I32 gray = kSaturates ? truncated : hn::And(truncated, set<int32_t>(0xFFFF));
+    const I32 whole = truncated(sum(px));
+    const I32 gray = kSaturates ? whole : hn::And(whole, set<int32_t>(0xFFFF));
     return {gray, gray, gray};
   }
   GraySum sum;

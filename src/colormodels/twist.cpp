@@ -49,8 +49,8 @@ class IntegerMatrix {
  private:
   KIP_INLINE F32 lower(F32 v) const { return kLow == 0 ? v : hn::Add(v, low_); }
   KIP_INLINE I32 round(F32 v) const {
-    const I32 rounded = roundToInt(atMost(v, high_));
-    return kLow == 0 ? rounded : hn::Sub(rounded, set<int32_t>(kLow));
+    const I32 nearest = rounded(atMost(v, high_));
+    return kLow == 0 ? nearest : hn::Sub(nearest, set<int32_t>(kLow));
   }
   Matrix3x4 matrix_;
   F32 low_ = pinned<float>(kLow), high_ = pinned<float>(kHigh);

@@ -1,10 +1,12 @@
 // Full-resolution conversion of rows: load pixels, apply an arithmetic, store pixels.
 //
 // An arithmetic is a type with
-//   using Lane                     the lanes that it works on: int16_t for bytes, float for everything
+//   using Lane                     the lanes that it works on: int16_t for bytes, float for everything, or the samples'
+//                                  own type
 //   operator()(Pixels) const       the arithmetic on full vectors of those lanes
 // Samples are widened to its lanes before it. Its results are 16-bit lanes, or 32-bit ones (already rounded) from
-// floats, and are packed with saturation; or floats, which are stored as they are.
+// floats, and are packed with saturation; or lanes of the samples' own type, which are stored as they are. Where source
+// and destination differ in size, the arithmetic is one from and to the larger samples.
 
 #if defined(KIP_FRAME_CONVERT_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KIP_FRAME_CONVERT_INL_H_
@@ -45,7 +47,7 @@ KIP_INLINE void applyFloats(const Op& op, const Pixels<U16>& px, Pixels<I32>& lo
 
 /// Bytes through an arithmetic on 16-bit lanes or on floats.
 template <class Op>
-KIP_INLINE Pixels<U8> applyTo(const Op& op, const Pixels<U8>& px) {
+KIP_INLINE Pixels<U8> applyWidened(const Op& op, const Pixels<U8>& px) {
   const auto lower = eachChannel(px, [](U8 v) KIP_INLINE_LAMBDA { return lowerBytes(v); });
   const auto upper = eachChannel(px, [](U8 v) KIP_INLINE_LAMBDA { return upperBytes(v); });
   if constexpr (std::is_same_v<typename Op::Lane, int16_t>) {
@@ -62,15 +64,46 @@ KIP_INLINE Pixels<U8> applyTo(const Op& op, const Pixels<U8>& px) {
 
 /// 16-bit samples through an arithmetic on floats.
 template <class Op>
-KIP_INLINE Pixels<U16> applyTo(const Op& op, const Pixels<U16>& px) {
+KIP_INLINE Pixels<U16> applyWidened(const Op& op, const Pixels<U16>& px) {
   Pixels<I32> lower, upper;
   applyFloats(op, px, lower, upper);
   return packChannels(lower, upper, [](I32 l, I32 u) KIP_INLINE_LAMBDA { return packUnsignedWords(l, u); });
 }
 
-template <class Op>
-KIP_INLINE Pixels<F32> applyTo(const Op& op, const Pixels<F32>& px) {
-  return op(px);
+/// Samples through an arithmetic whose results are samples of the same size.
+template <class T, class Op>
+KIP_INLINE Pixels<Vector<T>> applyTo(const Op& op, const Pixels<Vector<T>>& px) {
+  if constexpr (!std::is_same_v<typename Op::Lane, T>) {
+    return applyWidened(op, px);
+  } else {
+    return op(px);
+  }
+}
+
+/// Samples as samples of twice the size.
+template <class T, class V>
+KIP_INLINE Pixels<Vector<T>> widened(const Pixels<V>& px) {
+  return eachChannel(px, [](V v) KIP_INLINE_LAMBDA { return hn::PromoteTo(Tag<T>(), v); });
+}
+
+/// Samples as samples of half the size: bytes saturate, signed 16-bit samples keep the low bits.
+KIP_INLINE auto narrowed(I16 v) { return hn::DemoteTo(SamplesLike<uint8_t, int16_t>(), v); }
+KIP_INLINE auto narrowed(U16 v) { return narrowed(as<int16_t>(hn::Min(v, set<uint16_t>(INT16_MAX)))); }
+KIP_INLINE auto narrowed(I32 v) {
+  const SamplesLike<uint16_t, uint32_t> half;
+  return hn::BitCast(SamplesLike<int16_t, int32_t>(), hn::TruncateTo(half, as<uint32_t>(v)));
+}
+
+/// Samples of type S through an arithmetic to samples of type D, on as many pixels as a full vector of the larger ones.
+template <class S, class D, class Op, class V>
+KIP_INLINE auto convertPixels(const Op& op, const Pixels<V>& px) {
+  if constexpr (sizeof(S) < sizeof(D)) {
+    return applyTo<D>(op, widened<D>(px));
+  } else if constexpr (sizeof(S) > sizeof(D)) {
+    return eachChannel(applyTo<S>(op, px), [](Vector<S> v) KIP_INLINE_LAMBDA { return narrowed(v); });
+  } else {
+    return applyTo<S>(op, px);
+  }
 }
 
 /// Converts whole rows with one arithmetic for every pixel.
@@ -83,7 +116,7 @@ struct Convert {
     forBlocks<Src, Dst>(Src::rows(job.src, y), Dst::rows(job.dst, y), first, last,
                         [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
                           const auto px = src.load(from);
-                          auto result = applyTo(op, px);
+                          auto result = convertPixels<typename Src::T, typename Dst::T>(op, px);
                           if constexpr (Dst::kTakesAlpha) result.alpha = px.alpha;
                           dst.store(result, to);
                         });

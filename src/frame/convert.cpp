@@ -39,6 +39,12 @@ Image<Byte> openImage(const ImageArg& arg) {
   return image;
 }
 
+/// Steps as whole units; those of bottom-up images are rounded down too, away from zero.
+template <class Byte>
+void roundSteps(Image<Byte>& image, int unit) {
+  for (ptrdiff_t& step : image.step) step &= -static_cast<ptrdiff_t>(unit);
+}
+
 bool splitsRows(Threads threads, KipiSize size) {
   constexpr int64_t kWorthAFork = 4096;  // pixels
   if (threads == Threads::kAbove4096Pixels) return int64_t{size.width} * size.height > kWorthAFork;
@@ -84,6 +90,8 @@ KipStatus convert(Kernel kernel, const Rules& rules, const ImageArg& src, const 
   if (const KipStatus status = checkArguments(rules, src, dst, size, extras.parameters)) return status;
   if (size.width < 1 || size.height < 1) return kipStatusOk;
   Job job = makeJob(src, dst, size);
+  roundSteps(job.src, rules.stepUnit);
+  roundSteps(job.dst, rules.stepUnit);
   job.alpha = extras.alpha;
   job.parameters = extras.parameters;
   runKernel(kernel, job, size.height / rules.rowsPerGroup, splitsRows(rules.threads, size));

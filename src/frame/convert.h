@@ -17,6 +17,7 @@ struct Rules {
   bool needsParameters = false;        ///< a null parameter pointer is refused with the image pointers
   bool emptyIsOk = false;              ///< an empty region is no error, but nothing to do
   StepCheck steps = StepCheck::kNone;  ///< whether and when steps below 1 are refused
+  int stepUnit = 1;                    ///< steps are rounded down to a multiple of these bytes, a power of two
   int rowsPerGroup = 1;                ///< rows that a kernel takes at a time; rows beyond the last group stay
   int warnWidth = 1;                   ///< kipStatusOddSize when the width is no multiple of this,
   int warnHeight = 1;                  ///< or the height of this

@@ -105,40 +105,41 @@ KIP_INLINE I32 upperWords(U16 v) {
 KIP_INLINE F32 lowerFloats(U16 v) { return hn::ConvertTo(Tag<float>(), lowerWords(v)); }
 KIP_INLINE F32 upperFloats(U16 v) { return hn::ConvertTo(Tag<float>(), upperWords(v)); }
 
-/// The larger, or the smaller, of v and the bound; the bound where v is not a number.
-KIP_INLINE F32 atLeast(F32 v, F32 bound) {
+/// The lesser, or the greater, of v and a limit; NaN stays NaN.
+KIP_INLINE F32 atMost(F32 v, F32 limit) {
 #if KIP_EMULATED
-  return hn::IfThenElse(hn::Gt(v, bound), v, bound);
+  return hn::IfThenElse(hn::Lt(limit, v), limit, v);
 #else
-  return F32{KIP_MM(max_ps)(v.raw, bound.raw)};
+  return F32{KIP_MM(min_ps)(limit.raw, v.raw)};
 #endif
 }
-KIP_INLINE F32 atMost(F32 v, F32 bound) {
+KIP_INLINE F32 atLeast(F32 v, F32 limit) {
 #if KIP_EMULATED
-  return hn::IfThenElse(hn::Lt(v, bound), v, bound);
+  return hn::IfThenElse(hn::Lt(v, limit), limit, v);
 #else
-  return F32{KIP_MM(min_ps)(v.raw, bound.raw)};
+  return F32{KIP_MM(max_ps)(limit.raw, v.raw)};
 #endif
 }
 
-/// Floats to integers, truncated towards zero, or rounded as the processor is set to (to nearest, ties to even).
-/// What 32 bits cannot hold becomes -2^31.
-KIP_INLINE I32 truncateToInt(F32 v) {
+/// Floats as 32-bit integers, truncated toward zero or rounded to nearest, ties to even. What does not fit, and NaN,
+/// becomes the least integer.
 #if KIP_EMULATED
-  for (auto& lane : v.raw) lane = std::fabs(lane) < 2147483648.0f ? lane : -2147483648.0f;
-  return hn::ConvertTo(Tag<int32_t>(), v);
-#else
-  return I32{KIP_MM(cvttps_epi32)(v.raw)};
-#endif
+KIP_INLINE int32_t fitting(float v) {
+  return v >= -2147483648.f && v < 2147483648.f ? static_cast<int32_t>(v) : INT32_MIN;
 }
-KIP_INLINE I32 roundToInt(F32 v) {
-#if KIP_EMULATED
-  for (auto& lane : v.raw) lane = std::nearbyint(lane);
-  return truncateToInt(v);
-#else
-  return I32{KIP_MM(cvtps_epi32)(v.raw)};
-#endif
+KIP_INLINE I32 truncated(F32 v) {
+  I32 result;
+  for (int i = 0; i < kLanes<float>; ++i) result.raw[i] = fitting(v.raw[i]);
+  return result;
 }
+KIP_INLINE I32 rounded(F32 v) {
+  for (float& lane : v.raw) lane = std::nearbyint(lane);
+  return truncated(v);
+}
+#else
+KIP_INLINE I32 truncated(F32 v) { return I32{KIP_MM(cvttps_epi32)(v.raw)}; }
+KIP_INLINE I32 rounded(F32 v) { return I32{KIP_MM(cvtps_epi32)(v.raw)}; }
+#endif
 
 /// 16-bit lanes saturated to bytes: in each block those of `lower`, then those of `upper`.
 KIP_INLINE U8 packBytes(I16 lower, I16 upper) {
