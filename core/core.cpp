@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <cstdlib>
 
 namespace {
@@ -26,7 +27,7 @@ int availableProcessors() {
 extern "C" {
 
 void* kipMalloc(size_t length) {
-  if (length == 0) return nullptr;
+  if (length == 0 || length > SIZE_MAX - kAlignment) return nullptr;
   const size_t wholeLines = (length + kAlignment - 1) / kAlignment * kAlignment;
   return std::aligned_alloc(kAlignment, wholeLines);
 }

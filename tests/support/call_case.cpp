@@ -32,13 +32,18 @@ ImageArgument imageArgument(const std::vector<PlaneMemory>& planes) {
   return image;
 }
 
+Content randomSource(const Function& function, KipiSize size) {
+  const Side side = function.shape.inPlace() ? Side::kDestination : Side::kSource;
+  return randomContent(function.planes(side, size), function.image(side).sample, seedOf(function.name, size));
+}
+
 }  // namespace
 
 Case::Case(const Function& function, KipiSize size, const Arguments& settings)
-    : function(function), size(size), settings(settings) {
-  const Side side = function.shape.inPlace() ? Side::kDestination : Side::kSource;
-  source = randomContent(function.planes(side, size), function.image(side).sample, seedOf(function.name, size));
-}
+    : Case(function, size, settings, randomSource(function, size)) {}
+
+Case::Case(const Function& function, KipiSize size, const Arguments& settings, Content source)
+    : function(function), size(size), settings(settings), source(std::move(source)) {}
 
 std::string Case::text() const {
   std::ostringstream text;
@@ -127,6 +132,13 @@ Outcome outcomeOf(const Case& that) {
   return outcome;
 }
 
+Content convert(const Function& function, KipiSize size, const Content& source, const Arguments& settings) {
+  const Case that(function, size, settings, source);
+  Trial trial(that, plainPlacement(function));
+  EXPECT_EQ(trial(), function.contract.success(size)) << that.text();
+  return trial.destination();
+}
+
 Placement plainPlacement(const Function& function) {
   return function.shape.wholeImage() ? Placement::kTightEnd : Placement::kPadded;
 }
@@ -136,7 +148,7 @@ std::vector<Placement> placementsFor(const Case& that) {
   if (!that.function.shape.wholeImage()) {
     all.insert(all.begin(), Placement::kPadded);
     all.insert(all.end(), {Placement::kRowEnds, Placement::kRowStarts});
-    if (!that.function.checks(Check::kSteps)) all.push_back(Placement::kBottomUp);
+    if (!that.function.contract.checks(Check::kSteps)) all.push_back(Placement::kBottomUp);
   }
   const auto unfit = [&](Placement placement) {
     for (const Side side : {Side::kSource, Side::kDestination}) {

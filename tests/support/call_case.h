@@ -11,7 +11,8 @@ namespace kip {
 constexpr uint8_t kFill = 0xA5;  ///< the known byte around, and before a call also in, the destination
 
 struct Case {
-  Case(const Function& function, KipiSize size, const Arguments& settings);
+  Case(const Function& function, KipiSize size, const Arguments& settings);  ///< with a random source
+  Case(const Function& function, KipiSize size, const Arguments& settings, Content source);
 
   const Function& function;
   KipiSize size;
@@ -55,6 +56,9 @@ class Trial {
 
 /// Runs a case twice over different memory, to tell what it wrote.
 Outcome outcomeOf(const Case& that);
+
+/// What the function makes of this source, in memory without surprises. A status other than success fails the test.
+Content convert(const Function& function, KipiSize size, const Content& source, const Arguments& settings = {});
 
 /// The kinds of memory that a case can be run in.
 std::vector<Placement> placementsFor(const Case& that);

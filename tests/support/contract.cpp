@@ -1,5 +1,6 @@
 #include "support/contract.h"
 
+#include <algorithm>
 #include <regex>
 #include <stdexcept>
 
@@ -15,129 +16,136 @@ Chroma chromaOf(const std::string& space) {
   return contains(space, "411") ? Chroma::k411 : Chroma::kFull;
 }
 
-bool isWord(const std::string& space) { return std::regex_search(space, std::regex("(RGB|BGR)(565|555|444)")); }
+bool isPacked16(const std::string& space) {
+  static const std::regex pattern("(RGB|BGR)(565|555|444)");
+  return std::regex_search(space, pattern);
+}
+
+/// What the rules ask about a function.
+struct Facts {
+  const NameParts& name;
+  const Layout& source;
+  const Layout& destination;
+
+  bool encodes() const { return !source.subsampled() && destination.subsampled(); }
+  bool decodes() const { return source.subsampled() && !destination.subsampled(); }
+  bool relayouts() const { return source.subsampled() && destination.subsampled(); }
+  bool either(Chroma c) const { return source.chroma == c || destination.chroma == c; }
+  bool both(Chroma c) const { return source.chroma == c && destination.chroma == c; }
+  bool packed16() const { return source.packed16 || destination.packed16; }
+  bool yuv() const { return name.has("YUV"); }
+  /// Encoders whose chroma is an average over whole groups of pixels only.
+  bool averagesGroups() const {
+    const bool bgr = name.source.rfind("BGR", 0) == 0 && !name.has("CbYCr");
+    return encodes() && !yuv() &&
+           (bgr || name.is("kipiRGBToYCbCr422_8u_C3P3R") || name.is("kipiRGBToYCrCb420_8u_AC4P3R"));
+  }
+  bool planarHue() const {
+    return (name.has("BGRToHLS") || name.has("HLSToBGR")) && (source.planar || destination.planar);
+  }
+};
+
+KipiSize minimum(const Facts& f) {
+  if (f.name.has("CFAToRGB")) return {2, 2};
+  if (f.name.has("DemosaicAHD")) return {5, 5};
+  if (f.relayouts()) {
+    if (f.either(Chroma::k1620)) return {4, 4};
+    return {f.either(Chroma::k411) ? 4 : 2, f.name.is("kipiYCbCr420To422_Interlace_8u_P3R") ? 4 : 1};
+  }
+  if (f.averagesGroups()) return {f.either(Chroma::k411) ? 4 : 2, f.either(Chroma::k420) ? 2 : 1};
+  if (f.decodes() && !f.packed16()) {
+    if (f.either(Chroma::k411)) return {4, 1};
+    if (f.name.has("kipiYCbCr422ToBGR")) return {2, 1};
+  }
+  return {1, 1};
+}
+
+/// The blocks that a region is cut down to.
+KipiSize block(const Facts& f) {
+  if (f.either(Chroma::k1620)) return {1, 1};  // other sizes than whole blocks are refused
+  if (f.relayouts()) {
+    return {f.either(Chroma::k411) ? 4 : 2, f.name.has("Interlace") ? 4 : f.either(Chroma::k420) ? 2 : 1};
+  }
+  if (f.either(Chroma::k411)) return {4, 1};
+  if (f.either(Chroma::k420)) return f.name.has("Dither") && !f.yuv() ? KipiSize{1, 1} : KipiSize{2, 2};
+  if (f.yuv()) return {1, 1};
+  const bool planarEncoder = f.encodes() && f.destination.planar;
+  const bool planarDecoder = f.decodes() && f.source.planar && !f.packed16();
+  return {f.either(Chroma::k422) && (planarEncoder || planarDecoder) ? 2 : 1, 1};
+}
+
+/// The blocks whose lack of wholeness is reported.
+KipiSize warned(const Facts& f) {
+  const bool silent = f.both(Chroma::k422) || (f.decodes() && f.either(Chroma::k411)) ||
+                      (!f.relayouts() && f.either(Chroma::k422) && !f.name.is("kipiRGBToYCbCr422_8u_C3P3R"));
+  return silent ? KipiSize{1, 1} : block(f);
+}
+
+std::vector<Check> orderOf(const Facts& f) {
+  using enum Check;
+  const NameParts& name = f.name;
+  if (name.has("YCoCg")) return {kImages, kPlanes};  // an empty region is nothing to do
+  if (name.has("Gamma") || name.has("ColorTwist")) {
+    std::vector<Check> order = {kImages, kPlanes, kSize, kSteps};
+    if (name.has("_32f_") && name.has("Gamma")) order.insert(order.begin(), kRange);
+    return order;
+  }
+  if (f.planarHue()) return {kImages, kPlanes, kSteps, kSize};
+  const bool repacks = f.packed16() && name.has("RGB") + name.has("BGR") == 1 && !name.has("Y");
+  if (repacks || name.has("BGRToHLS")) return {kImages, kSize, kSteps};
+  if (name.has("ReduceBits")) return {kImages, kSize, kNoise, kLevels, kMethod};
+  if (name.has("CFA") || name.has("Demosaic")) return {kImages, kSize, kGrid};
+  const bool encoder = f.encodes() && !f.source.planar && !name.is("kipiRGBToYCbCr420_8u_C3P3R");
+  const bool decoder = f.decodes() && f.source.planar && !f.either(Chroma::k420);
+  const bool planesFirst = f.relayouts() || (!f.yuv() && !f.packed16() && (encoder || decoder));
+  if (planesFirst) return {kImages, kPlanes, kSize};
+  return {kImages, kSize, kPlanes};
+}
+
+Alpha alphaOf(const Facts& f, const Shape& shape) {
+  if (f.destination.channels != 4) return Alpha::kNone;
+  if (shape.alpha) return Alpha::kGiven;
+  if (f.name.has("P3AC4")) return Alpha::kZero;
+  if (f.destination.planar || f.name.has("AP4C4")) return Alpha::kCopied;
+  return f.destination.alpha ? Alpha::kUntouched : Alpha::kChannel;
+}
 
 }  // namespace
 
 NameParts::NameParts(const std::string& name) : whole(name) {
   static const std::regex pattern(
-      "kipi(.*?)(?:To((?![a-z]).*?))?(_[0-9A-Z][A-Za-z0-9]*?[A-Za-z]{3,})?_"
-      "((?:[0-9]+[suf])+)_I?(A?[CP][0-9])(A?[CP][0-9])?I?R?");
+      "kipi(.*?)(?:To((?![a-z]).*?))?(?:_(?:709CSC|709HDTV|Filter|Interlace|Rev))?_"
+      "(?:[0-9]+[suf])+_I?(A?[CP][0-9])(A?[CP][0-9])?I?R?");
   std::smatch part;
   if (!std::regex_match(name, part, pattern)) throw std::invalid_argument("no function's name: " + name);
   source = part[1];
   destination = part[2].matched ? part[2] : part[1];
-  variant = part[3];
-  sourceLayout = part[5];
-  destinationLayout = part[6].matched ? part[6] : part[5];
+  sourceLayout = part[3];
+  destinationLayout = part[4].matched ? part[4] : part[3];
 }
 
 Layout::Layout(const std::string& space, const std::string& descriptor)
     : planar(contains(descriptor, "P")),
       channels(descriptor.back() - '0'),
       chroma(chromaOf(space)),
-      word(isWord(space)),
-      packed422(!planar && chroma != Chroma::kFull),
+      packed16(isPacked16(space)),
       alpha(contains(descriptor, "A") || descriptor == "P4") {
-  if (word) channels = 1;
+  if (packed16) channels = 1;
 }
 
-Contract::Contract(const NameParts& name, const Layout& source, const Layout& destination, const Shape& shape) {
-  const bool words = source.word || destination.word;
-  setBlocks(name, source.chroma, destination.chroma, source.packed422 || destination.packed422, words);
-  setMinimum(name, source.chroma, destination.chroma, words);
-  setOrder(name, source, destination);
-  setAlpha(name, destination, shape);
-  emptyIsOk = name.has("YCoCg");
-  everyDestinationPlaneChecked = name.whole != "kipiRGBToYUV_8u_AC4P4R";
-  destinationChecked = !name.has("ToneMap");  // it is looked at where there is nothing else to do
-  threadsMatter = name.has("ReduceBits");
+Contract::Contract(const NameParts& name, const Layout& source, const Layout& destination, const Shape& shape)
+    : everyDestinationPlaneChecked(!name.is("kipiRGBToYUV_8u_AC4P4R")),
+      destinationChecked(!name.has("ToneMap")),  // looked at only where the source has nothing to show
+      diffusesErrors(name.has("ReduceBits")) {
+  const Facts facts = {name, source, destination};
+  order = orderOf(facts);
+  minWidth = minimum(facts).width, minHeight = minimum(facts).height;
+  multiple = facts.either(Chroma::k1620) ? 4 : 1;
+  blockWidth = block(facts).width, blockHeight = block(facts).height;
+  warnWidth = warned(facts).width, warnHeight = warned(facts).height;
+  alpha = alphaOf(facts, shape);
 }
 
-void Contract::setBlocks(const NameParts& name, Chroma source, Chroma destination, bool packed422, bool words) {
-  const auto either = [&](Chroma c) { return source == c || destination == c; };
-  const bool layouts = source != Chroma::kFull && destination != Chroma::kFull;
-  if (source == destination && source == Chroma::kFull) return;
-  if (either(Chroma::k1620)) {
-    multiple = 4;
-    return;
-  }
-  if (layouts) {
-    blockWidth = either(Chroma::k411) ? 4 : 2;
-    blockHeight = name.has("Interlace") ? 4 : either(Chroma::k420) ? 2 : 1;
-    if (source != Chroma::k422 || destination != Chroma::k422) warnWidth = blockWidth, warnHeight = blockHeight;
-    return;
-  }
-  const bool encodes = destination != Chroma::kFull;
-  const bool yuv = name.has("YUV");
-  if (either(Chroma::k420) && (yuv || !name.has("Dither"))) {
-    blockWidth = blockHeight = warnWidth = warnHeight = 2;
-  } else if (either(Chroma::k411)) {
-    blockWidth = 4;
-    if (encodes) warnWidth = 4;
-  } else if (either(Chroma::k422) && !packed422 && !yuv && (encodes || !words)) {
-    blockWidth = 2;
-    if (name.whole == "kipiRGBToYCbCr422_8u_C3P3R") warnWidth = 2;
-  }
-}
-
-void Contract::setMinimum(const NameParts& name, Chroma source, Chroma destination, bool words) {
-  const auto either = [&](Chroma c) { return source == c || destination == c; };
-  if (name.has("CFAToRGB")) minWidth = minHeight = 2;
-  if (name.has("DemosaicAHD")) minWidth = minHeight = 5;
-  if (source == Chroma::kFull && destination == Chroma::kFull) return;
-  if (source != Chroma::kFull && destination != Chroma::kFull) {
-    minWidth = either(Chroma::k411) || either(Chroma::k1620) ? 4 : 2;
-    if (either(Chroma::k1620) || name.whole == "kipiYCbCr420To422_Interlace_8u_P3R") minHeight = 4;
-    return;
-  }
-  if (name.has("YUV")) return;
-  if (destination == Chroma::kFull) {
-    if (words) return;
-    if (name.has("YCbCr422ToBGR")) minWidth = 2;
-    if (source == Chroma::k411) minWidth = 4;
-    return;
-  }
-  const bool boxAverage = (contains(name.source, "BGR") && !name.has("CbYCr")) ||
-                          name.whole == "kipiRGBToYCbCr422_8u_C3P3R" || name.whole == "kipiRGBToYCrCb420_8u_AC4P3R";
-  if (!boxAverage) return;
-  minWidth = destination == Chroma::k411 ? 4 : 2;
-  if (destination == Chroma::k420) minHeight = 2;
-}
-
-void Contract::setOrder(const NameParts& name, const Layout& source, const Layout& destination) {
-  const std::vector<Check> planesFirst = {Check::kImages, Check::kPlanes, Check::kSize};
-  const bool yuv = name.has("YUV"), words = source.word || destination.word;
-  const bool encodes = source.chroma == Chroma::kFull && destination.chroma != Chroma::kFull;
-  const bool decodes = source.chroma != Chroma::kFull && destination.chroma == Chroma::kFull;
-  if (source.chroma != Chroma::kFull && destination.chroma != Chroma::kFull) order = planesFirst;
-  if (encodes && !yuv && !words && !source.planar && name.whole != "kipiRGBToYCbCr420_8u_C3P3R") order = planesFirst;
-  if (decodes && !yuv && !words && source.planar && source.chroma != Chroma::k420) order = planesFirst;
-  if (name.has("ColorTwist") || name.has("Gamma")) order = planesFirst;
-  const bool planarHue = (name.has("BGRToHLS") || name.has("HLSToBGR")) && name.whole != "kipiBGRToHLS_8u_AC4R";
-  if (planarHue) order = {Check::kImages, Check::kPlanes, Check::kSteps, Check::kSize};
-  const bool repacks =
-      words && source.chroma == Chroma::kFull && destination.chroma == Chroma::kFull && !contains(name.source, "YCbCr");
-  if (name.has("ColorTwist") || name.has("Gamma") || name.whole == "kipiBGRToHLS_8u_AC4R" || repacks) {
-    order.push_back(Check::kSteps);
-  }
-  if (name.has("Gamma") && name.has("_32f_")) order.insert(order.begin(), Check::kRange);
-  if (name.has("ReduceBits")) order.insert(order.end(), {Check::kNoise, Check::kLevels, Check::kMethod});
-  if (name.has("CFA") || name.has("Demosaic")) order.push_back(Check::kGrid);
-  if (name.has("YCoCg")) order = {Check::kImages, Check::kPlanes};
-}
-
-void Contract::setAlpha(const NameParts& name, const Layout& destination, const Shape& shape) {
-  if (destination.channels != 4) return;
-  if (shape.alpha) {
-    alpha = Alpha::kGiven;
-  } else if (name.has("P3AC4")) {
-    alpha = Alpha::kZero;
-  } else if (destination.planar || name.has("AP4C4")) {
-    alpha = Alpha::kCopied;
-  } else {
-    alpha = destination.alpha ? Alpha::kUntouched : Alpha::kChannel;
-  }
-}
+bool Contract::checks(Check check) const { return std::find(order.begin(), order.end(), check) != order.end(); }
 
 }  // namespace kip

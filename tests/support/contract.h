@@ -15,10 +15,11 @@ enum class Chroma { kFull, k422, k420, k411, k1620 };
 struct NameParts {
   explicit NameParts(const std::string& name);
 
-  std::string whole, source, destination, variant;
-  std::string sourceLayout, destinationLayout;  ///< such as C3, AC4, P3, C2
-
   bool has(const char* word) const { return whole.find(word) != std::string::npos; }
+  bool is(const char* name) const { return whole == name; }
+
+  std::string whole, source, destination;
+  std::string sourceLayout, destinationLayout;  ///< such as C3, AC4, P3, C2
 };
 
 /// How one side of a function lies in memory.
@@ -28,9 +29,10 @@ struct Layout {
   bool planar;
   int channels;  ///< samples per pixel, or planes
   Chroma chroma;
-  bool word;       ///< 16-bit packed RGB: one sample per pixel
-  bool packed422;  ///< two bytes per pixel
-  bool alpha;      ///< the last channel is alpha
+  bool packed16;  ///< RGB in one 16-bit sample per pixel
+  bool alpha;     ///< the last channel is alpha
+
+  bool subsampled() const { return chroma != Chroma::kFull; }
 };
 
 enum class Check { kImages, kPlanes, kSize, kSteps, kRange, kNoise, kLevels, kMethod, kGrid };
@@ -41,29 +43,23 @@ enum class Alpha { kNone, kChannel, kUntouched, kGiven, kZero, kCopied };
 struct Contract {
   Contract(const NameParts& name, const Layout& source, const Layout& destination, const Shape& shape);
 
-  std::vector<Check> order = {Check::kImages, Check::kSize, Check::kPlanes};
+  std::vector<Check> order;
   int minWidth = 1, minHeight = 1;
-  int multiple = 1;                     ///< sizes that are no multiple of this are bad
-  bool emptyIsOk = false;               ///< an empty region is nothing to do, and no error
+  int multiple = 1;                     ///< sizes that are no multiples of this are bad
   int blockWidth = 1, blockHeight = 1;  ///< only whole blocks of a region are converted
-  int warnWidth = 1, warnHeight = 1;    ///< other sizes than multiples of these get a warning
-  bool everyDestinationPlaneChecked = true;
-  bool destinationChecked = true;
-  bool threadsMatter = false;  ///< error diffusion over several channels
-  Alpha alpha = Alpha::kNone;
+  int warnWidth = 1, warnHeight = 1;    ///< sizes that are no multiples of these get a warning
+  bool everyDestinationPlaneChecked;
+  bool destinationChecked;
+  bool diffusesErrors;  ///< with some methods the result depends on the number of threads
+  Alpha alpha;
 
+  bool checks(Check check) const;
   KipiSize converted(KipiSize region) const {
     return {region.width - region.width % blockWidth, region.height - region.height % blockHeight};
   }
   KipStatus success(KipiSize region) const {
     return region.width % warnWidth || region.height % warnHeight ? kipStatusOddSize : kipStatusOk;
   }
-
- private:
-  void setBlocks(const NameParts& name, Chroma source, Chroma destination, bool packed422, bool words);
-  void setMinimum(const NameParts& name, Chroma source, Chroma destination, bool words);
-  void setOrder(const NameParts& name, const Layout& source, const Layout& destination);
-  void setAlpha(const NameParts& name, const Layout& destination, const Shape& shape);
 };
 
 }  // namespace kip

@@ -50,10 +50,6 @@ std::vector<Plane> Function::planes(Side side, KipiSize region) const {
   return {full, chromaPlane(is.chroma, whole, 1), chromaPlane(is.chroma, whole, 1)};
 }
 
-bool Function::checks(Check check) const {
-  return std::find(contract.order.begin(), contract.order.end(), check) != contract.order.end();
-}
-
 std::span<const Function> registry() {
 #define KIP_ENTRY(group, name) describe(#group, #name, &name),
   static const std::vector<Function> functions = {

@@ -38,8 +38,6 @@ struct Function {
   std::vector<Plane> convertedPlanes(Side side, KipiSize region) const {
     return planes(side, contract.converted(region));
   }
-
-  bool checks(Check check) const;
 };
 
 /// The functions in the order of the header.

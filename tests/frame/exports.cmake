@@ -1,0 +1,31 @@
+# Fails unless the shared object LIBRARY is called SONAME inside and exports exactly what HEADER declares.
+execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+# Names that begin with two underscores belong to the compiler, which adds some to instrumented builds.
+string(REGEX MATCHALL "[0-9a-f]+ [A-Za-z] [A-Za-z_][^\n]*" lines "${symbols}")
+list(TRANSFORM lines REPLACE "^[0-9a-f]+ [A-Za-z] ([^@]+).*" "\\1" OUTPUT_VARIABLE exported)
+list(FILTER exported EXCLUDE REGEX "^__")
+
+file(READ ${HEADER} text)
+string(REGEX MATCHALL "\nKIPAPI [^(;]*\\(" declarations "${text}")
+list(TRANSFORM declarations REPLACE ".*[ *]([A-Za-z0-9_]+)\\($" "\\1" OUTPUT_VARIABLE declared)
+
+foreach(pair "exported;declared" "declared;exported")
+  list(GET pair 0 these)
+  list(GET pair 1 those)
+  set(missing ${${these}})
+  if(${those})
+    list(REMOVE_ITEM missing ${${those}})
+  endif()
+  if(missing)
+    message(SEND_ERROR "${these} but not ${those}: ${missing}")
+  endif()
+endforeach()
+list(LENGTH declared count)
+if(count EQUAL 0)
+  message(SEND_ERROR "no declarations found in ${HEADER}")
+endif()
+
+execute_process(COMMAND ${READELF} -d ${LIBRARY} OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)
+if(NOT dynamic MATCHES "SONAME[^\n]*\\[${SONAME}\\]")
+  message(SEND_ERROR "the SONAME of ${LIBRARY} is not ${SONAME}")
+endif()

@@ -1,0 +1,13 @@
+// The library's scratch memory under control: the test program defines kipMalloc and kipFree in front of the core
+// library, counts what is taken and given back, and lets an allocation of choice fail.
+#pragma once
+
+namespace kip {
+
+/// From now on the allocation of this number fails (1 is the next one); 0: none does. Restarts the counts.
+void failAllocation(int number);
+
+int allocationsAsked();  ///< since then
+int allocationsHeld();   ///< not yet released
+
+}  // namespace kip
