@@ -10,6 +10,8 @@
 
 namespace bench {
 
+constexpr int kLevels = 8;  ///< that bits are reduced to
+
 struct Plane {
   uint8_t* at = nullptr;
   int step = 0;

@@ -10,7 +10,6 @@ struct Method {
 };
 constexpr Method kMethods[] = {{"None", 0, 0},  {"FS", 1, 0},          {"JJN", 2, 0},     {"Stucki", 3, 0},
                                {"Bayer", 4, 0}, {"BayerNoise", 4, 50}, {"FSNoise", 1, 50}};
-constexpr int kLevels = 8;
 
 // A mild mixture of the channels, and weights of grey.
 constexpr float kMatrix[4][4] = {
