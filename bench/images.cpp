@@ -8,7 +8,7 @@
 namespace bench {
 namespace {
 
-constexpr size_t kCacheLine = 64;
+constexpr size_t kPage = 4096;
 
 /// The cosine and the sine of 60 t^2 for t from 0 to 1, of which a zone plate is made.
 class Chirp {
@@ -47,11 +47,12 @@ void drawPlane(const kip::Plane& shape, const Plane& plane) {
 
 }  // namespace
 
-Image::Image(kip::Sample sample, const std::vector<kip::Plane>& shape) : sample_(sample), shape_(shape) {
+Image::Image(kip::Sample sample, const std::vector<kip::Plane>& shape, size_t pageOffset)
+    : sample_(sample), shape_(shape) {
   const auto bytesOf = [](const kip::Plane& plane) { return static_cast<size_t>(plane.rowBytes) * plane.rows; };
   for (const kip::Plane& plane : shape_) bytes_ += bytesOf(plane);
-  memory_ = std::make_unique<uint8_t[]>(bytes_ + kCacheLine);
-  uint8_t* at = memory_.get() + (kCacheLine - reinterpret_cast<uintptr_t>(memory_.get()) % kCacheLine);
+  memory_.resize(2 * kPage + bytes_);
+  uint8_t* at = memory_.data() + (kPage - reinterpret_cast<uintptr_t>(memory_.data()) % kPage) + pageOffset;
   for (const kip::Plane& plane : shape_) {
     planes_.push_back({at, plane.rowBytes});
     at += bytesOf(plane);

@@ -3,12 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 #include "support/registry.h"
 
 namespace bench {
+
+constexpr int kLevels = 8;  ///< that bits are reduced to
 
 struct Plane {
   uint8_t* at = nullptr;
@@ -21,10 +22,12 @@ struct Call {
   Plane src[4], dst[4];
 };
 
-/// Planes in one piece of memory that starts at a cache line.
+/// Planes in one piece of memory.
 class Image {
  public:
-  Image(kip::Sample sample, const std::vector<kip::Plane>& shape);
+  /// The memory starts at this distance from the beginning of a page. Where a store is followed by a load whose address
+  /// agrees with it in the last twelve bits the processor waits, so sources and destinations had better differ in them.
+  Image(kip::Sample sample, const std::vector<kip::Plane>& shape, size_t pageOffset);
 
   /// A scene with smooth parts, edges and a little noise, from the lowest to the highest value of the sample type;
   /// floats from 0 to 1.
@@ -38,7 +41,7 @@ class Image {
   std::vector<kip::Plane> shape_;
   std::vector<Plane> planes_;
   size_t bytes_ = 0;
-  std::unique_ptr<uint8_t[]> memory_;
+  std::vector<uint8_t> memory_;
 };
 
 }  // namespace bench

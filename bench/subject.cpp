@@ -10,7 +10,6 @@ struct Method {
 };
 constexpr Method kMethods[] = {{"None", 0, 0},  {"FS", 1, 0},          {"JJN", 2, 0},     {"Stucki", 3, 0},
                                {"Bayer", 4, 0}, {"BayerNoise", 4, 50}, {"FSNoise", 1, 50}};
-constexpr int kLevels = 8;
 
 // A mild mixture of the channels, and weights of grey.
 constexpr float kMatrix[4][4] = {
@@ -34,8 +33,9 @@ std::vector<Subject> allSubjects() {
 }
 
 Setting::Setting(const Subject& subject, int width, int height) : function_(*subject.function) {
-  const auto make = [&](kip::Side side, Plane* planes, kip::ImageArgument& argument) {
-    auto image = std::make_unique<Image>(function_.image(side).sample, function_.planes(side, {width, height}));
+  const auto make = [&](kip::Side side, size_t pageOffset, Plane* planes, kip::ImageArgument& argument) {
+    auto image =
+        std::make_unique<Image>(function_.image(side).sample, function_.planes(side, {width, height}), pageOffset);
     image->draw();
     for (size_t p = 0; p < image->planes().size(); ++p) {
       planes[p] = image->planes()[p];
@@ -45,11 +45,11 @@ Setting::Setting(const Subject& subject, int width, int height) : function_(*sub
     return image;
   };
   call_.width = width, call_.height = height;
-  destination_ = make(kip::Side::kDestination, call_.dst, arguments_.destination);
+  destination_ = make(kip::Side::kDestination, 2048, call_.dst, arguments_.destination);
   if (function_.shape.inPlace()) {
     std::copy(std::begin(call_.dst), std::end(call_.dst), call_.src);
   } else {
-    source_ = make(kip::Side::kSource, call_.src, arguments_.source);
+    source_ = make(kip::Side::kSource, 0, call_.src, arguments_.source);
   }
   arguments_.size = {width, height};
   arguments_.region = {0, 0, width, height};

@@ -168,7 +168,7 @@ const PeerTable table("libyuv", {
   // Colour models
   {{"kipiRGBToGray_8u_C3C1R", "kipiColorToGray_8u_C3C1R"}, "RAWToJ400", kCoarse, convert<1, 1>(RAWToJ400)},
   {{"kipiRGBToGray_8u_AC4C1R", "kipiColorToGray_8u_AC4C1R"}, "ABGRToJ400", kCoarse, convert<1, 1>(ABGRToJ400)},
-  {{"kipiColorTwist32f_8u_AC4R"}, "ARGBColorMatrix", kCoarse, colorMatrix()},
+  {{"kipiColorTwist32f_8u_AC4R", "kipiColorTwist32f_8u_AC4IR"}, "ARGBColorMatrix", kCoarse, colorMatrix()},
   {{"kipiGammaFwd_8u_AC4IR", "kipiGammaInv_8u_AC4IR"}, "RGBColorTable", kSame, colorTable()},
 });
 // clang-format on

@@ -1,6 +1,7 @@
 // What a plain loop reaches, for conversions that no library has in the same form.
 
 #include <cmath>
+#include <utility>
 
 #include "peers/peers.h"
 
@@ -31,6 +32,55 @@ void curveOfWords(const Call& call) {
   for (size_t i = 0; i < samples; ++i) dst[i] = entries[src[i]];
 }
 
+/// Errors of a channel's row, with two zeros at each end.
+class ErrorRow {
+ public:
+  explicit ErrorRow(int width) : errors_(width + 4) {}
+  float& operator[](int x) { return errors_[x + 2]; }
+
+ private:
+  std::vector<float> errors_;
+};
+
+/// Floyd-Steinberg: what arrives at x from the row above and from the left.
+float floydSteinberg(ErrorRow&, ErrorRow& above, ErrorRow& row, int x) {
+  return (1 * above[x - 1] + 5 * above[x] + 3 * above[x + 1] + 7 * row[x - 1]) * 0.0625f;
+}
+
+/// Stucki, over two rows.
+float stucki(ErrorRow& twoAbove, ErrorRow& above, ErrorRow& row, int x) {
+  const float far =
+      1 * twoAbove[x - 2] + 2 * twoAbove[x - 1] + 4 * twoAbove[x] + 2 * twoAbove[x + 1] + 1 * twoAbove[x + 2];
+  const float sum = far + 2 * above[x - 2] + 4 * above[x - 1] + 8 * above[x] + 4 * above[x + 1] + 2 * above[x + 2];
+  return (sum + 4 * row[x - 2] + 8 * row[x - 1]) * (1.0f / 42);
+}
+
+/// Error diffusion of three interleaved 8-bit channels, one after the other, pixel by pixel.
+template <float (*kArriving)(ErrorRow&, ErrorRow&, ErrorRow&, int)>
+void diffuse(const Call& call) {
+  const float interval = 65280.0f / (kLevels - 1) * 0.00390625f, perValue = (kLevels - 1) / 255.0f;
+  ErrorRow twoAbove(call.width), above(call.width), row(call.width);
+  for (int channel = 0; channel < 3; ++channel) {
+    for (int y = 0; y < call.height; ++y) {
+      const uint8_t* src = call.src[0].at + y * static_cast<ptrdiff_t>(call.src[0].step) + channel;
+      uint8_t* dst = call.dst[0].at + y * static_cast<ptrdiff_t>(call.dst[0].step) + channel;
+      for (int x = 0; x < call.width; ++x) {
+        const float value = src[3 * x] + kArriving(twoAbove, above, row, x);
+        float level = value >= 255 ? 255.0f : 0.0f;
+        row[x] = 0;
+        if (value >= 0 && value < 255) {
+          level = static_cast<float>(static_cast<int>(value * perValue)) * interval;
+          if (value - level > interval * 0.5f) level += interval;
+          row[x] = value - level;
+        }
+        dst[3 * x] = static_cast<uint8_t>(level);
+      }
+      std::swap(twoAbove, above);
+      std::swap(above, row);
+    }
+  }
+}
+
 const PeerTable table(
     "plain",
     {
@@ -38,6 +88,8 @@ const PeerTable table(
         {{"kipiGammaInv_32f_C3R", "kipiGammaInv_32f_P3R"}, "pow", Result::kExact, direct(curveOfFloats<decode>)},
         {{"kipiGammaFwd_16u_C3R", "kipiGammaFwd_16u_P3R"}, "65536 x pow", Result::kExact, direct(curveOfWords<encode>)},
         {{"kipiGammaInv_16u_C3R", "kipiGammaInv_16u_P3R"}, "65536 x pow", Result::kExact, direct(curveOfWords<decode>)},
+        {{"kipiReduceBits_8u_C3R/FS"}, "loop", Result::kExact, direct(diffuse<floydSteinberg>)},
+        {{"kipiReduceBits_8u_C3R/Stucki"}, "loop", Result::kExact, direct(diffuse<stucki>)},
     });
 
 }  // namespace
