@@ -1,4 +1,4 @@
-# Tests of the build as a whole: what it installs and packs, what its pages say, and whether other builds agree with it.
+# Tests of the build as a whole: what it installs and packs, and what its pages say.
 
 set(INSTALLED ${CMAKE_BINARY_DIR}/installed)
 add_test(NAME install
@@ -33,10 +33,3 @@ endif()
 
 add_test(NAME quotes.adding-a-function COMMAND ${CMAKE_COMMAND} -DROOT=${PROJECT_SOURCE_DIR}
   -DPAGE=docs/adding-a-function.md -P ${PROJECT_SOURCE_DIR}/tests/quotes.cmake)
-
-# The 64-bit build is compared with the 32-bit one, when that stands beside it.
-if(TARGET fingerprint AND CMAKE_SIZEOF_VOID_P EQUAL 8)
-  add_test(NAME same-bytes-as-i386 COMMAND ${CMAKE_COMMAND} -DHERE=$<TARGET_FILE:fingerprint>
-    -DTHERE=${CMAKE_BINARY_DIR}/../i386/fingerprint -P ${PROJECT_SOURCE_DIR}/tests/same-bytes.cmake)
-  set_tests_properties(same-bytes-as-i386 PROPERTIES SKIP_REGULAR_EXPRESSION "^skipped")
-endif()
