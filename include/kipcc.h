@@ -277,6 +277,170 @@ KIPAPI KipStatus kipiColorTwist_32f_C4R(const Kip32f* pSrc, int srcStep, Kip32f*
 
 /** @} */
 
+/** @defgroup layout Chroma layouts
+ *  8-bit YCbCr between samplings of the chroma and between layouts. Luma is copied as it is. The figure behind a space's
+ *  name is its sampling:
+ *
+ *  | figure | a sample of Cb and of Cr serves | chroma planes          |
+ *  |--------|---------------------------------|------------------------|
+ *  | 422    | 2 columns                       | width / 2 x height     |
+ *  | 420    | 2 columns and 2 rows            | width / 2 x height / 2 |
+ *  | 411    | 4 columns                       | width / 4 x height     |
+ *  | 1620   | 4 columns and 4 rows            | width / 4 x height / 4 |
+ *
+ *  The four bytes of a pixel pair in C2: YCbCr422 is Y0 Cb Y1 Cr, YCrCb422 is Y0 Cr Y1 Cb, CbYCr422 is Cb Y0 Cr Y1.
+ *  P3 has the planes in the order of the name, so YCrCb is Y, Cr, Cb; the pairs of P2 are Cb, Cr also when the source is
+ *  YCrCb.
+ *
+ *  How chroma is resampled:
+ *  - To fewer columns or rows every second sample is kept, the even ones; to more, each is used twice. No averaging.
+ *  - YCbCr420To411 averages neighbouring columns and repeats rows, YCbCr411To420 averages rows and repeats columns:
+ *    (a + b + 1) >> 1.
+ *  - YCbCr420To1620 keeps every second sample of every second row. YCbCr1620To420 puts averages, (a + b + 1) >> 1,
+ *    between the columns and then between the rows; beyond the right and the lower edge the nearest sample stands in.
+ *  - Filter to 422: row 2k is row k of the source, row 2k + 1 is (9 (c(k) + c(k+1)) - c(k-1) - c(k+2) + 8) >> 4, limited
+ *    to 0..255; rows outside the source are replaced by the nearest one. YCbCr420ToYCrCb420_Filter only splits the plane.
+ *  - Interlace: the rows of a frame belong to two fields in turn, which do not mix. From four rows a, b, c, d to two:
+ *    (3a + c + 2) >> 2 and (b + 3d + 2) >> 2. From two rows to four, from each field's rows above and below (u, l):
+ *    (u + 7l + 4) >> 3, (3u + 5l + 4) >> 3, (5u + 3l + 4) >> 3, (7u + l + 4) >> 3; the first two and the last two rows
+ *    are the source's own.
+ *
+ *  Sizes: the width must be at least 2, with 411 on either side 4, or kipStatusBadSize; 1620 takes multiples of 4 only;
+ *  YCbCr420To422_Interlace takes at least 4 rows. Only whole blocks are converted, luma too: 2 columns, or 4 with 411; 2
+ *  rows with 420, 4 rows for Interlace. Where that leaves something out the status is kipStatusOddSize, except that
+ *  conversions with 422 on both sides do not report an odd width.
+ *
+ *  The plane pointers are checked before the size. The Interlace functions convert images of at least 128 columns and
+ *  132 rows on several threads.
+ *  @{ */
+
+KIPAPI KipStatus kipiYCbCr422ToCbYCr422_8u_C2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiCbYCr422ToYCbCr422_8u_C2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToYCrCb422_8u_C2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                       KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422_8u_P3C2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                       KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToYCrCb422_8u_P3C2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiCbYCr422ToYCbCr422_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCrCb422ToYCbCr422_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420_8u_P3P2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[2], int dstStep[2],
+                                       KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420_8u_P2P3R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst[3], int dstStep[3],
+                                       KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToYCrCb420_8u_P2P3R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst[3],
+                                                 int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiYCrCb420ToYCbCr420_8u_P3P2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[2],
+                                                 int dstStep[2], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411_8u_P3P2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[2], int dstStep[2],
+                                       KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411_8u_P2P3R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst[3], int dstStep[3],
+                                       KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToYCbCr420_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3], int dstStep[3],
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToYCbCr420_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToYCbCr420_8u_C2P2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[2], int dstStep[2],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToYCbCr420_8u_P3P2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[2],
+                                                 int dstStep[2], KipiSize roiSize);
+KIPAPI KipStatus kipiCbYCr422ToYCbCr420_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiCbYCr422ToYCbCr420_8u_C2P2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[2], int dstStep[2],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiCbYCr422ToYCrCb420_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToYCrCb420_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCrCb422ToYCbCr420_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToYCbCr422_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3], int dstStep[3],
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToYCbCr422_8u_P2P3R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst[3],
+                                                 int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToYCbCr422_8u_P2C2R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst, int dstStep,
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToCbYCr422_8u_P2C2R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst, int dstStep,
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCrCb420ToYCbCr422_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3], int dstStep[3],
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCrCb420ToYCbCr422_8u_P3C2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCrCb420ToCbYCr422_8u_P3C2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToYCbCr411_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3], int dstStep[3],
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToYCbCr411_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToYCbCr411_8u_C2P2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[2], int dstStep[2],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToYCbCr411_8u_P3P2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[2],
+                                                 int dstStep[2], KipiSize roiSize);
+KIPAPI KipStatus kipiCbYCr422ToYCbCr411_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCrCb422ToYCbCr411_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToYCbCr422_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3], int dstStep[3],
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToYCbCr422_8u_P3C2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToYCbCr422_8u_P2C2R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst, int dstStep,
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToYCbCr422_8u_P2P3R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst[3],
+                                                 int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToYCrCb422_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3], int dstStep[3],
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToYCrCb422_8u_P3C2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToYCbCr420_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3], int dstStep[3],
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToYCbCr420_8u_P2P3R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst[3],
+                                                 int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToYCbCr420_8u_P3P2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[2],
+                                                 int dstStep[2], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToYCrCb420_8u_P2P3R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst[3],
+                                                 int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411To420_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3], int dstStep[3],
+                                          KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToYCbCr411_8u_P2P3R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst[3],
+                                                 int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToYCbCr411_8u_P3P2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[2],
+                                                 int dstStep[2], KipiSize roiSize);
+KIPAPI KipStatus kipiYCrCb420ToYCbCr411_8u_P3P2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[2],
+                                                 int dstStep[2], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420To411_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3], int dstStep[3],
+                                          KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr1620To420_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3], int dstStep[3],
+                                           KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420To1620_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3], int dstStep[3],
+                                           KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToYCbCr422_Filter_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3],
+                                                      int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToYCbCr422_Filter_8u_P2P3R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst[3],
+                                                        int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToYCbCr422_Filter_8u_P2C2R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCrCb420ToYCbCr422_Filter_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3],
+                                                      int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToYCrCb420_Filter_8u_P2P3R(const Kip8u* pSrc[2], int srcStep[2], Kip8u* pDst[3],
+                                                        int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422To420_Interlace_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3],
+                                                    int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiCbYCr422ToYCbCr420_Interlace_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3],
+                                                           int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420To422_Interlace_8u_P3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst[3],
+                                                    int dstStep[3], KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToCbYCr422_Interlace_8u_P3C2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst,
+                                                           int dstStep, KipiSize roiSize);
+
+/** @} */
+
 #ifdef __cplusplus
 }
 #endif

@@ -52,6 +52,7 @@ template <class T>
 using Vector = hn::Vec<Tag<T>>;
 
 using U8 = Vector<uint8_t>;
+using I8 = Vector<int8_t>;
 using I16 = Vector<int16_t>;
 using U16 = Vector<uint16_t>;
 using I32 = Vector<int32_t>;
@@ -193,6 +194,17 @@ KIP_INLINE I32 dotPairs(I16 a, I16 b) {
 #endif
 }
 
+/// Products of bytes and signed factors, summed over each even byte and its odd neighbour: exact where the sums fit.
+KIP_INLINE I16 dotBytes(U8 bytes, I8 factors) {
+#if KIP_EMULATED
+  const I16 f = as<int16_t>(factors);
+  const I16 evenFactors = hn::ShiftRight<8>(hn::ShiftLeft<8>(f)), oddFactors = hn::ShiftRight<8>(f);
+  return hn::Add(hn::Mul(evenBytes(bytes), evenFactors), hn::Mul(oddBytes(bytes), oddFactors));
+#else
+  return I16{KIP_MM(maddubs_epi16)(bytes.raw, factors.raw)};
+#endif
+}
+
 /// The even, or the odd, 32-bit lanes: in each block those of `lower`, then those of `upper`.
 KIP_INLINE I32 evenLanes(I32 lower, I32 upper) {
 #if KIP_EMULATED
@@ -215,6 +227,11 @@ constexpr int32_t pairBits(int even, int odd) {
 }
 KIP_INLINE I16 setPairs(int even, int odd) { return as<int16_t>(set<int32_t>(pairBits(even, odd))); }
 KIP_INLINE I16 pinnedPairs(int even, int odd) { return as<int16_t>(pinned<int32_t>(pairBits(even, odd))); }
+
+/// Factors (even, odd) for dotBytes.
+KIP_INLINE I8 pinnedBytePairs(int even, int odd) {
+  return as<int8_t>(pinned<uint16_t>(static_cast<uint16_t>((odd << 8) | (even & 0xFF))));
+}
 
 /// A vector whose block b holds the 16 bytes at from + b * distance.
 KIP_INLINE U8 loadBlocks(const uint8_t* from, [[maybe_unused]] ptrdiff_t distance) {
@@ -333,6 +350,24 @@ struct ThreeChannels {
 /// The next half vector of bytes as 16-bit lanes, in order.
 KIP_INLINE I16 loadHalf(const uint8_t* from) {
   return hn::PromoteTo(Tag<int16_t>(), hn::LoadU(hn::Half<Tag<uint8_t>>(), from));
+}
+
+/// The next half vectors of bytes side by side: first, second, first, second, ...
+KIP_INLINE U8 loadSideBySide(const uint8_t* first, const uint8_t* second) {
+  return as<uint8_t>(hn::Or(loadHalf(first), hn::ShiftLeft<8>(loadHalf(second))));
+}
+
+/// The lanes of the lower and of the upper halves of two vectors side by side.
+template <class T>
+KIP_INLINE void sideBySide(Vector<T> first, Vector<T> second, Vector<T>& lower, Vector<T>& upper) {
+  using Wide = hwy::MakeWide<T>;
+  const Tag<Wide> d;
+  const hn::Half<Tag<T>> half;
+  const auto join = [&](auto a, auto b) KIP_INLINE_LAMBDA {
+    return as<T>(hn::Or(hn::PromoteTo(d, a), hn::ShiftLeft<8 * sizeof(T)>(hn::PromoteTo(d, b))));
+  };
+  lower = join(hn::LowerHalf(half, first), hn::LowerHalf(half, second));
+  upper = join(hn::UpperHalf(half, first), hn::UpperHalf(half, second));
 }
 
 /// 16-bit lanes saturated to bytes, in order, to the next half vector of bytes.

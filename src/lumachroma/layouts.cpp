@@ -1,0 +1,468 @@
+// Conversions between the layouts and the samplings of YCbCr with subsampled chroma. Luma is copied. A row of chroma
+// comes from one row of the source or from several, each resampled across and then combined.
+
+#include <algorithm>
+#include <cstring>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "lumachroma/layouts.cpp"
+#include "hwy/foreach_target.h"
+#include "hwy/highway.h"
+
+#include "frame/pixels-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Blocks of chroma. Their lanes, and what resampling moves, are the samples of two planes where both sides have three
+// planes; otherwise the pairs (Cb, Cr), or (Cr, Cb) where the source or the destination has that order.
+
+using Sample = uint8_t;
+using Pair = uint16_t;
+
+/// Pixels of a block: with chroma on every second column that is two vectors, on every fourth it is one.
+constexpr int kPixels = 2 * kLanes<uint8_t>;
+
+/// Two vectors: the first and the second plane's samples, or the pairs. One vector: either in its two halves.
+template <int kAcross>
+struct Chroma {
+  U8 part[4 / kAcross];
+};
+
+KIP_INLINE U8 loadBytes(const Kip8u* from) { return hn::LoadU(Tag<uint8_t>(), from); }
+KIP_INLINE void storeBytes(U8 v, Kip8u* to) { hn::StoreU(v, Tag<uint8_t>(), to); }
+
+KIP_INLINE Chroma<2> samplesOf(const Chroma<2>& pairs) {
+  const Tag<uint8_t> d;
+  return {{hn::ConcatEven(d, pairs.part[1], pairs.part[0]), hn::ConcatOdd(d, pairs.part[1], pairs.part[0])}};
+}
+KIP_INLINE Chroma<4> samplesOf(const Chroma<4>& pairs) {
+  return {{hn::ConcatEven(Tag<uint8_t>(), as<uint8_t>(oddBytes(pairs.part[0])), pairs.part[0])}};
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Layouts: where a row of chroma lies. A sample serves kAcross columns and kDown rows.
+
+template <int kAcross_, int kDown_, int kPlanes_, bool kCrFirst_ = false>
+struct Sampled {
+  static constexpr int kAcross = kAcross_;
+  static constexpr int kDown = kDown_;
+  static constexpr int kPlanes = kPlanes_;
+  static constexpr bool kCrFirst = kCrFirst_;
+  static constexpr bool kPacked = kPlanes == 1;
+  static constexpr int kPointers = kPlanes == 3 ? 2 : 1;  // of one row of chroma
+  static constexpr int kBlock = kPixels;
+  static constexpr bool kKeeps = false;
+
+  template <class Byte>
+  static Rows<Byte, kPointers> rows(const Image<Byte>& image, int row, bool exchange) {
+    Rows<Byte, kPointers> rows;
+    for (int p = 0; p < kPointers; ++p) rows.at[p] = image.row(kPacked ? 0 : 1 + (p ^ int{exchange}), row);
+    return rows;
+  }
+};
+
+template <int kAcross, int kDown, bool kCrFirst = false>
+struct ThreePlanes : Sampled<kAcross, kDown, 3, kCrFirst> {
+  static constexpr size_t bytes(int, size_t pixels) { return pixels / kAcross; }
+
+  KIP_INLINE static Chroma<kAcross> load(const Rows<const Kip8u, 2>& from, Sample) {
+    if constexpr (kAcross == 2) {
+      return {{loadBytes(from.at[0]), loadBytes(from.at[1])}};
+    } else {
+      const hn::Half<Tag<uint8_t>> half;
+      return {{hn::Combine(Tag<uint8_t>(), hn::LoadU(half, from.at[1]), hn::LoadU(half, from.at[0]))}};
+    }
+  }
+  KIP_INLINE static Chroma<kAcross> load(const Rows<const Kip8u, 2>& from, Pair) {
+    Chroma<kAcross> c;
+    constexpr int kHalf = kLanes<uint8_t> / 2;
+    for (int i = 0; i < 4 / kAcross; ++i) c.part[i] = loadSideBySide(from.at[0] + i * kHalf, from.at[1] + i * kHalf);
+    return c;
+  }
+
+  KIP_INLINE static void store(const Chroma<kAcross>& c, const Rows<Kip8u, 2>& to, Sample) {
+    if constexpr (kAcross == 2) {
+      storeBytes(c.part[0], to.at[0]), storeBytes(c.part[1], to.at[1]);
+    } else {
+      const hn::Half<Tag<uint8_t>> half;
+      hn::StoreU(hn::LowerHalf(half, c.part[0]), half, to.at[0]);
+      hn::StoreU(hn::UpperHalf(half, c.part[0]), half, to.at[1]);
+    }
+  }
+  KIP_INLINE static void store(const Chroma<kAcross>& c, const Rows<Kip8u, 2>& to, Pair) {
+    store(samplesOf(c), to, Sample());
+  }
+};
+
+template <int kAcross, int kDown>
+struct TwoPlanes : Sampled<kAcross, kDown, 2> {
+  static constexpr size_t bytes(int, size_t pixels) { return 2 * (pixels / kAcross); }
+
+  KIP_INLINE static Chroma<kAcross> load(const Rows<const Kip8u, 1>& from, Pair) {
+    Chroma<kAcross> c;
+    for (int i = 0; i < 4 / kAcross; ++i) c.part[i] = loadBytes(from.at[0] + i * kLanes<uint8_t>);
+    return c;
+  }
+  KIP_INLINE static void store(const Chroma<kAcross>& c, const Rows<Kip8u, 1>& to, Pair) {
+    for (int i = 0; i < 4 / kAcross; ++i) storeBytes(c.part[i], to.at[0] + i * kLanes<uint8_t>);
+  }
+};
+
+/// Packed 4:2:2: luma and the pairs' samples in turn.
+template <bool kLumaFirst, bool kCrFirst = false>
+struct Packed : Sampled<2, 1, 1, kCrFirst> {
+  static constexpr size_t bytes(int, size_t pixels) { return 2 * pixels; }
+
+  KIP_INLINE static Chroma<2> load(const Rows<const Kip8u, 1>& from, Pair) {
+    Chroma<2> c;
+    for (int i = 0; i < 2; ++i) c.part[i] = every(from.at[0] + 2 * i * kLanes<uint8_t>, kLumaFirst);
+    return c;
+  }
+  KIP_INLINE static U8 luma(const Kip8u* from) { return every(from, !kLumaFirst); }
+
+  KIP_INLINE static void store(const Chroma<2>& c, const Kip8u* luma, const Rows<Kip8u, 1>& to) {
+    for (int i = 0; i < 2; ++i) {
+      const U8 y = loadBytes(luma + i * kLanes<uint8_t>);
+      hn::StoreInterleaved2(kLumaFirst ? y : c.part[i], kLumaFirst ? c.part[i] : y, Tag<uint8_t>(),
+                            to.at[0] + 2 * i * kLanes<uint8_t>);
+    }
+  }
+
+ private:
+  /// The odd or the even ones of the next bytes.
+  KIP_INLINE static U8 every(const Kip8u* from, bool odd) {
+    const Tag<uint8_t> d;
+    const U8 lower = loadBytes(from), upper = loadBytes(from + kLanes<uint8_t>);
+    return odd ? hn::ConcatOdd(d, upper, lower) : hn::ConcatEven(d, upper, lower);
+  }
+};
+
+using YCbCr422C2 = Packed<true>;
+using YCrCb422C2 = Packed<true, true>;
+using CbYCr422C2 = Packed<false>;
+using YCbCr422P3 = ThreePlanes<2, 1>;
+using YCrCb422P3 = ThreePlanes<2, 1, true>;
+using YCbCr420P3 = ThreePlanes<2, 2>;
+using YCrCb420P3 = ThreePlanes<2, 2, true>;
+using YCbCr420P2 = TwoPlanes<2, 2>;
+using YCbCr411P3 = ThreePlanes<4, 1>;
+using YCbCr411P2 = TwoPlanes<4, 1>;
+using YCbCr1620P3 = ThreePlanes<4, 4>;
+
+/// A row of luma.
+struct Luma {
+  static constexpr int kPointers = 1;
+  static constexpr int kBlock = kPixels;
+  static constexpr bool kKeeps = false;
+  static constexpr size_t bytes(int, size_t pixels) { return pixels; }
+};
+
+/// What one row of the destination is made from: luma where the destination packs it with the chroma, and kTaps rows
+/// of chroma.
+template <class Layout, int kTaps, bool kLuma>
+struct SourceRows : Layout {
+  static constexpr int kEach = Layout::kPointers;
+  static constexpr int kPointers = kLuma + kTaps * kEach;
+  static constexpr size_t bytes(int p, size_t pixels) {
+    return p < kLuma ? Luma::bytes(0, pixels) : Layout::bytes((p - kLuma) % kEach, pixels);
+  }
+  static void setTap(Rows<const Kip8u, kPointers>& rows, int tap, const Rows<const Kip8u, kEach>& row) {
+    std::copy_n(row.at, kEach, rows.at + kLuma + tap * kEach);
+  }
+  KIP_INLINE static Rows<const Kip8u, kEach> tap(const Rows<const Kip8u, kPointers>& rows, int tap) {
+    Rows<const Kip8u, kEach> row;
+    for (int p = 0; p < kEach; ++p) row.at[p] = rows.at[kLuma + tap * kEach + p];
+    return row;
+  }
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Rules: which rows of the source a row of chroma comes from, and how
+
+/// A row of the destination's chroma.
+struct Place {
+  int row;
+  int nearest;  ///< the source's row at the same height
+  int rows;     ///< of chroma in the source
+};
+
+/// Every sample from one other: decimation and repetition.
+struct Nearest {
+  static constexpr int kTaps = 1;
+  static constexpr int kGroup = 1;  ///< luma rows that belong together, if more than share a row of chroma
+  static bool copies(int) { return false; }  ///< whether the row is one that Nearest gives, too
+
+  int taps[kTaps];
+
+  explicit Nearest(const Place& place) : taps{place.nearest} {}
+  KIP_INLINE U8 operator()(const U8 (&v)[kTaps]) const { return v[0]; }
+
+  /// One for two neighbours.
+  template <class D, class V>
+  KIP_INLINE static V halve(D d, V lower, V upper) {
+    return hn::ConcatEven(d, upper, lower);
+  }
+};
+
+struct AverageColumns : Nearest {
+  using Nearest::Nearest;
+
+  template <class D, class V>
+  KIP_INLINE static V halve(D d, V lower, V upper) {
+    return hn::AverageRound(hn::ConcatEven(d, upper, lower), hn::ConcatOdd(d, upper, lower));
+  }
+};
+
+struct AverageRows {
+  static constexpr int kTaps = 2;
+  static constexpr int kGroup = 1;
+  static bool copies(int) { return false; }
+
+  int taps[kTaps];
+
+  explicit AverageRows(const Place& place) : taps{place.nearest, place.nearest + 1} {}
+  KIP_INLINE U8 operator()(const U8 (&v)[kTaps]) const { return hn::AverageRound(v[0], v[1]); }
+};
+
+/// Sums of weighted bytes of two rows, for bytes in 16-bit lanes that pack to the bytes' order.
+KIP_INLINE I16 lowerSums(U8 a, U8 b, I8 weights) { return dotBytes(hn::InterleaveLower(a, b), weights); }
+KIP_INLINE I16 upperSums(U8 a, U8 b, I8 weights) {
+  return dotBytes(hn::InterleaveUpper(Tag<uint8_t>(), a, b), weights);
+}
+
+/// Twice the rows: the even ones are the source's, the odd ones (9 (b + c) - a - d + 8) >> 4 of the four rows around.
+struct FourTap {
+  static constexpr int kTaps = 4;
+  static constexpr int kGroup = 2;
+  static bool copies(int row) { return row % 2 == 0; }
+
+  int taps[kTaps];
+  I8 inner = pinnedBytePairs(9, 9), outer = pinnedBytePairs(-1, -1);
+  I16 half = pinned<int16_t>(8);
+
+  KIP_INLINE explicit FourTap(const Place& place) {
+    for (int t = 0; t < kTaps; ++t) taps[t] = std::clamp(place.nearest - 1 + t, 0, place.rows - 1);
+  }
+  KIP_INLINE U8 operator()(const U8 (&v)[kTaps]) const {
+    const auto scaled = [&](I16 a, I16 b) KIP_INLINE_LAMBDA { return hn::ShiftRight<4>(hn::Add(hn::Add(a, b), half)); };
+    return packBytes(scaled(lowerSums(v[1], v[2], inner), lowerSums(v[0], v[3], outer)),
+                     scaled(upperSums(v[1], v[2], inner), upperSums(v[0], v[3], outer)));
+  }
+};
+
+/// Two rows of one field with weights that sum to 2^kBits. Rows of different fields never mix.
+template <int kBits>
+struct OfField {
+  static constexpr int kTaps = 2;
+  static constexpr int kGroup = 4;
+  static bool copies(int) { return false; }
+
+  int taps[kTaps];
+  I8 weights;
+  I16 half = pinned<int16_t>(1 << (kBits - 1));
+
+  KIP_INLINE OfField(int upper, int upperWeight)
+      : taps{upper, upper + 2}, weights(pinnedBytePairs(upperWeight, (1 << kBits) - upperWeight)) {}
+  KIP_INLINE U8 operator()(const U8 (&v)[kTaps]) const {
+    const auto scaled = [&](I16 sums) KIP_INLINE_LAMBDA { return hn::ShiftRight<kBits>(hn::Add(sums, half)); };
+    return packBytes(scaled(lowerSums(v[0], v[1], weights)), scaled(upperSums(v[0], v[1], weights)));
+  }
+};
+
+/// Four rows to two, one of each field.
+struct FieldsToHalf : OfField<2> {
+  KIP_INLINE explicit FieldsToHalf(const Place& place)
+      : OfField(4 * (place.row / 2) + place.row % 2, place.row % 2 == 0 ? 3 : 1) {}
+};
+
+/// Two rows, one of each field, to four. Above the first row and below the last row of a field that row stands in.
+struct FieldsToDouble : OfField<3> {
+  KIP_INLINE explicit FieldsToDouble(const Place& place) : OfField(upper(place.row), upperWeight(place.row)) {
+    if (taps[0] < 0) taps[0] = taps[1];
+    if (taps[1] >= place.rows) taps[1] = taps[0];
+  }
+
+ private:
+  static int upper(int row) { return 2 * (row / 4) - (row % 4 < 2 ? 2 : 0) + row % 2; }
+  static int upperWeight(int row) {
+    constexpr int kWeights[4] = {1, 3, 5, 7};
+    return kWeights[row % 4];
+  }
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// The walks
+
+template <class Rule, class Lane, int kTo, int kFrom>
+KIP_INLINE Chroma<kTo> resample(const Chroma<kFrom>& c) {
+  if constexpr (kTo == kFrom) {
+    return c;
+  } else if constexpr (kTo > kFrom) {
+    return {{as<uint8_t>(Rule::halve(Tag<Lane>(), as<Lane>(c.part[0]), as<Lane>(c.part[1])))}};
+  } else {
+    const Vector<Lane> v = as<Lane>(c.part[0]);
+    Vector<Lane> lower, upper;
+    sideBySide<Lane>(v, v, lower, upper);
+    return {{as<uint8_t>(lower), as<uint8_t>(upper)}};
+  }
+}
+
+/// A conversion between two layouts: whole blocks of columns only.
+template <class Src, class Dst, class Rule = Nearest>
+struct Relayout {
+  static constexpr int kColumns = std::max(Src::kAcross, Dst::kAcross);
+  static constexpr int kRows = std::max({Src::kDown, Dst::kDown, Rule::kGroup});
+
+  static void rows(const Job& job, int first, int last) {
+    for (int y = first * kRows; y < last * kRows; ++y) {
+      if constexpr (!Dst::kPacked) luma(job, y);
+      if (y % Dst::kDown == 0) chroma(job, y / Dst::kDown);
+    }
+  }
+
+ private:
+  using Lane = std::conditional_t<Src::kPlanes == 3 && Dst::kPlanes == 3, Sample, Pair>;
+  static constexpr bool kExchange = Src::kCrFirst != Dst::kCrFirst;
+  static_assert(!kExchange || Src::kPlanes == 3 || Dst::kPlanes == 3, "Cb and Cr change places where they are planes");
+
+  static size_t columns(const Job& job) { return job.width / kColumns * kColumns; }
+
+  static void luma(const Job& job, int y) {
+    const Kip8u* from = job.src.row(0, y);
+    Kip8u* to = job.dst.row(0, y);
+    if constexpr (Src::kPacked) {
+      forBlocks<Src, Luma>({{from}}, {{to}}, 0, columns(job), [](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+        constexpr int kHalf = kLanes<uint8_t>;
+        storeBytes(Src::luma(in.at[0]), out.at[0]);
+        storeBytes(Src::luma(in.at[0] + 2 * kHalf), out.at[0] + kHalf);
+      });
+    } else {
+      std::memcpy(to, from, columns(job));
+    }
+  }
+
+  static void chroma(const Job& job, int row) {
+    constexpr int kWhole = kRows / Src::kDown;
+    const Place place = {row, row * Dst::kDown / Src::kDown, job.height / kRows * kWhole};
+    if (Rule::copies(row)) {
+      chroma<Nearest>(job, place);
+    } else {
+      chroma<Rule>(job, place);
+    }
+  }
+
+  template <class R>
+  static void chroma(const Job& job, const Place& place) {
+    using From = SourceRows<Src, R::kTaps, Dst::kPacked>;
+    const R rule(place);
+    Rows<const Kip8u, From::kPointers> from;
+    if (Dst::kPacked) from.at[0] = job.src.row(0, place.row);
+    for (int t = 0; t < R::kTaps; ++t) {
+      From::setTap(from, t, Src::rows(job.src, rule.taps[t], kExchange && Src::kPlanes == 3));
+    }
+    const auto to = Dst::rows(job.dst, place.row, kExchange && Src::kPlanes != 3);
+    forBlocks<From, Dst>(from, to, 0, columns(job), [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+      Chroma<Dst::kAcross> taps[R::kTaps], c;
+      for (int t = 0; t < R::kTaps; ++t) taps[t] = resample<R, Lane, Dst::kAcross>(Src::load(From::tap(in, t), Lane()));
+      for (int i = 0; i < 4 / Dst::kAcross; ++i) {
+        U8 parts[R::kTaps];
+        for (int t = 0; t < R::kTaps; ++t) parts[t] = taps[t].part[i];
+        c.part[i] = rule(parts);
+      }
+      if constexpr (Dst::kPacked) {
+        Dst::store(c, in.at[0], out);
+      } else {
+        Dst::store(c, out, Lane());
+      }
+    });
+  }
+};
+
+/// Chroma of every fourth column and row to every second: the new columns, then the new rows, are rounded averages of
+/// their neighbours. Where there is no neighbour to the right or below, the nearest sample stands in.
+struct Double1620 {
+  using Src = YCbCr1620P3;
+  using Dst = YCbCr420P3;
+
+  static void rows(const Job& job, int first, int last) {
+    for (int y = first * Src::kDown; y < last * Src::kDown; ++y) std::memcpy(job.dst.row(0, y), job.src.row(0, y), job.width);
+    for (int row = 2 * first; row < 2 * last; ++row) chroma(job, row);
+  }
+
+ private:
+  using From = SourceRows<Src, 4, false>;  // two rows, and the same one sample further on
+
+  static void chroma(const Job& job, int row) {
+    const int upper = row / 2, lower = std::min(upper + row % 2, job.height / Src::kDown - 1);
+    const auto a = Src::rows(job.src, upper, false), b = Src::rows(job.src, lower, false);
+    const auto to = Dst::rows(job.dst, row, false);
+    const size_t inner = job.width - Src::kAcross;
+    walk(a, advance<Src>(a, Src::kAcross), b, advance<Src>(b, Src::kAcross), to, 0, inner);
+    walk(a, a, b, b, to, inner, job.width);
+  }
+
+  using SourceRow = Rows<const Kip8u, Src::kPointers>;
+  static void walk(const SourceRow& a, const SourceRow& aNext, const SourceRow& b, const SourceRow& bNext,
+                   const Rows<Kip8u, Dst::kPointers>& to, size_t first, size_t last) {
+    Rows<const Kip8u, From::kPointers> from;
+    From::setTap(from, 0, a), From::setTap(from, 1, aNext), From::setTap(from, 2, b), From::setTap(from, 3, bNext);
+    forBlocks<From, Dst>(from, to, first, last, [](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+      const Chroma<2> upper = doubled(From::tap(in, 0), From::tap(in, 1));
+      const Chroma<2> lower = doubled(From::tap(in, 2), From::tap(in, 3));
+      Dst::store({{hn::AverageRound(upper.part[0], lower.part[0]), hn::AverageRound(upper.part[1], lower.part[1])}}, out,
+                 Sample());
+    });
+  }
+
+  KIP_INLINE static Chroma<2> doubled(const SourceRow& row, const SourceRow& next) {
+    const U8 here = Src::load(row, Sample()).part[0], there = Src::load(next, Sample()).part[0];
+    Chroma<2> c;
+    sideBySide<uint8_t>(here, hn::AverageRound(here, there), c.part[0], c.part[1]);
+    return c;
+  }
+};
+
+/// Packed 4:2:2 with the four bytes of each pixel pair in another order.
+template <uint8_t k0, uint8_t k1, uint8_t k2, uint8_t k3>
+struct Reorder {
+  static void rows(const Job& job, int first, int last) {
+    alignas(16) static constexpr uint8_t kOrder[16] = {k0, k1, k2, k3, 4 + k0, 4 + k1, 4 + k2, 4 + k3,
+                                                       8 + k0, 8 + k1, 8 + k2, 8 + k3, 12 + k0, 12 + k1, 12 + k2, 12 + k3};
+    const U8 order = hn::LoadDup128(Tag<uint8_t>(), kOrder);
+    for (int y = first; y < last; ++y) {
+      forBlocks<Luma, Luma>({{job.src.row(0, y)}}, {{job.dst.row(0, y)}}, 0, size_t{4} * (job.width / 2),
+                            [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+                              for (int i = 0; i < 2; ++i) {
+                                const int at = i * kLanes<uint8_t>;
+                                storeBytes(hn::TableLookupBytes(loadBytes(in.at[0] + at), order), out.at[0] + at);
+                              }
+                            });
+    }
+  }
+};
+
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+#include "frame/convert.h"
+
+namespace kip {
+constexpr Rules k422 = {.minWidth = 2, .planesBeforeSize = true};
+constexpr Rules k420 = {.minWidth = 2, .planesBeforeSize = true, .rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
+constexpr Rules k411 = {.minWidth = 4, .planesBeforeSize = true, .warnWidth = 4};
+constexpr Rules k411And420 = {.minWidth = 4, .planesBeforeSize = true, .rowsPerGroup = 2, .warnWidth = 4, .warnHeight = 2};
+constexpr Rules k1620 = {.minWidth = 4, .minHeight = 4, .sizeUnit = 4, .planesBeforeSize = true, .rowsPerGroup = 4};
+constexpr Rules kInterlaced = {.minWidth = 2, .planesBeforeSize = true, .rowsPerGroup = 4, .warnWidth = 2, .warnHeight = 4,
+                               .threads = Threads::kFrom128By132};
+constexpr Rules kInterlacedFrom4Rows = {.minWidth = 2, .minHeight = 4, .planesBeforeSize = true, .rowsPerGroup = 4,
+                                        .warnWidth = 2, .warnHeight = 4, .threads = Threads::kFrom128By132};
+}  // namespace kip
+#endif
+
+#define KIP_FUNCTIONS "lumachroma/layouts-functions.h"
+#include "frame/functions-inl.h"
