@@ -106,28 +106,31 @@ KIP_INLINE auto convertPixels(const Op& op, const Pixels<V>& px) {
   }
 }
 
-/// Converts whole rows with one arithmetic for every pixel.
+/// Converts rows with one arithmetic for every pixel. The arithmetic and the layouts are made once for all rows.
 template <class Op, class Src, class Dst>
-struct Convert {
-  KIP_INLINE static void pixels(const Job& job, int y, size_t first, size_t last) {
-    const Op op = makeFor<Op>(job);
-    const Src src = makeFor<Src>(job);
-    const Dst dst = makeFor<Dst>(job);
-    forBlocks<Src, Dst>(Src::rows(job.src, y), Dst::rows(job.dst, y), first, last,
-                        [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
-                          const auto px = src.load(from);
-                          auto result = convertPixels<typename Src::T, typename Dst::T>(op, px);
-                          if constexpr (Dst::kTakesAlpha) result.alpha = px.alpha;
-                          dst.store(result, to);
-                        });
-  }
+class Convert {
+ public:
+  KIP_INLINE explicit Convert(const Job& job)
+      : job_(job), op_(makeFor<Op>(job)), src_(makeFor<Src>(job)), dst_(makeFor<Dst>(job)) {}
 
   static void rows(const Job& job, int first, int last) {
+    const Convert convert(job);
     const size_t width = job.width;
     if (adjoining<Src>(job.src, width) && adjoining<Dst>(job.dst, width)) {
-      return pixels(job, first, 0, width * (last - first));
+      return convert.pixels(first, 0, width * (last - first));
     }
-    for (int y = first; y < last; ++y) pixels(job, y, 0, width);
+    for (int y = first; y < last; ++y) convert.pixels(y, 0, width);
+  }
+
+  /// Pixels first .. last - 1 of row y.
+  KIP_INLINE void pixels(int y, size_t first, size_t last) const {
+    forBlocks<Src, Dst>(Src::rows(job_.src, y), Dst::rows(job_.dst, y), first, last,
+                        [this](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+                          const auto px = src_.load(from);
+                          auto result = convertPixels<typename Src::T, typename Dst::T>(op_, px);
+                          if constexpr (Dst::kTakesAlpha) result.alpha = px.alpha;
+                          dst_.store(result, to);
+                        });
   }
 
  private:
@@ -139,6 +142,11 @@ struct Convert {
     }
     return true;
   }
+
+  const Job& job_;
+  Op op_;
+  Src src_;
+  Dst dst_;
 };
 
 /// Converts rows with one arithmetic for the runs of kRun pixels that each row begins with, and another one for the
@@ -146,10 +154,13 @@ struct Convert {
 template <int kRun, class Op, class Rest, class Src, class Dst>
 struct ConvertRuns {
   static void rows(const Job& job, int first, int last) {
+    if (job.width % kRun == 0) return Convert<Op, Src, Dst>::rows(job, first, last);
     const int runs = job.width - job.width % kRun;
+    const Convert<Op, Src, Dst> run(job);
+    const Convert<Rest, Src, Dst> rest(job);
     for (int y = first; y < last; ++y) {
-      Convert<Op, Src, Dst>::pixels(job, y, 0, runs);
-      Convert<Rest, Src, Dst>::pixels(job, y, runs, job.width);
+      run.pixels(y, 0, runs);
+      rest.pixels(y, runs, job.width);
     }
   }
 };
