@@ -441,6 +441,67 @@ KIPAPI KipStatus kipiYCbCr420ToCbYCr422_Interlace_8u_P3C2R(const Kip8u* pSrc[3],
 
 /** @} */
 
+/** @defgroup gamma Gamma
+ *  The transfer curve of BT.709 on each of three colour samples. Forward, from linear light to coded values:
+ *  V = 4.5 L for L < 0.018, else 1.099 L^0.45 - 0.099. Inverse: L = V / 4.5 for V < 0.0812, else
+ *  ((V + 0.099) / 1.099)^(1 / 0.45).
+ *
+ *  8u: the curve on 0..1 times 255, to the nearest integer (forward: ties to even). 16u: the curve on 0..65535, truncated;
+ *  kipStatusNoMemory when there is no memory for a table of 65536 values. 32f: the curve on vMin..vMax in double
+ *  precision, rounded once; values outside the range are not limited. AC4 leaves the fourth sample of the destination as
+ *  it was.
+ *
+ *  Checks: for 32f, vMax - vMin of zero or less - kipStatusGammaRange - before everything else; then the image and plane
+ *  pointers; the size; steps below 1 - kipStatusBadStep.
+ *  @{ */
+
+KIPAPI KipStatus kipiGammaFwd_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaFwd_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaFwd_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst[3], int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaFwd_8u_C3IR(Kip8u* pSrcDst, int srcDstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaFwd_8u_AC4IR(Kip8u* pSrcDst, int srcDstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaFwd_8u_IP3R(Kip8u* pSrcDst[3], int srcDstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaFwd_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaFwd_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaFwd_16u_P3R(const Kip16u* pSrc[3], int srcStep, Kip16u* pDst[3], int dstStep,
+                                      KipiSize roiSize);
+KIPAPI KipStatus kipiGammaFwd_16u_C3IR(Kip16u* pSrcDst, int srcDstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaFwd_16u_AC4IR(Kip16u* pSrcDst, int srcDstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaFwd_16u_IP3R(Kip16u* pSrcDst[3], int srcDstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaFwd_32f_C3R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize,
+                                      Kip32f vMin, Kip32f vMax);
+KIPAPI KipStatus kipiGammaFwd_32f_AC4R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize,
+                                       Kip32f vMin, Kip32f vMax);
+KIPAPI KipStatus kipiGammaFwd_32f_P3R(const Kip32f* pSrc[3], int srcStep, Kip32f* pDst[3], int dstStep,
+                                      KipiSize roiSize, Kip32f vMin, Kip32f vMax);
+KIPAPI KipStatus kipiGammaFwd_32f_C3IR(Kip32f* pSrcDst, int srcDstStep, KipiSize roiSize, Kip32f vMin, Kip32f vMax);
+KIPAPI KipStatus kipiGammaFwd_32f_AC4IR(Kip32f* pSrcDst, int srcDstStep, KipiSize roiSize, Kip32f vMin, Kip32f vMax);
+KIPAPI KipStatus kipiGammaFwd_32f_IP3R(Kip32f* pSrcDst[3], int srcDstStep, KipiSize roiSize, Kip32f vMin, Kip32f vMax);
+KIPAPI KipStatus kipiGammaInv_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaInv_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaInv_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst[3], int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaInv_8u_C3IR(Kip8u* pSrcDst, int srcDstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaInv_8u_AC4IR(Kip8u* pSrcDst, int srcDstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaInv_8u_IP3R(Kip8u* pSrcDst[3], int srcDstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaInv_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaInv_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaInv_16u_P3R(const Kip16u* pSrc[3], int srcStep, Kip16u* pDst[3], int dstStep,
+                                      KipiSize roiSize);
+KIPAPI KipStatus kipiGammaInv_16u_C3IR(Kip16u* pSrcDst, int srcDstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaInv_16u_AC4IR(Kip16u* pSrcDst, int srcDstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaInv_16u_IP3R(Kip16u* pSrcDst[3], int srcDstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiGammaInv_32f_C3R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize,
+                                      Kip32f vMin, Kip32f vMax);
+KIPAPI KipStatus kipiGammaInv_32f_AC4R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize,
+                                       Kip32f vMin, Kip32f vMax);
+KIPAPI KipStatus kipiGammaInv_32f_P3R(const Kip32f* pSrc[3], int srcStep, Kip32f* pDst[3], int dstStep,
+                                      KipiSize roiSize, Kip32f vMin, Kip32f vMax);
+KIPAPI KipStatus kipiGammaInv_32f_C3IR(Kip32f* pSrcDst, int srcDstStep, KipiSize roiSize, Kip32f vMin, Kip32f vMax);
+KIPAPI KipStatus kipiGammaInv_32f_AC4IR(Kip32f* pSrcDst, int srcDstStep, KipiSize roiSize, Kip32f vMin, Kip32f vMax);
+KIPAPI KipStatus kipiGammaInv_32f_IP3R(Kip32f* pSrcDst[3], int srcDstStep, KipiSize roiSize, Kip32f vMin, Kip32f vMax);
+
+/** @} */
+
 #ifdef __cplusplus
 }
 #endif
