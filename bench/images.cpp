@@ -1,5 +1,6 @@
 #include "images.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -7,8 +8,6 @@
 
 namespace bench {
 namespace {
-
-constexpr size_t kPage = 4096;
 
 /// The cosine and the sine of 60 t^2 for t from 0 to 1, of which a zone plate is made.
 class Chirp {
@@ -45,13 +44,18 @@ void drawPlane(const kip::Plane& shape, const Plane& plane) {
   }
 }
 
+size_t bytesOf(const kip::Plane& plane) { return static_cast<size_t>(plane.rowBytes) * plane.rows; }
+
 }  // namespace
 
-Image::Image(kip::Sample sample, const std::vector<kip::Plane>& shape, size_t pageOffset)
-    : sample_(sample), shape_(shape) {
-  const auto bytesOf = [](const kip::Plane& plane) { return static_cast<size_t>(plane.rowBytes) * plane.rows; };
-  for (const kip::Plane& plane : shape_) bytes_ += bytesOf(plane);
-  memory_.resize(2 * kPage + bytes_);
+size_t bytesOf(const std::vector<kip::Plane>& planes) {
+  size_t bytes = 0;
+  for (const kip::Plane& plane : planes) bytes += bytesOf(plane);
+  return bytes;
+}
+
+Image::Image(kip::Sample sample, const std::vector<kip::Plane>& shape, size_t pageOffset, size_t leastBytes)
+    : sample_(sample), shape_(shape), memory_(2 * kPage + std::max(bytesOf(shape), leastBytes)) {
   uint8_t* at = memory_.data() + (kPage - reinterpret_cast<uintptr_t>(memory_.data()) % kPage) + pageOffset;
   for (const kip::Plane& plane : shape_) {
     planes_.push_back({at, plane.rowBytes});

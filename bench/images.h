@@ -22,25 +22,28 @@ struct Call {
   Plane src[4], dst[4];
 };
 
+constexpr size_t kPage = 4096;
+
+size_t bytesOf(const std::vector<kip::Plane>& planes);
+
 /// Planes in one piece of memory.
 class Image {
  public:
-  /// The memory starts at this distance from the beginning of a page. Where a store is followed by a load whose address
-  /// agrees with it in the last twelve bits the processor waits, so sources and destinations had better differ in them.
-  Image(kip::Sample sample, const std::vector<kip::Plane>& shape, size_t pageOffset);
+  /// The memory starts at `pageOffset` from the beginning of a page and has at least `leastBytes`. Where a store is
+  /// followed by a load whose address agrees with it in the last twelve bits the processor waits, so sources and
+  /// destinations had better differ in them.
+  Image(kip::Sample sample, const std::vector<kip::Plane>& shape, size_t pageOffset, size_t leastBytes);
 
   /// A scene with smooth parts, edges and a little noise, from the lowest to the highest value of the sample type;
   /// floats from 0 to 1.
   void draw();
 
   const std::vector<Plane>& planes() const { return planes_; }
-  size_t bytes() const { return bytes_; }
 
  private:
   kip::Sample sample_;
   std::vector<kip::Plane> shape_;
   std::vector<Plane> planes_;
-  size_t bytes_ = 0;
   std::vector<uint8_t> memory_;
 };
 

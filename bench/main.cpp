@@ -37,18 +37,8 @@ std::string figureOf(const Peer& peer) { return kTimes + (peer.result == Result:
 
 /// Ours first, then memcpy, then the peers.
 std::vector<Contestant> contestantsOf(const Subject& subject, Setting& setting) {
-  const size_t bytes = setting.bytes() / 2;  // memcpy reads and writes each
-  // Addresses that agree in their last twelve bits would slow memcpy down: half a page apart they do not.
-  const size_t distance = (bytes / 4096 + 1) * 4096 + 2048;
-  const auto memory = std::make_shared<std::vector<uint8_t>>(distance + bytes, 1);
-  std::vector<Contestant> contestants = {
-      {subject.name, [&setting] { setting.run(); }},
-      {kMemcpy,
-       [=] {
-         std::memcpy(memory->data() + distance, memory->data(), bytes);
-         benchmark::ClobberMemory();
-       }},
-  };
+  std::vector<Contestant> contestants = {{subject.name, [&setting] { setting.run(); }},
+                                         {kMemcpy, [&setting] { setting.copy(); }}};
   for (const Peer& peer : peersOf(subject.name)) {
     if (auto run = peer.prepare(setting.call())) contestants.push_back({figureOf(peer), run});
   }

@@ -1,5 +1,10 @@
 #include "subject.h"
 
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstring>
+
 namespace bench {
 namespace {
 
@@ -33,9 +38,15 @@ std::vector<Subject> allSubjects() {
 }
 
 Setting::Setting(const Subject& subject, int width, int height) : function_(*subject.function) {
-  const auto make = [&](kip::Side side, size_t pageOffset, Plane* planes, kip::ImageArgument& argument) {
-    auto image =
-        std::make_unique<Image>(function_.image(side).sample, function_.planes(side, {width, height}), pageOffset);
+  const KipiSize size = {width, height};
+  const bool inPlace = function_.shape.inPlace();
+  const auto from = function_.planes(inPlace ? kip::Side::kDestination : kip::Side::kSource, size);
+  const auto to = function_.planes(kip::Side::kDestination, size);
+  bytes_ = bytesOf(from) + bytesOf(to);
+
+  const auto make = [&](kip::Side side, const std::vector<kip::Plane>& shape, size_t pageOffset, Plane* planes,
+                        kip::ImageArgument& argument) {
+    auto image = std::make_unique<Image>(function_.image(side).sample, shape, pageOffset, bytes_ / 2);
     image->draw();
     for (size_t p = 0; p < image->planes().size(); ++p) {
       planes[p] = image->planes()[p];
@@ -44,14 +55,13 @@ Setting::Setting(const Subject& subject, int width, int height) : function_(*sub
     }
     return image;
   };
+  kip::ImageArgument unused;
   call_.width = width, call_.height = height;
-  destination_ = make(kip::Side::kDestination, 2048, call_.dst, arguments_.destination);
-  if (function_.shape.inPlace()) {
-    std::copy(std::begin(call_.dst), std::end(call_.dst), call_.src);
-  } else {
-    source_ = make(kip::Side::kSource, 0, call_.src, arguments_.source);
-  }
-  arguments_.size = {width, height};
+  source_ = make(inPlace ? kip::Side::kDestination : kip::Side::kSource, from, 0, call_.src,
+                 inPlace ? unused : arguments_.source);
+  destination_ = make(kip::Side::kDestination, to, kPage / 2, call_.dst, arguments_.destination);
+  if (inPlace) std::copy(std::begin(call_.dst), std::end(call_.dst), call_.src);
+  arguments_.size = size;
   arguments_.region = {0, 0, width, height};
   arguments_.choice = subject.choice;
   arguments_.noise = subject.noise;
@@ -60,6 +70,9 @@ Setting::Setting(const Subject& subject, int width, int height) : function_(*sub
   arguments_.matrix = kMatrix;
 }
 
-size_t Setting::bytes() const { return destination_->bytes() + (source_ ? source_ : destination_)->bytes(); }
+void Setting::copy() {
+  std::memcpy(destination_->planes()[0].at, source_->planes()[0].at, bytes_ / 2);
+  benchmark::ClobberMemory();
+}
 
 }  // namespace bench

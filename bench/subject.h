@@ -27,12 +27,16 @@ class Setting {
   const Call& call() const { return call_; }
 
   /// Read and written by one run.
-  size_t bytes() const;
+  size_t bytes() const { return bytes_; }
+
+  /// memcpy that reads and writes as many bytes as one run, in the same memory.
+  void copy();
 
  private:
   const kip::Function& function_;
   kip::Arguments arguments_;
   Call call_;
+  size_t bytes_;
   std::unique_ptr<Image> source_, destination_;
 };
 

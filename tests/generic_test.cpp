@@ -164,6 +164,17 @@ TEST_P(EveryFunction, ChecksItsArgumentsInOrderAndWritesNothingOnFailure) {
   }
 }
 
+/// Row addresses are not computed in 32 bits.
+TEST_P(EveryFunction, MayHaveRowsFarApart) {
+  if (sizeof(void*) == 4 || function().shape.wholeImage()) return;
+  const Case that(function(), allowed(function(), {21, 4}), settingsOf(function()).front());
+  if (!fits(Placement::kFarApart, function().planes(Side::kDestination, that.size)[0])) return;
+  const Content expected = outcomeOf(that).over(kFill);
+  Trial trial(that, Placement::kFarApart);
+  trial();
+  trial.expect(expected, "");
+}
+
 bool diffuses(const Case& that) {
   return that.function.contract.diffusesErrors && that.settings.choice >= 1 && that.settings.choice <= 3;
 }

@@ -1,5 +1,7 @@
 #include "frame/memory.h"
 
+#include <cstdint>
+
 #include "kipcore.h"
 
 namespace kip {
@@ -7,7 +9,9 @@ namespace {
 
 template <class T>
 T* allocate(int count) {
-  return count < 1 ? nullptr : static_cast<T*>(kipMalloc(static_cast<size_t>(count) * sizeof(T)));
+  // In 32 bits, the number of bytes may not fit.
+  if (count < 1 || static_cast<size_t>(count) > SIZE_MAX / sizeof(T)) return nullptr;
+  return static_cast<T*>(kipMalloc(count * sizeof(T)));
 }
 
 }  // namespace

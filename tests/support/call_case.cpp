@@ -15,13 +15,14 @@ uint32_t seedOf(const std::string& name, KipiSize size) {
 }
 
 std::vector<PlaneMemory> place(const Case& that, Side side, Placement placement, int variation) {
-  const int sample = bytesOf(that.function.image(side).sample);
+  const ImageShape& shape = that.function.image(side);
   const int firstSlot = side == Side::kSource ? 0 : kMostPlanes;
   std::vector<PlaneMemory> memory;
   for (const Plane& plane : that.function.planes(side, that.size)) {
-    // One step for all planes of one size; bases of every alignment that the sample type allows.
-    memory.emplace_back(placement, firstSlot + static_cast<int>(memory.size()), plane,
-                        sample * (1 + (variation + firstSlot) % 7));
+    const int slot = firstSlot + static_cast<int>(memory.size());
+    // All steps differ that may; the bases have every alignment that the sample type allows.
+    const int gap = 1 + (variation + (shape.stepPerPlane ? slot : firstSlot)) % 7;
+    memory.emplace_back(placement, slot, plane, gap * bytesOf(shape.sample));
   }
   return memory;
 }

@@ -1,5 +1,6 @@
 #include "support/memory.h"
 
+#include <pthread.h>
 #include <setjmp.h>
 #include <signal.h>
 #include <sys/mman.h>
@@ -20,9 +21,10 @@ constexpr size_t kMargin = 64;  // known bytes on the mapped side of guarded row
 /// Chunks of mapped pages with an unmapped page before, between and behind them.
 class Arena {
  public:
-  Arena(int chunks, size_t pages) : bytes_(pages * pageSize()), stride_(bytes_ + pageSize()) {
+  Arena(int chunks, size_t pages) : Arena(chunks, pages, (pages + 1) * pageSize()) {}
+  Arena(int chunks, size_t pages, size_t stride) : bytes_(pages * pageSize()), stride_(stride) {
     const size_t total = chunks * stride_ + pageSize();
-    void* all = mmap(nullptr, total, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    void* all = mmap(nullptr, total, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (all == MAP_FAILED) throw std::runtime_error("no memory for guarded images");
     first_ = static_cast<uint8_t*>(all) + pageSize();
     for (int c = 0; c < chunks; ++c) mprotect(begin(c), bytes_, PROT_READ | PROT_WRITE);
@@ -41,27 +43,42 @@ class Arena {
   uint8_t* first_;
 };
 
-constexpr int kGuardedRows = 12;
+constexpr int kGuardedRows = 12, kFarRows = 4;
 constexpr size_t kRowPages = 2, kImagePages = 512;
+constexpr size_t kFar = 0x44000000;  // twice that is beyond the range of an int
 
-const Arena& rowArena(int slot) {
-  static std::vector<std::unique_ptr<Arena>> own(kSlots);
-  if (!own[slot]) own[slot] = std::make_unique<Arena>(kGuardedRows, kRowPages);
-  return *own[slot];
+/// An arena for each plane of a call, made when it is first needed.
+template <class... Dimensions>
+const Arena& arenaFor(std::vector<std::unique_ptr<Arena>>& arenas, int slot, Dimensions... dimensions) {
+  arenas.resize(kSlots);
+  if (!arenas[slot]) arenas[slot] = std::make_unique<Arena>(dimensions...);
+  return *arenas[slot];
 }
 
+const Arena& rowArena(int slot) {
+  static std::vector<std::unique_ptr<Arena>> arenas;
+  return arenaFor(arenas, slot, kGuardedRows, kRowPages);
+}
+const Arena& farArena(int slot) {
+  static std::vector<std::unique_ptr<Arena>> arenas;
+  return arenaFor(arenas, slot, kFarRows, kRowPages, kFar);
+}
 const Arena& imageArena(int slot) {
-  static std::vector<std::unique_ptr<Arena>> own(kSlots);
-  if (!own[slot]) own[slot] = std::make_unique<Arena>(1, kImagePages);
-  return *own[slot];
+  static std::vector<std::unique_ptr<Arena>> arenas;
+  return arenaFor(arenas, slot, 1, kImagePages);
 }
 
 bool guardsRows(Placement placement) { return placement >= Placement::kRowEnds; }
 
 sigjmp_buf afterFault;
 const uint8_t* volatile faultAddress;
+pthread_t faultThread;
 
-void onFault(int, siginfo_t* info, void*) {
+void onFault(int signal, siginfo_t* info, void*) {
+  if (!pthread_equal(pthread_self(), faultThread)) {  // a worker's fault cannot be taken back
+    ::signal(signal, SIG_DFL);
+    return;
+  }
   faultAddress = static_cast<const uint8_t*>(info->si_addr);
   siglongjmp(afterFault, 1);
 }
@@ -82,13 +99,16 @@ const char* nameOf(Placement placement) {
       return "each row behind unmapped memory";
     case Placement::kBottomUp:
       return "each row before unmapped memory, bottom-up";
+    case Placement::kFarApart:
+      return "rows a gigabyte apart";
   }
   return "";
 }
 
 bool fits(Placement placement, Plane plane) {
   if (guardsRows(placement)) {
-    return plane.rows <= kGuardedRows && plane.rowBytes + kMargin <= kRowPages * Arena::pageSize();
+    const int rows = placement == Placement::kFarApart ? kFarRows : kGuardedRows;
+    return plane.rows <= rows && plane.rowBytes + kMargin <= kRowPages * Arena::pageSize();
   }
   return (plane.rowBytes + kMargin) * (plane.rows + 2) <= kImagePages * Arena::pageSize();
 }
@@ -96,7 +116,7 @@ bool fits(Placement placement, Plane plane) {
 PlaneMemory::PlaneMemory(Placement placement, int slot, Plane plane, int gap) : plane(plane) {
   const size_t rowBytes = plane.rowBytes, all = rowBytes * plane.rows;
   if (guardsRows(placement)) {
-    const Arena& arena = rowArena(slot);
+    const Arena& arena = placement == Placement::kFarApart ? farArena(slot) : rowArena(slot);
     const bool atEnd = placement != Placement::kRowStarts;
     for (int y = 0; y < plane.rows; ++y) {
       extents_.push_back({atEnd ? arena.end(y) - rowBytes - kMargin : arena.begin(y), rowBytes + kMargin});
@@ -157,6 +177,7 @@ std::string PlaneMemory::difference(const PlaneContent& expected, uint8_t fill) 
 
 std::optional<const uint8_t*> faultOf(const std::function<void()>& function) {
   struct sigaction action = {}, before;
+  faultThread = pthread_self();
   action.sa_sigaction = onFault;
   action.sa_flags = SA_SIGINFO | SA_NODEFER;
   sigaction(SIGSEGV, &action, &before);

@@ -17,7 +17,8 @@ enum class Placement {
   kTightStart,  ///< no gaps; unmapped memory in front of the first row
   kRowEnds,     ///< unmapped memory behind every row
   kRowStarts,   ///< unmapped memory in front of every row
-  kBottomUp,    ///< the same with a negative step
+  kBottomUp,    ///< as kRowEnds, with a negative step
+  kFarApart,    ///< rows more than a gigabyte apart; for 64 bits only
 };
 
 const char* nameOf(Placement placement);
@@ -25,7 +26,7 @@ const char* nameOf(Placement placement);
 /// One plane laid out in such memory.
 class PlaneMemory {
  public:
-  /// `slot` tells planes of one call apart. `offset` moves padded planes: it is in bytes and keeps samples aligned.
+  /// `slot` tells the planes of one call apart. `gap` is the bytes between padded rows, and moves their first one.
   PlaneMemory(Placement placement, int slot, Plane plane, int gap);
 
   Plane plane;
