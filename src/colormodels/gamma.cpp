@@ -146,8 +146,8 @@ class ByteCurve {
     }
     for (int part = 0; part < 8; ++part) {
       for (int k = 0; k < kAtOnce; ++k) {
-        const U8 below = hn::TableLookupBytesOr0(differences(part), lower[k]);
-        const U8 above = hn::TableLookupBytesOr0(differences(8 + part), upper[k]);
+        const U8 below = lookUp(differences(part), lower[k]);
+        const U8 above = lookUp(differences(8 + part), upper[k]);
         s.v[k] = hn::Xor(s.v[k], hn::Xor(below, above));
         lower[k] = hn::Sub(lower[k], sixteen), upper[k] = hn::Sub(upper[k], sixteen);
       }

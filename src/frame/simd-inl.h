@@ -183,6 +183,14 @@ KIP_INLINE U8 mergeBytes(I16 even, I16 odd) {
   return hn::TableLookupBytes(packBytes(even, odd), hn::LoadDup128(Tag<uint8_t>(), kAlternate));
 }
 
+/// Of each block's 16 table bytes the one at the index's low four bits; 0 where the index's top bit is set.
+KIP_INLINE U8 lookUp(U8 table, U8 index) {
+#if KIP_EMULATED
+  index = hn::And(index, set<uint8_t>(0x8F));
+#endif
+  return hn::TableLookupBytesOr0(table, index);
+}
+
 /// Products of 16-bit lanes, summed over each even lane and its odd neighbour: exact in 32 bits.
 KIP_INLINE I32 dotPairs(I16 a, I16 b) {
 #if KIP_EMULATED
