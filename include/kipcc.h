@@ -333,6 +333,28 @@ KIPAPI KipStatus kipiDemosaicAHD_16u_C1C3R(const Kip16u* pSrc, KipiRect srcRoi, 
 
 /** @} */
 
+/** @defgroup tonemapping Tone mapping
+ *  One channel of floats, such as the luminance of a high-dynamic-range image, to 8 bits with one scale for the whole
+ *  region. The scale is found first, so the source is read twice.
+ *
+ *  ToneMapLinear scales by 255 / maximum. There is no clamp: a product is truncated towards zero, and its low 8 bits are
+ *  stored, so that -1.5 gives 255. Products beyond 32 bits saturate before: large ones give 255, large negative ones 0.
+ *
+ *  ToneMapMean scales by 255 / (2 x mean) and clamps the truncated products to 0..255. Rows are summed in single
+ *  precision in sixteen partial sums, column x in sum x mod 16, and the rows' sums in extended precision.
+ *
+ *  Products that are not numbers give 0; the maximum passes over samples that are not numbers.
+ *
+ *  A maximum or mean below zero gives kipStatusNoOperation, and nothing is written. One that is zero or smaller than the
+ *  smallest normal float (the mean: half of that) fills the destination with 0; only in this case is pDst checked.
+ *  @{ */
+
+KIPAPI KipStatus kipiToneMapLinear_32f8u_C1R(const Kip32f* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiToneMapMean_32f8u_C1R(const Kip32f* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+
+/** @} */
+
 /** @defgroup layout Chroma layouts
  *  8-bit YCbCr between samplings of the chroma and between layouts. Luma is copied as it is. The figure behind a space's
  *  name is its sampling:
