@@ -277,6 +277,84 @@ KIPAPI KipStatus kipiColorTwist_32f_C4R(const Kip32f* pSrc, int srcStep, Kip32f*
 
 /** @} */
 
+/** @defgroup demosaicing Demosaicing
+ *  One sample per pixel, as a sensor behind a Bayer pattern of colour filters gives it, to R, G, B.
+ *
+ *  pSrc is the first sample of the whole sensor image, of srcSize; srcRoi is the region of it to convert, which goes to
+ *  pDst, its top-left pixel first. Neighbours outside the region but inside the image take part, so a region comes out
+ *  as the same part of the whole image would. The grid is anchored at the image's origin, whatever the region. At the
+ *  image's edges a missing neighbour is replaced by the one opposite it. The destination must not overlap the source.
+ *
+ *  The region is cut to the image without an error; when nothing is left of it, nothing is written and the status is
+ *  kipStatusOk. Steps may be negative.
+ *
+ *  Checks, in this order: null pSrc or pDst - kipStatusNullPointer; an image smaller than 2 x 2 (CFAToRGB) or 5 x 5
+ *  (DemosaicAHD) - kipStatusBadSize; an unknown grid - kipStatusBadArgument; no scratch memory (DemosaicAHD) -
+ *  kipStatusNoMemory.
+ *
+ *  CFAToRGB interpolates between direct neighbours, rounding halves up: missing red and blue are the mean of the two or
+ *  four nearest samples. Green at a red or blue sample is the mean of the two neighbours in the column, or of those in
+ *  the row, whichever way the centre's own colour differs less two samples away; when it differs the same both ways, and
+ *  on the two outermost rows and columns of the image, it is the mean of all four. A region with a negative origin is
+ *  empty.
+ *
+ *  DemosaicAHD is the adaptive homogeneity-directed method (Hirakawa and Parks, 2005): slower, and with far fewer
+ *  coloured fringes. Each pixel is interpolated along its row and along its column with the help of the other colours,
+ *  and the candidate is taken that has more neighbours of nearly its own lightness and chroma (CIE L*a*b*) within 3 x 3
+ *  pixels; the mean of both, when it is a draw. Results are rounded to nearest, ties to even. A negative x or y of the
+ *  region becomes 0 and leaves its size unchanged. Work memory is a fixed 100 KB, whatever the size of the image; pTmp
+ *  and tmpStep are not used and may be null and 0.
+ *  @{ */
+
+/** A rectangle of an image, in pixels. */
+typedef struct {
+  int x;
+  int y;
+  int width;
+  int height;
+} KipiRect;
+
+/** The colours of the image's 2 x 2 cell at (0, 0): the first two letters are its first row. */
+typedef enum {
+  kipiBayerBGGR = 0,
+  kipiBayerRGGB = 1,
+  kipiBayerGBRG = 2,
+  kipiBayerGRBG = 3
+} KipiBayerGrid;
+
+KIPAPI KipStatus kipiCFAToRGB_8u_C1C3R(const Kip8u* pSrc, KipiRect srcRoi, KipiSize srcSize, int srcStep,
+                                       Kip8u* pDst, int dstStep, KipiBayerGrid grid);
+KIPAPI KipStatus kipiCFAToRGB_16u_C1C3R(const Kip16u* pSrc, KipiRect srcRoi, KipiSize srcSize, int srcStep,
+                                        Kip16u* pDst, int dstStep, KipiBayerGrid grid);
+KIPAPI KipStatus kipiDemosaicAHD_8u_C1C3R(const Kip8u* pSrc, KipiRect srcRoi, KipiSize srcSize, int srcStep,
+                                          Kip8u* pDst, int dstStep, KipiBayerGrid grid, void* pTmp, int tmpStep);
+KIPAPI KipStatus kipiDemosaicAHD_16u_C1C3R(const Kip16u* pSrc, KipiRect srcRoi, KipiSize srcSize, int srcStep,
+                                           Kip16u* pDst, int dstStep, KipiBayerGrid grid, void* pTmp, int tmpStep);
+
+/** @} */
+
+/** @defgroup tonemapping Tone mapping
+ *  One channel of floats, such as the luminance of a high-dynamic-range image, to 8 bits with one scale for the whole
+ *  region. The scale is found first, so the source is read twice.
+ *
+ *  ToneMapLinear scales by 255 / maximum. There is no clamp: a product is truncated towards zero, and its low 8 bits are
+ *  stored, so that -1.5 gives 255. Products beyond 32 bits saturate before: large ones give 255, large negative ones 0.
+ *
+ *  ToneMapMean scales by 255 / (2 x mean) and clamps the truncated products to 0..255. Rows are summed in single
+ *  precision in sixteen partial sums, column x in sum x mod 16, and the rows' sums in extended precision.
+ *
+ *  Products that are not numbers give 0; the maximum passes over samples that are not numbers.
+ *
+ *  A maximum or mean below zero gives kipStatusNoOperation, and nothing is written. One that is zero or smaller than the
+ *  smallest normal float (the mean: half of that) fills the destination with 0; only in this case is pDst checked.
+ *  @{ */
+
+KIPAPI KipStatus kipiToneMapLinear_32f8u_C1R(const Kip32f* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiToneMapMean_32f8u_C1R(const Kip32f* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+
+/** @} */
+
 /** @defgroup layout Chroma layouts
  *  8-bit YCbCr between samplings of the chroma and between layouts. Luma is copied as it is. The figure behind a space's
  *  name is its sampling:

@@ -144,10 +144,10 @@ const PeerTable table("OpenCV", {
   {{"kipiGammaFwd_8u_AC4R", "kipiGammaInv_8u_AC4R", "kipiGammaFwd_8u_AC4IR", "kipiGammaInv_8u_AC4IR"}, "LUT", kSame, lookUp(CV_8UC4)},
 
   // Demosaicing
-  {{"kipiCFAToRGB_8u_C1C3R", "kipiDemosaicAHD_8u_C1C3R"}, "BayerBG2BGR", kCoarse, color(cv::COLOR_BayerBG2BGR, kC1, kC3)},
-  {{"kipiCFAToRGB_8u_C1C3R", "kipiDemosaicAHD_8u_C1C3R"}, "BayerBG2BGR_EA", kCoarse, color(cv::COLOR_BayerBG2BGR_EA, kC1, kC3)},
-  {{"kipiCFAToRGB_16u_C1C3R", "kipiDemosaicAHD_16u_C1C3R"}, "BayerBG2BGR", kCoarse, color(cv::COLOR_BayerBG2BGR, k16C1, k16C3)},
-  {{"kipiCFAToRGB_16u_C1C3R", "kipiDemosaicAHD_16u_C1C3R"}, "BayerBG2BGR_EA", kCoarse, color(cv::COLOR_BayerBG2BGR_EA, k16C1, k16C3)},
+  {{"kipiCFAToRGB_8u_C1C3R"}, "BayerBG2BGR", kCoarse, color(cv::COLOR_BayerBG2BGR, kC1, kC3)},
+  {{"kipiCFAToRGB_8u_C1C3R"}, "BayerBG2BGR_EA", kCoarse, color(cv::COLOR_BayerBG2BGR_EA, kC1, kC3)},
+  {{"kipiCFAToRGB_16u_C1C3R"}, "BayerBG2BGR", kCoarse, color(cv::COLOR_BayerBG2BGR, k16C1, k16C3)},
+  {{"kipiCFAToRGB_16u_C1C3R"}, "BayerBG2BGR_EA", kCoarse, color(cv::COLOR_BayerBG2BGR_EA, k16C1, k16C3)},
 });
 // clang-format on
 
