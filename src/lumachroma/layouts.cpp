@@ -14,6 +14,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Blocks of chroma. Their lanes, and what resampling moves, are the samples of two planes where both sides have three
@@ -315,7 +316,40 @@ KIP_INLINE Chroma<kTo> resample(const Chroma<kFrom>& c) {
   }
 }
 
-inline void copyLuma(const Job& job, int first, int last, size_t columns) {
+/// Whether a row and the next one follow one another without a gap, so that they can be converted as one.
+template <class Layout, class Byte>
+bool adjoin(const Rows<Byte, Layout::kPointers>& row, const Rows<Byte, Layout::kPointers>& next, size_t pixels) {
+  for (int p = 0; p < Layout::kPointers; ++p) {
+    if (next.at[p] - row.at[p] != static_cast<ptrdiff_t>(Layout::bytes(p, pixels))) return false;
+  }
+  return true;
+}
+
+/// Converts rows first .. last - 1, as one where they adjoin. rowsAt(row, from, to) tells where they are.
+template <class From, class To, class RowsAt, class Block>
+KIP_INLINE void forRows(int first, int last, size_t pixels, const RowsAt& rowsAt, const Block& block) {
+  Rows<const Kip8u, From::kPointers> from, nextFrom;
+  Rows<Kip8u, To::kPointers> to, nextTo;
+  if (last - first > 1) {
+    rowsAt(first, from, to);
+    rowsAt(first + 1, nextFrom, nextTo);
+    if (adjoin<From>(from, nextFrom, pixels) && adjoin<To>(to, nextTo, pixels)) {
+      pixels *= last - first;
+      last = first + 1;
+    }
+  }
+  for (int row = first; row < last; ++row) {
+    rowsAt(row, from, to);
+    forBlocks<From, To>(from, to, 0, pixels, block);
+  }
+}
+
+void copyLuma(const Job& job, int first, int last, size_t columns) {
+  const auto adjoins = [=](ptrdiff_t step) { return step == static_cast<ptrdiff_t>(columns); };
+  if (adjoins(job.src.step[0]) && adjoins(job.dst.step[0])) {
+    columns *= last - first;
+    last = first + 1;
+  }
   for (int y = first; y < last; ++y) std::memcpy(job.dst.row(0, y), job.src.row(0, y), columns);
 }
 
@@ -327,15 +361,17 @@ struct Relayout {
 
   static void rows(const Job& job, int first, int last) {
     const int top = first * kRows, bottom = last * kRows;
-    if constexpr (Src::kPacked || Dst::kPacked) {
+    if constexpr (!Src::kPacked && !Dst::kPacked) {
+      copyLuma(job, top, bottom, columns(job));
+      chroma(job, top / Dst::kDown, bottom / Dst::kDown);
+    } else if constexpr (kRowForRow) {
+      chroma(job, top, bottom);
+    } else {
       for (int y = top; y < bottom; ++y) {
         const bool hasChroma = y % Dst::kDown == 0;
-        if (hasChroma) chroma(job, y / Dst::kDown);
+        if (hasChroma) chroma(job, y / Dst::kDown, y / Dst::kDown + 1);
         if (!hasChroma || !kTogether) unpackLuma(job, y);
       }
-    } else {
-      copyLuma(job, top, bottom, columns(job));
-      for (int row = top / Dst::kDown; row < bottom / Dst::kDown; ++row) chroma(job, row);
     }
   }
 
@@ -343,6 +379,9 @@ struct Relayout {
   using Lane = std::conditional_t<Src::kPlanes == 3 && Dst::kPlanes == 3, Sample, Pair>;
   static constexpr bool kExchange = Src::kCrFirst != Dst::kCrFirst;
   static_assert(!kExchange || Src::kPlanes == 3 || Dst::kPlanes == 3, "Cb and Cr change places where they are planes");
+
+  /// Whether each row is made from the source's row of the same number, and all alike.
+  static constexpr bool kRowForRow = Src::kDown == Dst::kDown && std::is_same_v<Rule, Nearest>;
 
   /// Whether luma goes along with the chroma of its row, as it is packed with it.
   static constexpr bool kTogether = Dst::kPacked || (Src::kPacked && Rule::kTaps == 1);
@@ -357,32 +396,44 @@ struct Relayout {
     }
   }
 
-  static void chroma(const Job& job, int row) {
-    constexpr int kWhole = kRows / Src::kDown;
-    const Place place = {row, row * Dst::kDown / Src::kDown, job.height / kRows * kWhole};
-    if (Rule::copies(row)) {
-      chroma<Nearest>(job, place);
+  /// Rows of the destination's chroma.
+  static void chroma(const Job& job, int first, int last) {
+    if constexpr (kRowForRow) {
+      chroma<Rule>(job, first, last);
     } else {
-      chroma<Rule>(job, place);
+      for (int row = first; row < last; ++row) {
+        if (Rule::copies(row)) {
+          chroma<Nearest>(job, row, row + 1);
+        } else {
+          chroma<Rule>(job, row, row + 1);
+        }
+      }
     }
   }
 
+  static Place placeOf(const Job& job, int row) {
+    constexpr int kWhole = kRows / Src::kDown;
+    return {row, row * Dst::kDown / Src::kDown, job.height / kRows * kWhole};
+  }
+
+  /// Rows that have the rule of the first one in common.
   template <class R>
-  static void chroma(const Job& job, const Place& place) {
+  static void chroma(const Job& job, int first, int last) {
     constexpr bool kLumaBehind = kTogether && !Dst::kPacked;
     using From = RowsOf<Src, Dst::kPacked, R::kTaps>;
     using To = RowsOf<Dst, kLumaBehind>;
-    const R rule(place);
-    Rows<const Kip8u, From::kPointers> from;
-    Rows<Kip8u, To::kPointers> to;
-    if (Dst::kPacked) from.at[0] = job.src.row(0, place.row);
-    for (int t = 0; t < R::kTaps; ++t) {
-      From::set(from, t, Src::rows(job.src, rule.taps[t], kExchange && Src::kPlanes == 3));
-    }
-    if (kLumaBehind) to.at[0] = job.dst.row(0, place.nearest);
-    To::set(to, 0, Dst::rows(job.dst, place.row, kExchange && Src::kPlanes != 3));
-
-    forBlocks<From, To>(from, to, 0, columns(job), [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+    const auto rowsAt = [&](int row, Rows<const Kip8u, From::kPointers>& from, Rows<Kip8u, To::kPointers>& to) {
+      const Place place = placeOf(job, row);
+      const R rule(place);
+      if (Dst::kPacked) from.at[0] = job.src.row(0, row);
+      for (int t = 0; t < R::kTaps; ++t) {
+        From::set(from, t, Src::rows(job.src, rule.taps[t], kExchange && Src::kPlanes == 3));
+      }
+      if (kLumaBehind) to.at[0] = job.dst.row(0, place.nearest);
+      To::set(to, 0, Dst::rows(job.dst, row, kExchange && Src::kPlanes != 3));
+    };
+    const R rule(placeOf(job, first));
+    forRows<From, To>(first, last, columns(job), rowsAt, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
       Chroma<Dst::kAcross> taps[R::kTaps], c;
       for (int t = 0; t < R::kTaps; ++t) taps[t] = resample<R, Lane, Dst::kAcross>(Src::load(From::get(in, t), Lane()));
       for (int i = 0; i < 4 / Dst::kAcross; ++i) {
@@ -470,18 +521,18 @@ struct Reorder {
                                                        4 + k2,  4 + k3,  8 + k0,  8 + k1, 8 + k2, 8 + k3,
                                                        12 + k0, 12 + k1, 12 + k2, 12 + k3};
     const U8 order = hn::LoadDup128(Tag<uint8_t>(), kOrder);
-    for (int y = first; y < last; ++y) {
-      forBlocks<Luma, Luma>({{job.src.row(0, y)}}, {{job.dst.row(0, y)}}, 0, size_t{4} * (job.width / 2),
-                            [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
-                              for (int i = 0; i < 2; ++i) {
-                                const int at = i * kLanes<uint8_t>;
-                                storeBytes(hn::TableLookupBytes(loadBytes(in.at[0] + at), order), out.at[0] + at);
-                              }
-                            });
-    }
+    const auto rowsAt = [&](int y, Rows<const Kip8u, 1>& from, Rows<Kip8u, 1>& to) {
+      from.at[0] = job.src.row(0, y), to.at[0] = job.dst.row(0, y);
+    };
+    const size_t bytes = 4 * static_cast<size_t>(job.width / 2);
+    forRows<Luma, Luma>(first, last, bytes, rowsAt, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+      const auto [left, right] = Luma::load(in.at[0]).part;
+      Luma{{hn::TableLookupBytes(left, order), hn::TableLookupBytes(right, order)}}.store(out.at[0]);
+    });
   }
 };
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();
