@@ -14,6 +14,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Blocks of chroma. Their lanes, and what resampling moves, are the samples of two planes where both sides have three
@@ -33,6 +34,19 @@ struct Chroma {
 
 KIP_INLINE U8 loadBytes(const Kip8u* from) { return hn::LoadU(Tag<uint8_t>(), from); }
 KIP_INLINE void storeBytes(U8 v, Kip8u* to) { hn::StoreU(v, Tag<uint8_t>(), to); }
+
+/// The luma of a block, and rows of it as a layout.
+struct Luma {
+  static constexpr int kPointers = 1;
+  static constexpr int kBlock = kPixels;
+  static constexpr bool kKeeps = false;
+  static constexpr size_t bytes(int, size_t pixels) { return pixels; }
+
+  KIP_INLINE static Luma load(const Kip8u* from) { return {{loadBytes(from), loadBytes(from + kLanes<uint8_t>)}}; }
+  KIP_INLINE void store(Kip8u* to) const { storeBytes(part[0], to), storeBytes(part[1], to + kLanes<uint8_t>); }
+
+  U8 part[2];
+};
 
 KIP_INLINE Chroma<2> samplesOf(const Chroma<2>& pairs) {
   const Tag<uint8_t> d;
@@ -121,12 +135,12 @@ struct Packed : Sampled<2, 1, 1, kCrFirst> {
     for (int i = 0; i < 2; ++i) c.part[i] = every(from.at[0] + 2 * i * kLanes<uint8_t>, kLumaFirst);
     return c;
   }
-  KIP_INLINE static U8 luma(const Kip8u* from) { return every(from, !kLumaFirst); }
-
-  KIP_INLINE static void store(const Chroma<2>& c, const Kip8u* luma, const Rows<Kip8u, 1>& to) {
+  KIP_INLINE static Luma luma(const Kip8u* from) {
+    return {{every(from, !kLumaFirst), every(from + 2 * kLanes<uint8_t>, !kLumaFirst)}};
+  }
+  KIP_INLINE static void store(const Luma& y, const Chroma<2>& c, const Rows<Kip8u, 1>& to) {
     for (int i = 0; i < 2; ++i) {
-      const U8 y = loadBytes(luma + i * kLanes<uint8_t>);
-      hn::StoreInterleaved2(kLumaFirst ? y : c.part[i], kLumaFirst ? c.part[i] : y, Tag<uint8_t>(),
+      hn::StoreInterleaved2(kLumaFirst ? y.part[i] : c.part[i], kLumaFirst ? c.part[i] : y.part[i], Tag<uint8_t>(),
                             to.at[0] + 2 * i * kLanes<uint8_t>);
     }
   }
@@ -134,9 +148,8 @@ struct Packed : Sampled<2, 1, 1, kCrFirst> {
  private:
   /// The odd or the even ones of the next bytes.
   KIP_INLINE static U8 every(const Kip8u* from, bool odd) {
-    const Tag<uint8_t> d;
-    const U8 lower = loadBytes(from), upper = loadBytes(from + kLanes<uint8_t>);
-    return odd ? hn::ConcatOdd(d, upper, lower) : hn::ConcatEven(d, upper, lower);
+    const U8 first = loadBlocks(from, 32), second = loadBlocks(from + 16, 32);
+    return odd ? packBytes(oddBytes(first), oddBytes(second)) : packBytes(evenBytes(first), evenBytes(second));
   }
 };
 
@@ -152,29 +165,22 @@ using YCbCr411P3 = ThreePlanes<4, 1>;
 using YCbCr411P2 = TwoPlanes<4, 1>;
 using YCbCr1620P3 = ThreePlanes<4, 4>;
 
-/// A row of luma.
-struct Luma {
-  static constexpr int kPointers = 1;
-  static constexpr int kBlock = kPixels;
-  static constexpr bool kKeeps = false;
-  static constexpr size_t bytes(int, size_t pixels) { return pixels; }
-};
-
-/// What one row of the destination is made from: luma where the destination packs it with the chroma, and kTaps rows
-/// of chroma.
-template <class Layout, int kTaps, bool kLuma>
-struct SourceRows : Layout {
+/// kTimes rows of chroma of a layout, behind a row of luma where kLuma.
+template <class Layout, bool kLuma, int kTimes = 1>
+struct RowsOf : Layout {
   static constexpr int kEach = Layout::kPointers;
-  static constexpr int kPointers = kLuma + kTaps * kEach;
+  static constexpr int kPointers = kLuma + kTimes * kEach;
   static constexpr size_t bytes(int p, size_t pixels) {
     return p < kLuma ? Luma::bytes(0, pixels) : Layout::bytes((p - kLuma) % kEach, pixels);
   }
-  static void setTap(Rows<const Kip8u, kPointers>& rows, int tap, const Rows<const Kip8u, kEach>& row) {
-    std::copy_n(row.at, kEach, rows.at + kLuma + tap * kEach);
+  template <class Byte>
+  static void set(Rows<Byte, kPointers>& rows, int which, const Rows<Byte, kEach>& row) {
+    for (int p = 0; p < kEach; ++p) rows.at[kLuma + which * kEach + p] = row.at[p];
   }
-  KIP_INLINE static Rows<const Kip8u, kEach> tap(const Rows<const Kip8u, kPointers>& rows, int tap) {
-    Rows<const Kip8u, kEach> row;
-    for (int p = 0; p < kEach; ++p) row.at[p] = rows.at[kLuma + tap * kEach + p];
+  template <class Byte>
+  KIP_INLINE static Rows<Byte, kEach> get(const Rows<Byte, kPointers>& rows, int which) {
+    Rows<Byte, kEach> row;
+    for (int p = 0; p < kEach; ++p) row.at[p] = rows.at[kLuma + which * kEach + p];
     return row;
   }
 };
@@ -189,11 +195,15 @@ struct Place {
   int rows;     ///< of chroma in the source
 };
 
+/// What most rules have in common.
+struct RuleBase {
+  static constexpr int kGroup = 1;           ///< rows of luma that belong together, if more than the layouts say
+  static bool copies(int) { return false; }  ///< whether Nearest gives this row, too
+};
+
 /// Every sample from one other: decimation and repetition.
-struct Nearest {
+struct Nearest : RuleBase {
   static constexpr int kTaps = 1;
-  static constexpr int kGroup = 1;  ///< luma rows that belong together, if more than share a row of chroma
-  static bool copies(int) { return false; }  ///< whether the row is one that Nearest gives, too
 
   int taps[kTaps];
 
@@ -216,10 +226,8 @@ struct AverageColumns : Nearest {
   }
 };
 
-struct AverageRows {
+struct AverageRows : RuleBase {
   static constexpr int kTaps = 2;
-  static constexpr int kGroup = 1;
-  static bool copies(int) { return false; }
 
   int taps[kTaps];
 
@@ -234,9 +242,8 @@ KIP_INLINE I16 upperSums(U8 a, U8 b, I8 weights) {
 }
 
 /// Twice the rows: the even ones are the source's, the odd ones (9 (b + c) - a - d + 8) >> 4 of the four rows around.
-struct FourTap {
+struct FourTap : RuleBase {
   static constexpr int kTaps = 4;
-  static constexpr int kGroup = 2;
   static bool copies(int row) { return row % 2 == 0; }
 
   int taps[kTaps];
@@ -255,10 +262,9 @@ struct FourTap {
 
 /// Two rows of one field with weights that sum to 2^kBits. Rows of different fields never mix.
 template <int kBits>
-struct OfField {
+struct OfField : RuleBase {
   static constexpr int kTaps = 2;
   static constexpr int kGroup = 4;
-  static bool copies(int) { return false; }
 
   int taps[kTaps];
   I8 weights;
@@ -310,6 +316,43 @@ KIP_INLINE Chroma<kTo> resample(const Chroma<kFrom>& c) {
   }
 }
 
+/// Whether a row and the next one follow one another without a gap, so that they can be converted as one.
+template <class Layout, class Byte>
+bool adjoin(const Rows<Byte, Layout::kPointers>& row, const Rows<Byte, Layout::kPointers>& next, size_t pixels) {
+  for (int p = 0; p < Layout::kPointers; ++p) {
+    if (next.at[p] - row.at[p] != static_cast<ptrdiff_t>(Layout::bytes(p, pixels))) return false;
+  }
+  return true;
+}
+
+/// Converts rows first .. last - 1, as one where they adjoin. rowsAt(row, from, to) tells where they are.
+template <class From, class To, class RowsAt, class Block>
+KIP_INLINE void forRows(int first, int last, size_t pixels, const RowsAt& rowsAt, const Block& block) {
+  Rows<const Kip8u, From::kPointers> from, nextFrom;
+  Rows<Kip8u, To::kPointers> to, nextTo;
+  if (last - first > 1) {
+    rowsAt(first, from, to);
+    rowsAt(first + 1, nextFrom, nextTo);
+    if (adjoin<From>(from, nextFrom, pixels) && adjoin<To>(to, nextTo, pixels)) {
+      pixels *= last - first;
+      last = first + 1;
+    }
+  }
+  for (int row = first; row < last; ++row) {
+    rowsAt(row, from, to);
+    forBlocks<From, To>(from, to, 0, pixels, block);
+  }
+}
+
+void copyLuma(const Job& job, int first, int last, size_t columns) {
+  const auto adjoins = [=](ptrdiff_t step) { return step == static_cast<ptrdiff_t>(columns); };
+  if (adjoins(job.src.step[0]) && adjoins(job.dst.step[0])) {
+    columns *= last - first;
+    last = first + 1;
+  }
+  for (int y = first; y < last; ++y) std::memcpy(job.dst.row(0, y), job.src.row(0, y), columns);
+}
+
 /// A conversion between two layouts: whole blocks of columns only.
 template <class Src, class Dst, class Rule = Nearest>
 struct Relayout {
@@ -317,9 +360,18 @@ struct Relayout {
   static constexpr int kRows = std::max({Src::kDown, Dst::kDown, Rule::kGroup});
 
   static void rows(const Job& job, int first, int last) {
-    for (int y = first * kRows; y < last * kRows; ++y) {
-      if constexpr (!Dst::kPacked) luma(job, y);
-      if (y % Dst::kDown == 0) chroma(job, y / Dst::kDown);
+    const int top = first * kRows, bottom = last * kRows;
+    if constexpr (!Src::kPacked && !Dst::kPacked) {
+      copyLuma(job, top, bottom, columns(job));
+      chroma(job, top / Dst::kDown, bottom / Dst::kDown);
+    } else if constexpr (kRowForRow) {
+      chroma(job, top, bottom);
+    } else {
+      for (int y = top; y < bottom; ++y) {
+        const bool hasChroma = y % Dst::kDown == 0;
+        if (hasChroma) chroma(job, y / Dst::kDown, y / Dst::kDown + 1);
+        if (!hasChroma || !kTogether) unpackLuma(job, y);
+      }
     }
   }
 
@@ -328,54 +380,72 @@ struct Relayout {
   static constexpr bool kExchange = Src::kCrFirst != Dst::kCrFirst;
   static_assert(!kExchange || Src::kPlanes == 3 || Dst::kPlanes == 3, "Cb and Cr change places where they are planes");
 
+  /// Whether each row is made from the source's row of the same number, and all alike.
+  static constexpr bool kRowForRow = Src::kDown == Dst::kDown && std::is_same_v<Rule, Nearest>;
+
+  /// Whether luma goes along with the chroma of its row, as it is packed with it.
+  static constexpr bool kTogether = Dst::kPacked || (Src::kPacked && Rule::kTaps == 1);
+
   static size_t columns(const Job& job) { return job.width / kColumns * kColumns; }
 
-  static void luma(const Job& job, int y) {
-    const Kip8u* from = job.src.row(0, y);
-    Kip8u* to = job.dst.row(0, y);
-    if constexpr (Src::kPacked) {
-      forBlocks<Src, Luma>({{from}}, {{to}}, 0, columns(job), [](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
-        constexpr int kHalf = kLanes<uint8_t>;
-        storeBytes(Src::luma(in.at[0]), out.at[0]);
-        storeBytes(Src::luma(in.at[0] + 2 * kHalf), out.at[0] + kHalf);
-      });
-    } else {
-      std::memcpy(to, from, columns(job));
+  static void unpackLuma(const Job& job, int y) {
+    if constexpr (!Dst::kPacked) {
+      forBlocks<Src, Luma>({{job.src.row(0, y)}}, {{job.dst.row(0, y)}}, 0, columns(job),
+                           [](const auto& in, const auto& out)
+                               KIP_INLINE_LAMBDA { Src::luma(in.at[0]).store(out.at[0]); });
     }
   }
 
-  static void chroma(const Job& job, int row) {
+  /// Rows of the destination's chroma.
+  static void chroma(const Job& job, int first, int last) {
+    if constexpr (kRowForRow) {
+      chroma<Rule>(job, first, last);
+    } else {
+      for (int row = first; row < last; ++row) {
+        if (Rule::copies(row)) {
+          chroma<Nearest>(job, row, row + 1);
+        } else {
+          chroma<Rule>(job, row, row + 1);
+        }
+      }
+    }
+  }
+
+  static Place placeOf(const Job& job, int row) {
     constexpr int kWhole = kRows / Src::kDown;
-    const Place place = {row, row * Dst::kDown / Src::kDown, job.height / kRows * kWhole};
-    if (Rule::copies(row)) {
-      chroma<Nearest>(job, place);
-    } else {
-      chroma<Rule>(job, place);
-    }
+    return {row, row * Dst::kDown / Src::kDown, job.height / kRows * kWhole};
   }
 
+  /// Rows that have the rule of the first one in common.
   template <class R>
-  static void chroma(const Job& job, const Place& place) {
-    using From = SourceRows<Src, R::kTaps, Dst::kPacked>;
-    const R rule(place);
-    Rows<const Kip8u, From::kPointers> from;
-    if (Dst::kPacked) from.at[0] = job.src.row(0, place.row);
-    for (int t = 0; t < R::kTaps; ++t) {
-      From::setTap(from, t, Src::rows(job.src, rule.taps[t], kExchange && Src::kPlanes == 3));
-    }
-    const auto to = Dst::rows(job.dst, place.row, kExchange && Src::kPlanes != 3);
-    forBlocks<From, Dst>(from, to, 0, columns(job), [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+  static void chroma(const Job& job, int first, int last) {
+    constexpr bool kLumaBehind = kTogether && !Dst::kPacked;
+    using From = RowsOf<Src, Dst::kPacked, R::kTaps>;
+    using To = RowsOf<Dst, kLumaBehind>;
+    const auto rowsAt = [&](int row, Rows<const Kip8u, From::kPointers>& from, Rows<Kip8u, To::kPointers>& to) {
+      const Place place = placeOf(job, row);
+      const R rule(place);
+      if (Dst::kPacked) from.at[0] = job.src.row(0, row);
+      for (int t = 0; t < R::kTaps; ++t) {
+        From::set(from, t, Src::rows(job.src, rule.taps[t], kExchange && Src::kPlanes == 3));
+      }
+      if (kLumaBehind) to.at[0] = job.dst.row(0, place.nearest);
+      To::set(to, 0, Dst::rows(job.dst, row, kExchange && Src::kPlanes != 3));
+    };
+    const R rule(placeOf(job, first));
+    forRows<From, To>(first, last, columns(job), rowsAt, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
       Chroma<Dst::kAcross> taps[R::kTaps], c;
-      for (int t = 0; t < R::kTaps; ++t) taps[t] = resample<R, Lane, Dst::kAcross>(Src::load(From::tap(in, t), Lane()));
+      for (int t = 0; t < R::kTaps; ++t) taps[t] = resample<R, Lane, Dst::kAcross>(Src::load(From::get(in, t), Lane()));
       for (int i = 0; i < 4 / Dst::kAcross; ++i) {
         U8 parts[R::kTaps];
         for (int t = 0; t < R::kTaps; ++t) parts[t] = taps[t].part[i];
         c.part[i] = rule(parts);
       }
       if constexpr (Dst::kPacked) {
-        Dst::store(c, in.at[0], out);
+        Dst::store(Luma::load(in.at[0]), c, out);
       } else {
-        Dst::store(c, out, Lane());
+        if constexpr (kLumaBehind) Src::luma(in.at[0]).store(out.at[0]);
+        Dst::store(c, To::get(out, 0), Lane());
       }
     });
   }
@@ -388,62 +458,81 @@ struct Double1620 {
   using Dst = YCbCr420P3;
 
   static void rows(const Job& job, int first, int last) {
-    for (int y = first * Src::kDown; y < last * Src::kDown; ++y) std::memcpy(job.dst.row(0, y), job.src.row(0, y), job.width);
+    copyLuma(job, first * Src::kDown, last * Src::kDown, job.width);
     for (int row = 2 * first; row < 2 * last; ++row) chroma(job, row);
   }
 
  private:
-  using From = SourceRows<Src, 4, false>;  // two rows, and the same one sample further on
-
   static void chroma(const Job& job, int row) {
-    const int upper = row / 2, lower = std::min(upper + row % 2, job.height / Src::kDown - 1);
-    const auto a = Src::rows(job.src, upper, false), b = Src::rows(job.src, lower, false);
+    const int upper = row / 2, lower = std::min(upper + 1, job.height / Src::kDown - 1);
+    if (row % 2 == 0) {
+      chroma<1>(job, row, {upper});
+    } else {
+      chroma<2>(job, row, {upper, lower});
+    }
+  }
+
+  /// From kTaps rows, each twice: as it is and one sample further on.
+  template <int kTaps>
+  static void chroma(const Job& job, int row, const int (&taps)[kTaps]) {
+    using From = RowsOf<Src, false, 2 * kTaps>;
+    Rows<const Kip8u, From::kPointers> inner, last;
+    const size_t end = job.width - Src::kAcross;
+    for (int t = 0; t < kTaps; ++t) {
+      const auto samples = Src::rows(job.src, taps[t], false);
+      From::set(inner, 2 * t, samples), From::set(inner, 2 * t + 1, advance<Src>(samples, Src::kAcross));
+      From::set(last, 2 * t, samples), From::set(last, 2 * t + 1, samples);
+    }
     const auto to = Dst::rows(job.dst, row, false);
-    const size_t inner = job.width - Src::kAcross;
-    walk(a, advance<Src>(a, Src::kAcross), b, advance<Src>(b, Src::kAcross), to, 0, inner);
-    walk(a, a, b, b, to, inner, job.width);
+    forBlocks<From, Dst>(inner, to, 0, end, Block<kTaps>());
+    forBlocks<From, Dst>(last, to, end, job.width, Block<kTaps>());
   }
 
-  using SourceRow = Rows<const Kip8u, Src::kPointers>;
-  static void walk(const SourceRow& a, const SourceRow& aNext, const SourceRow& b, const SourceRow& bNext,
-                   const Rows<Kip8u, Dst::kPointers>& to, size_t first, size_t last) {
-    Rows<const Kip8u, From::kPointers> from;
-    From::setTap(from, 0, a), From::setTap(from, 1, aNext), From::setTap(from, 2, b), From::setTap(from, 3, bNext);
-    forBlocks<From, Dst>(from, to, first, last, [](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
-      const Chroma<2> upper = doubled(From::tap(in, 0), From::tap(in, 1));
-      const Chroma<2> lower = doubled(From::tap(in, 2), From::tap(in, 3));
-      Dst::store({{hn::AverageRound(upper.part[0], lower.part[0]), hn::AverageRound(upper.part[1], lower.part[1])}}, out,
-                 Sample());
-    });
-  }
+  template <int kTaps>
+  struct Block {
+    template <class From>
+    KIP_INLINE void operator()(const From& in, const Rows<Kip8u, Dst::kPointers>& out) const {
+      Chroma<2> c = doubled(in, 0);
+      if constexpr (kTaps == 2) {
+        const Chroma<2> lower = doubled(in, 1);
+        for (int i = 0; i < 2; ++i) c.part[i] = hn::AverageRound(c.part[i], lower.part[i]);
+      }
+      Dst::store(c, out, Sample());
+    }
 
-  KIP_INLINE static Chroma<2> doubled(const SourceRow& row, const SourceRow& next) {
-    const U8 here = Src::load(row, Sample()).part[0], there = Src::load(next, Sample()).part[0];
-    Chroma<2> c;
-    sideBySide<uint8_t>(here, hn::AverageRound(here, there), c.part[0], c.part[1]);
-    return c;
-  }
+   private:
+    template <class From>
+    KIP_INLINE static Chroma<2> doubled(const From& in, int tap) {
+      using Source = RowsOf<Src, false, 2 * kTaps>;
+      const U8 here = Src::load(Source::get(in, 2 * tap), Sample()).part[0];
+      const U8 next = Src::load(Source::get(in, 2 * tap + 1), Sample()).part[0];
+      Chroma<2> c;
+      sideBySide<uint8_t>(here, hn::AverageRound(here, next), c.part[0], c.part[1]);
+      return c;
+    }
+  };
 };
 
 /// Packed 4:2:2 with the four bytes of each pixel pair in another order.
 template <uint8_t k0, uint8_t k1, uint8_t k2, uint8_t k3>
 struct Reorder {
   static void rows(const Job& job, int first, int last) {
-    alignas(16) static constexpr uint8_t kOrder[16] = {k0, k1, k2, k3, 4 + k0, 4 + k1, 4 + k2, 4 + k3,
-                                                       8 + k0, 8 + k1, 8 + k2, 8 + k3, 12 + k0, 12 + k1, 12 + k2, 12 + k3};
+    alignas(16) static constexpr uint8_t kOrder[16] = {k0,      k1,      k2,      k3,     4 + k0, 4 + k1,
+                                                       4 + k2,  4 + k3,  8 + k0,  8 + k1, 8 + k2, 8 + k3,
+                                                       12 + k0, 12 + k1, 12 + k2, 12 + k3};
     const U8 order = hn::LoadDup128(Tag<uint8_t>(), kOrder);
-    for (int y = first; y < last; ++y) {
-      forBlocks<Luma, Luma>({{job.src.row(0, y)}}, {{job.dst.row(0, y)}}, 0, size_t{4} * (job.width / 2),
-                            [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
-                              for (int i = 0; i < 2; ++i) {
-                                const int at = i * kLanes<uint8_t>;
-                                storeBytes(hn::TableLookupBytes(loadBytes(in.at[0] + at), order), out.at[0] + at);
-                              }
-                            });
-    }
+    const auto rowsAt = [&](int y, Rows<const Kip8u, 1>& from, Rows<Kip8u, 1>& to) {
+      from.at[0] = job.src.row(0, y), to.at[0] = job.dst.row(0, y);
+    };
+    const size_t bytes = 4 * static_cast<size_t>(job.width / 2);
+    forRows<Luma, Luma>(first, last, bytes, rowsAt, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+      const auto [left, right] = Luma::load(in.at[0]).part;
+      Luma{{hn::TableLookupBytes(left, order), hn::TableLookupBytes(right, order)}}.store(out.at[0]);
+    });
   }
 };
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();
@@ -455,12 +544,22 @@ namespace kip {
 constexpr Rules k422 = {.minWidth = 2, .planesBeforeSize = true};
 constexpr Rules k420 = {.minWidth = 2, .planesBeforeSize = true, .rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
 constexpr Rules k411 = {.minWidth = 4, .planesBeforeSize = true, .warnWidth = 4};
-constexpr Rules k411And420 = {.minWidth = 4, .planesBeforeSize = true, .rowsPerGroup = 2, .warnWidth = 4, .warnHeight = 2};
+constexpr Rules k411And420 = {
+    .minWidth = 4, .planesBeforeSize = true, .rowsPerGroup = 2, .warnWidth = 4, .warnHeight = 2};
 constexpr Rules k1620 = {.minWidth = 4, .minHeight = 4, .sizeUnit = 4, .planesBeforeSize = true, .rowsPerGroup = 4};
-constexpr Rules kInterlaced = {.minWidth = 2, .planesBeforeSize = true, .rowsPerGroup = 4, .warnWidth = 2, .warnHeight = 4,
+constexpr Rules kInterlaced = {.minWidth = 2,
+                               .planesBeforeSize = true,
+                               .rowsPerGroup = 4,
+                               .warnWidth = 2,
+                               .warnHeight = 4,
                                .threads = Threads::kFrom128By132};
-constexpr Rules kInterlacedFrom4Rows = {.minWidth = 2, .minHeight = 4, .planesBeforeSize = true, .rowsPerGroup = 4,
-                                        .warnWidth = 2, .warnHeight = 4, .threads = Threads::kFrom128By132};
+constexpr Rules kInterlacedFrom4Rows = {.minWidth = 2,
+                                        .minHeight = 4,
+                                        .planesBeforeSize = true,
+                                        .rowsPerGroup = 4,
+                                        .warnWidth = 2,
+                                        .warnHeight = 4,
+                                        .threads = Threads::kFrom128By132};
 }  // namespace kip
 #endif
 
