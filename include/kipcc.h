@@ -580,6 +580,76 @@ KIPAPI KipStatus kipiGammaInv_32f_IP3R(Kip32f* pSrcDst[3], int srcDstStep, KipiS
 
 /** @} */
 
+/** @defgroup hue Hue spaces
+ *  RGB to and from HLS (hue, lightness, saturation) and HSV (hue, saturation, value): H goes round the circle from red
+ *  over yellow, green, cyan, blue and magenta back to red; with max and min the largest and the smallest of R, G, B,
+ *  delta = max - min, L = (max + min) / 2 and V = max, S of HLS is delta / (max + min), or delta / (2 - max - min)
+ *  where L is above one half, and S of HSV is delta / max. Grey has H = S = 0.
+ *
+ *  | samples | H | L, S, V and R, G, B |
+ *  |---------|---|---------------------|
+ *  | 8u      | 0..360 degrees as 0..255 | 0..1 as 0..255 |
+ *  | 16u     | 0..360 degrees as 0..65535 | 0..1 as 0..65535 |
+ *  | 16s     | the 16u value less 32768 | the 16u value less 32768 |
+ *  | 32f     | 0..360 degrees as 0..1 | 0..1 |
+ *
+ *  Arithmetic is single precision. Integer results are truncated, in both directions, and saturated. Where two channels
+ *  are the largest, red goes before green before blue.
+ *
+ *  To hue from integers, quotients are products with a reciprocal r x 2 - (x x r) x r, where r is 1 / x rounded to 12
+ *  significant bits. A full saturation may therefore come out one step below the largest sample.
+ *
+ *  32f: from RGB the quotients are divided, and saturation is that of grey where delta is at most 1.1920929e-7. To RGB
+ *  nothing is limited; the runs of 4 pixels that each row begins with multiply by 1 / 60, the pixels left over at its
+ *  end divide by 60, and may come out one step apart.
+ *
+ *  AC4P4, AP4C4 and AP4 copy alpha. AC4 leaves the fourth sample of the destination as it was.
+ *
+ *  Checks: BGR functions with planes check the plane pointers, then steps below 1 - kipStatusBadStep -, then the size;
+ *  kipiBGRToHLS_8u_AC4R checks steps after the size; the others do not check them. The RGB functions convert images of
+ *  more than 4096 pixels on several threads, the BGR functions all images.
+ *  @{ */
+
+KIPAPI KipStatus kipiRGBToHLS_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToHLS_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToHLS_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToHLS_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToHLS_16s_C3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToHLS_16s_AC4R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToHLS_32f_C3R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToHLS_32f_AC4R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToRGB_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToRGB_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToRGB_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToRGB_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToRGB_16s_C3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToRGB_16s_AC4R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToRGB_32f_C3R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToRGB_32f_AC4R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToHSV_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToHSV_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToHSV_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToHSV_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHSVToRGB_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHSVToRGB_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHSVToRGB_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHSVToRGB_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToHLS_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToHLS_8u_AC4P4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[4], int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToHLS_8u_AP4C4R(const Kip8u* pSrc[4], int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToHLS_8u_AP4R(const Kip8u* pSrc[4], int srcStep, Kip8u* pDst[4], int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToHLS_8u_C3P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToHLS_8u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToHLS_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst[3], int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToBGR_8u_AC4P4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[4], int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToBGR_8u_AP4C4R(const Kip8u* pSrc[4], int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToBGR_8u_AP4R(const Kip8u* pSrc[4], int srcStep, Kip8u* pDst[4], int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToBGR_8u_C3P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToBGR_8u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiHLSToBGR_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst[3], int dstStep, KipiSize roiSize);
+
+/** @} */
+
 #ifdef __cplusplus
 }
 #endif

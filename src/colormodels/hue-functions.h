@@ -1,0 +1,45 @@
+// The hue functions: name, arguments, rules, kernel.
+// clang-format off
+KIP_FUNCTION(kipiRGBToHLS_8u_C3R,    KIP_C_C(Kip8u, Kip8u),    kHue,       RgbToHls<C3<>>)
+KIP_FUNCTION(kipiRGBToHLS_8u_AC4R,   KIP_C_C(Kip8u, Kip8u),    kHue,       RgbToHls<AC4<>>)
+KIP_FUNCTION(kipiRGBToHLS_16u_C3R,   KIP_C_C(Kip16u, Kip16u),  kHue,       RgbToHls<C3<uint16_t>>)
+KIP_FUNCTION(kipiRGBToHLS_16u_AC4R,  KIP_C_C(Kip16u, Kip16u),  kHue,       RgbToHls<AC4<uint16_t>>)
+KIP_FUNCTION(kipiRGBToHLS_16s_C3R,   KIP_C_C(Kip16s, Kip16s),  kHue,       RgbToHls<Biased<C3<uint16_t>>>)
+KIP_FUNCTION(kipiRGBToHLS_16s_AC4R,  KIP_C_C(Kip16s, Kip16s),  kHue,       RgbToHls<Biased<AC4<uint16_t>>>)
+KIP_FUNCTION(kipiRGBToHLS_32f_C3R,   KIP_C_C(Kip32f, Kip32f),  kHue,       RgbToHls32f<C3<float>>)
+KIP_FUNCTION(kipiRGBToHLS_32f_AC4R,  KIP_C_C(Kip32f, Kip32f),  kHue,       RgbToHls32f<AC4<float>>)
+
+KIP_FUNCTION(kipiHLSToRGB_8u_C3R,    KIP_C_C(Kip8u, Kip8u),    kHue,       HlsToRgb<C3<>>)
+KIP_FUNCTION(kipiHLSToRGB_8u_AC4R,   KIP_C_C(Kip8u, Kip8u),    kHue,       HlsToRgb<AC4<>>)
+KIP_FUNCTION(kipiHLSToRGB_16u_C3R,   KIP_C_C(Kip16u, Kip16u),  kHue,       HlsToRgb<C3<uint16_t>>)
+KIP_FUNCTION(kipiHLSToRGB_16u_AC4R,  KIP_C_C(Kip16u, Kip16u),  kHue,       HlsToRgb<AC4<uint16_t>>)
+KIP_FUNCTION(kipiHLSToRGB_16s_C3R,   KIP_C_C(Kip16s, Kip16s),  kHue,       HlsToRgb<Biased<C3<uint16_t>>>)
+KIP_FUNCTION(kipiHLSToRGB_16s_AC4R,  KIP_C_C(Kip16s, Kip16s),  kHue,       HlsToRgb<Biased<AC4<uint16_t>>>)
+KIP_FUNCTION(kipiHLSToRGB_32f_C3R,   KIP_C_C(Kip32f, Kip32f),  kHue,       HlsToRgb32f<C3<float>>)
+KIP_FUNCTION(kipiHLSToRGB_32f_AC4R,  KIP_C_C(Kip32f, Kip32f),  kHue,       HlsToRgb32f<AC4<float>>)
+
+KIP_FUNCTION(kipiRGBToHSV_8u_C3R,    KIP_C_C(Kip8u, Kip8u),    kHue,       RgbToHsv<C3<>>)
+KIP_FUNCTION(kipiRGBToHSV_8u_AC4R,   KIP_C_C(Kip8u, Kip8u),    kHue,       RgbToHsv<AC4<>>)
+KIP_FUNCTION(kipiRGBToHSV_16u_C3R,   KIP_C_C(Kip16u, Kip16u),  kHue,       RgbToHsv<C3<uint16_t>>)
+KIP_FUNCTION(kipiRGBToHSV_16u_AC4R,  KIP_C_C(Kip16u, Kip16u),  kHue,       RgbToHsv<AC4<uint16_t>>)
+
+KIP_FUNCTION(kipiHSVToRGB_8u_C3R,    KIP_C_C(Kip8u, Kip8u),    kHue,       HsvToRgb<C3<>>)
+KIP_FUNCTION(kipiHSVToRGB_8u_AC4R,   KIP_C_C(Kip8u, Kip8u),    kHue,       HsvToRgb<AC4<>>)
+KIP_FUNCTION(kipiHSVToRGB_16u_C3R,   KIP_C_C(Kip16u, Kip16u),  kHue,       HsvToRgb<C3<uint16_t>>)
+KIP_FUNCTION(kipiHSVToRGB_16u_AC4R,  KIP_C_C(Kip16u, Kip16u),  kHue,       HsvToRgb<AC4<uint16_t>>)
+
+KIP_FUNCTION(kipiBGRToHLS_8u_AC4R,   KIP_C_C(Kip8u, Kip8u),    kBgrAlpha,  RgbToHls<BgrA, AC4<>>)
+KIP_FUNCTION(kipiBGRToHLS_8u_AC4P4R, KIP_C_P(Kip8u, Kip8u, 4), kBgrPlanar, RgbToHls<BgrA, P4<>>)
+KIP_FUNCTION(kipiBGRToHLS_8u_AP4C4R, KIP_P_C(Kip8u, Kip8u, 4), kBgrPlanar, RgbToHls<BgrAPlanes, CopyingC4<>>)
+KIP_FUNCTION(kipiBGRToHLS_8u_AP4R,   KIP_P_P(Kip8u, Kip8u, 4), kBgrPlanar, RgbToHls<BgrAPlanes, P4<>>)
+KIP_FUNCTION(kipiBGRToHLS_8u_C3P3R,  KIP_C_P(Kip8u, Kip8u, 3), kBgrPlanar, RgbToHls<Bgr, P3<>>)
+KIP_FUNCTION(kipiBGRToHLS_8u_P3C3R,  KIP_P_C(Kip8u, Kip8u, 3), kBgrPlanar, RgbToHls<BgrPlanes, C3<>>)
+KIP_FUNCTION(kipiBGRToHLS_8u_P3R,    KIP_P_P(Kip8u, Kip8u, 3), kBgrPlanar, RgbToHls<BgrPlanes, P3<>>)
+
+KIP_FUNCTION(kipiHLSToBGR_8u_AC4P4R, KIP_C_P(Kip8u, Kip8u, 4), kBgrPlanar, HlsToRgb<AC4<>, BgrAPlanes>)
+KIP_FUNCTION(kipiHLSToBGR_8u_AP4C4R, KIP_P_C(Kip8u, Kip8u, 4), kBgrPlanar, HlsToRgb<P4<>, BgrCopiedA>)
+KIP_FUNCTION(kipiHLSToBGR_8u_AP4R,   KIP_P_P(Kip8u, Kip8u, 4), kBgrPlanar, HlsToRgb<P4<>, BgrAPlanes>)
+KIP_FUNCTION(kipiHLSToBGR_8u_C3P3R,  KIP_C_P(Kip8u, Kip8u, 3), kBgrPlanar, HlsToRgb<C3<>, BgrPlanes>)
+KIP_FUNCTION(kipiHLSToBGR_8u_P3C3R,  KIP_P_C(Kip8u, Kip8u, 3), kBgrPlanar, HlsToRgb<P3<>, Bgr>)
+KIP_FUNCTION(kipiHLSToBGR_8u_P3R,    KIP_P_P(Kip8u, Kip8u, 3), kBgrPlanar, HlsToRgb<P3<>, BgrPlanes>)
+// clang-format on
