@@ -9,6 +9,7 @@
 #define KIP_FRAME_SIMD_INL_H_
 #endif
 
+#include <cmath>
 #include <cstdint>
 
 #include "hwy/highway.h"
@@ -104,6 +105,26 @@ KIP_INLINE I32 upperWords(U16 v) {
 KIP_INLINE F32 lowerFloats(U16 v) { return hn::ConvertTo(Tag<float>(), lowerWords(v)); }
 KIP_INLINE F32 upperFloats(U16 v) { return hn::ConvertTo(Tag<float>(), upperWords(v)); }
 
+/// Floats as 32-bit integers, truncated toward zero or rounded to nearest, ties to even. What does not fit, and NaN,
+/// becomes the least integer.
+#if KIP_EMULATED
+KIP_INLINE int32_t fitting(float v) {
+  return v >= -2147483648.f && v < 2147483648.f ? static_cast<int32_t>(v) : INT32_MIN;
+}
+KIP_INLINE I32 truncated(F32 v) {
+  I32 result;
+  for (int i = 0; i < kLanes<float>; ++i) result.raw[i] = fitting(v.raw[i]);
+  return result;
+}
+KIP_INLINE I32 rounded(F32 v) {
+  for (float& lane : v.raw) lane = std::nearbyint(lane);
+  return truncated(v);
+}
+#else
+KIP_INLINE I32 truncated(F32 v) { return I32{KIP_MM(cvttps_epi32)(v.raw)}; }
+KIP_INLINE I32 rounded(F32 v) { return I32{KIP_MM(cvtps_epi32)(v.raw)}; }
+#endif
+
 /// 16-bit lanes saturated to bytes: in each block those of `lower`, then those of `upper`.
 KIP_INLINE U8 packBytes(I16 lower, I16 upper) {
 #if KIP_EMULATED
@@ -137,6 +158,31 @@ KIP_INLINE U16 packUnsignedWords(I32 lower, I32 upper) {
 #else
   return U16{KIP_MM(packus_epi32)(lower.raw, upper.raw)};
 #endif
+}
+
+/// Vectors of 32-bit lanes saturated to one vector of smaller ones, all in order.
+KIP_INLINE U16 packInOrder(I32 first, I32 second) {
+  const U16 packed = packUnsignedWords(first, second);
+  if constexpr (kLanes<float> == 4) {
+    return packed;
+  } else {
+    // A block holds the lanes of `first`'s block, then those of `second`'s: 64 bits of each.
+    constexpr int kBlocks = kLanes<float> / 4;
+    int32_t from[kLanes<float>];
+    for (int i = 0; i < kLanes<float>; ++i) from[i] = i / 2 % kBlocks * 4 + i / 2 / kBlocks * 2 + i % 2;
+    return as<uint16_t>(hn::TableLookupLanes(as<int32_t>(packed), hn::SetTableIndices(Tag<int32_t>(), from)));
+  }
+}
+KIP_INLINE U8 packInOrder(I32 first, I32 second, I32 third, I32 fourth) {
+  const U8 packed = packBytes(packWords(first, second), packWords(third, fourth));
+  if constexpr (kLanes<float> == 4) {
+    return packed;
+  } else {
+    constexpr int kBlocks = kLanes<float> / 4;
+    int32_t from[kLanes<float>];
+    for (int i = 0; i < kLanes<float>; ++i) from[i] = i % kBlocks * 4 + i / kBlocks;
+    return as<uint8_t>(hn::TableLookupLanes(as<int32_t>(packed), hn::SetTableIndices(Tag<int32_t>(), from)));
+  }
 }
 
 /// Even and odd 16-bit lanes saturated to bytes and put side by side: the inverse of evenBytes and oddBytes.
