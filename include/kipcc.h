@@ -650,6 +650,85 @@ KIPAPI KipStatus kipiHLSToBGR_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* p
 
 /** @} */
 
+/** @defgroup reducebits Bit reduction
+ *  @{ */
+
+/** How bit reduction dithers. */
+typedef enum {
+  kipDitherNone = 0,   /**< not at all: the nearest level */
+  kipDitherFS = 1,     /**< error diffusion: Floyd and Steinberg */
+  kipDitherJJN = 2,    /**< error diffusion: Jarvis, Judice and Ninke */
+  kipDitherStucki = 3, /**< error diffusion: Stucki */
+  kipDitherBayer = 4   /**< ordered, 4 x 4 */
+} KipiDitherType;
+
+KIPAPI KipStatus kipiReduceBits_8u_C1R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize,
+                                       int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize,
+                                       int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_8u_C4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize,
+                                       int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize,
+                                        int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16u_C1R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize,
+                                        int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize,
+                                        int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16u_C4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize,
+                                        int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                         KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16s_C1R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize,
+                                        int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16s_C3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize,
+                                        int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16s_C4R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize,
+                                        int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16s_AC4R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep,
+                                         KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16u8u_C1R(const Kip16u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                          KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16u8u_C3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                          KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16u8u_C4R(const Kip16u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                          KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16u8u_AC4R(const Kip16u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                           KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16s8u_C1R(const Kip16s* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                          KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16s8u_C3R(const Kip16s* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                          KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16s8u_C4R(const Kip16s* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                          KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_16s8u_AC4R(const Kip16s* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                           KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_32f8u_C1R(const Kip32f* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                          KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_32f8u_C3R(const Kip32f* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                          KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_32f8u_C4R(const Kip32f* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                          KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_32f8u_AC4R(const Kip32f* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                           KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_32f16u_C1R(const Kip32f* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                           KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_32f16u_C3R(const Kip32f* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                           KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_32f16u_C4R(const Kip32f* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                           KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_32f16u_AC4R(const Kip32f* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                            KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_32f16s_C1R(const Kip32f* pSrc, int srcStep, Kip16s* pDst, int dstStep,
+                                           KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_32f16s_C3R(const Kip32f* pSrc, int srcStep, Kip16s* pDst, int dstStep,
+                                           KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_32f16s_C4R(const Kip32f* pSrc, int srcStep, Kip16s* pDst, int dstStep,
+                                           KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+KIPAPI KipStatus kipiReduceBits_32f16s_AC4R(const Kip32f* pSrc, int srcStep, Kip16s* pDst, int dstStep,
+                                            KipiSize roiSize, int noise, KipiDitherType dtype, int levels);
+
+/** @} */
+
 #ifdef __cplusplus
 }
 #endif

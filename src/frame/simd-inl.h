@@ -177,6 +177,31 @@ KIP_INLINE U16 packUnsignedWords(I32 lower, I32 upper) {
 #endif
 }
 
+/// Vectors of 32-bit lanes saturated to one vector of smaller ones, all in order.
+KIP_INLINE U16 packInOrder(I32 first, I32 second) {
+  const U16 packed = packUnsignedWords(first, second);
+  if constexpr (kLanes<float> == 4) {
+    return packed;
+  } else {
+    // A block holds the lanes of `first`'s block, then those of `second`'s: 64 bits of each.
+    constexpr int kBlocks = kLanes<float> / 4;
+    int32_t from[kLanes<float>];
+    for (int i = 0; i < kLanes<float>; ++i) from[i] = i / 2 % kBlocks * 4 + i / 2 / kBlocks * 2 + i % 2;
+    return as<uint16_t>(hn::TableLookupLanes(as<int32_t>(packed), hn::SetTableIndices(Tag<int32_t>(), from)));
+  }
+}
+KIP_INLINE U8 packInOrder(I32 first, I32 second, I32 third, I32 fourth) {
+  const U8 packed = packBytes(packWords(first, second), packWords(third, fourth));
+  if constexpr (kLanes<float> == 4) {
+    return packed;
+  } else {
+    constexpr int kBlocks = kLanes<float> / 4;
+    int32_t from[kLanes<float>];
+    for (int i = 0; i < kLanes<float>; ++i) from[i] = i % kBlocks * 4 + i / kBlocks;
+    return as<uint8_t>(hn::TableLookupLanes(as<int32_t>(packed), hn::SetTableIndices(Tag<int32_t>(), from)));
+  }
+}
+
 /// Even and odd 16-bit lanes saturated to bytes and put side by side: the inverse of evenBytes and oddBytes.
 KIP_INLINE U8 mergeBytes(I16 even, I16 odd) {
   alignas(16) static constexpr uint8_t kAlternate[16] = {0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15};

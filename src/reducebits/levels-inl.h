@@ -1,0 +1,241 @@
+// Reduction of samples one by one: without dither, with ordered dither, and with ordered dither and noise.
+//
+// A sample v lies in interval k, between the levels k q and k q + q. It becomes the upper one where it exceeds the
+// lower one by more than a threshold. The three arithmetics below say what v, k and q are and how a level is written.
+
+#if defined(KIP_REDUCEBITS_LEVELS_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_REDUCEBITS_LEVELS_INL_H_
+#undef KIP_REDUCEBITS_LEVELS_INL_H_
+#else
+#define KIP_REDUCEBITS_LEVELS_INL_H_
+#endif
+
+#include <algorithm>
+#include <type_traits>
+
+#include "frame/pixels-inl.h"
+#include "reducebits/reduction.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+
+/// The largest value of a type of samples, signed ones taken as 32768 higher.
+template <class T>
+constexpr float kFullScale = sizeof(T) == 1 ? 255 : 65535;
+
+/// What brings the samples of a type to 0 .. 1.
+template <class T>
+constexpr float kNormal = std::is_same_v<T, float> ? 1.f : sizeof(T) == 1 ? 0.003921568859368563f : 1.5259021893143654e-05f;
+
+/// A vector of floats from as many samples. Of floats, those beyond four times the nominal range 0 .. 1 come out as its
+/// ends, and NaN as the lower one: they saturate anyway, and no later step overflows.
+KIP_INLINE F32 loadFloats(const uint8_t* from) {
+  return hn::ConvertTo(Tag<float>(), hn::PromoteTo(Tag<int32_t>(), hn::LoadU(SamplesLike<uint8_t, float>(), from)));
+}
+KIP_INLINE F32 loadFloats(const uint16_t* from) {
+  return hn::ConvertTo(Tag<float>(), hn::PromoteTo(Tag<int32_t>(), hn::LoadU(SamplesLike<uint16_t, float>(), from)));
+}
+KIP_INLINE F32 loadFloats(const int16_t* from) {
+  const I32 v = hn::PromoteTo(Tag<int32_t>(), hn::LoadU(SamplesLike<int16_t, float>(), from));
+  return hn::ConvertTo(Tag<float>(), hn::Add(v, set<int32_t>(32768)));
+}
+KIP_INLINE F32 loadFloats(const float* from) {
+  return hn::Min(hn::Max(hn::LoadU(Tag<float>(), from), set(-4.f)), set(4.f));
+}
+
+/// Levels, saturated to full vectors of samples, in order.
+KIP_INLINE U8 samplesFrom(const I32 (&v)[4], uint8_t) { return packInOrder(v[0], v[1], v[2], v[3]); }
+KIP_INLINE U16 samplesFrom(const I32 (&v)[2], uint16_t) { return packInOrder(v[0], v[1]); }
+KIP_INLINE I16 samplesFrom(const I32 (&v)[2], int16_t) {
+  return as<int16_t>(hn::Xor(packInOrder(v[0], v[1]), set<uint16_t>(0x8000)));
+}
+
+/// a x b + 0.000009 in double precision, truncated.
+KIP_INLINE I32 preciseProduct(F32 a, float b) {
+  const Tag<double> d;
+  const hn::Half<Tag<float>> halfFloats;
+  const hn::Half<Tag<int32_t>> halfInts;
+  const auto product = [&](hn::Vec<decltype(halfFloats)> half) KIP_INLINE_LAMBDA {
+    const auto sum = hn::Add(hn::Mul(hn::PromoteTo(d, half), hn::Set(d, b)), hn::Set(d, 9e-6));
+    return hn::DemoteTo(halfInts, sum);
+  };
+  return hn::Combine(Tag<int32_t>(), product(hn::UpperHalf(halfFloats, a)), product(hn::LowerHalf(halfFloats, a)));
+}
+
+/// Samples on the scale 0 .. 1, single precision: no dither.
+template <class S, class D>
+struct Plain {
+  explicit Plain(float intervals) : intervals(set(intervals)), q(set(1 / intervals)) {}
+  KIP_INLINE F32 normal(F32 v) const { return hn::Mul(v, set(kNormal<S>)); }
+  KIP_INLINE I32 interval(F32 v) const { return truncated(hn::Mul(v, intervals)); }
+  KIP_INLINE I32 written(F32 level) const { return truncated(hn::Mul(level, set(kFullScale<D>))); }
+  F32 intervals, q;
+};
+
+/// Samples as they are, single precision: ordered dither of integers.
+template <class S, class D>
+struct Scaled {
+  explicit Scaled(float intervals)
+      : perInterval(set(intervals / kFullScale<S>)), q(set(intervalOf(intervals, kFullScale<S>))) {}
+  KIP_INLINE F32 normal(F32 v) const { return v; }
+  KIP_INLINE I32 interval(F32 v) const { return truncated(hn::Mul(v, perInterval)); }
+  KIP_INLINE I32 written(F32 level) const { return hn::ShiftRight<8 * (sizeof(S) - sizeof(D))>(truncated(level)); }
+  F32 perInterval, q;
+};
+
+/// Samples on the scale 0 .. 1, products in double precision: ordered dither of floats, and all noise.
+template <class S, class D>
+struct Precise {
+  explicit Precise(float intervals) : intervals(intervals), q(set(1 / intervals)) {}
+  KIP_INLINE F32 normal(F32 v) const { return hn::Mul(v, set(kNormal<S>)); }
+  KIP_INLINE I32 interval(F32 v) const {
+    // Of bytes, single precision gives the same.
+    return sizeof(S) == 1 ? truncated(hn::Mul(v, set(intervals))) : preciseProduct(v, intervals);
+  }
+  KIP_INLINE I32 written(F32 level) const { return preciseProduct(level, kFullScale<D>); }
+  float intervals;
+  F32 q;
+};
+
+template <class Op>
+KIP_INLINE I32 reduced(const Op& op, F32 v, F32 threshold) {
+  const F32 lower = hn::Mul(hn::ConvertTo(Tag<float>(), op.interval(v)), op.q);
+  const F32 up = hn::IfThenElseZero(hn::Gt(hn::Sub(v, lower), threshold), op.q);
+  return op.written(hn::Add(lower, up));
+}
+
+/// Rows as samples without regard to pixels: a layout of one channel, in blocks of a full vector of `Block` samples.
+template <class T, class Block, bool kKeepsOld>
+struct Flat {
+  static constexpr int kBlock = kLanes<Block>;
+  static constexpr int kPointers = 1;
+  static constexpr bool kKeeps = kKeepsOld;
+  static constexpr size_t bytes(int, size_t samples) { return samples * sizeof(T); }
+};
+
+/// The thresholds of some pixels of a row, one for each of their samples.
+class Thresholds {
+ public:
+  static constexpr int kPixels = 64;  // a multiple of a full vector of samples, and of the dither's period
+
+  Thresholds(const Reduction& reduction, float q) : reduction_(reduction), q_(q) {
+    const int perPixel = reduction.channels.perPixel;
+    for (int v = 0; v < perPixel; ++v) {
+      for (int i = 0; i < kLanes<float>; ++i) sampleToPixel_[v][i] = (v * kLanes<float> + i) / perPixel;
+    }
+    if (reduction.method == kipDitherNone) {
+      spreadAll(0, [&](int) KIP_INLINE_LAMBDA { return set(0.5f / reduction.intervals); });
+    } else if (reduction.noise == nullptr) {
+      for (int y = 0; y < 4; ++y) {
+        const F32 row = hn::Mul(bayerRow(y), set(q));
+        spreadAll(y, [&](int) KIP_INLINE_LAMBDA { return row; });
+      }
+    }
+  }
+
+  /// For the pixels from x of row y on, x a multiple of kPixels.
+  const float* at(size_t x, int y) {
+    if (reduction_.method == kipDitherNone) return rows_[0];
+    if (reduction_.noise != nullptr) {
+      const float* values = reduction_.noise->row(y);
+      const Kip16s* columns = reduction_.noise->columns() + x % NoiseTables::kCount;
+      alignas(64) float noise[kPixels];
+      for (int i = 0; i < kPixels; ++i) noise[i] = values[columns[i]];
+      const F32 row = bayerRow(y);
+      spreadAll(y % 4, [&](int i) KIP_INLINE_LAMBDA {
+        return hn::Mul(hn::Add(row, hn::Load(Tag<float>(), noise + i)), set(q_));
+      });
+    }
+    return rows_[y % 4];
+  }
+
+ private:
+  /// A row of the dither's matrix, again and again.
+  static F32 bayerRow(int y) {
+    float row[4];
+    for (int x = 0; x < 4; ++x) row[x] = static_cast<float>(kBayer[y % 4][x]) / 15;
+    return hn::LoadDup128(Tag<float>(), row);
+  }
+
+  template <class Function>
+  KIP_INLINE void spreadAll(int row, const Function& thresholdsOf) {
+    const Tag<float> d;
+    float* to = rows_[row];
+    for (int x = 0; x < kPixels; x += kLanes<float>) {
+      const F32 thresholds = thresholdsOf(x);
+      for (int v = 0; v < reduction_.channels.perPixel; ++v) {
+        hn::Store(hn::TableLookupLanes(thresholds, hn::SetTableIndices(d, sampleToPixel_[v])), d, to);
+        to += kLanes<float>;
+      }
+    }
+  }
+
+  const Reduction& reduction_;
+  float q_;
+  int32_t sampleToPixel_[4][kLanes<float>];
+  alignas(64) float rows_[4][4 * kPixels];
+};
+
+/// Reduces whole rows sample by sample.
+template <class S, class D, class Op>
+struct Levels {
+  static void rows(const Job& job, int first, int last) {
+    const auto& reduction = *static_cast<const Reduction*>(job.parameters);
+    if (reduction.channels.reduced < reduction.channels.perPixel) {
+      rows<true>(job, reduction, first, last);
+    } else {
+      rows<false>(job, reduction, first, last);
+    }
+  }
+
+ private:
+  static constexpr int kVectors = kLanes<D> / kLanes<float>;
+
+  template <bool kKeepsFourth>
+  static void rows(const Job& job, const Reduction& reduction, int first, int last) {
+    using From = Flat<S, D, false>;
+    using To = Flat<D, D, kKeepsFourth>;
+    const Op op(reduction.intervals);
+    Thresholds thresholds(reduction, hn::GetLane(op.q));
+    const size_t perPixel = reduction.channels.perPixel;
+    for (int y = first; y < last; ++y) {
+      for (size_t x = 0; x < static_cast<size_t>(job.width); x += Thresholds::kPixels) {
+        const float* threshold = thresholds.at(x, y);
+        const Rows<const Kip8u, 1> from = {{job.src.row(0, y) + x * perPixel * sizeof(S)}};
+        const Rows<Kip8u, 1> to = {{job.dst.row(0, y) + x * perPixel * sizeof(D)}};
+        const size_t pixels = std::min<size_t>(job.width - x, Thresholds::kPixels);
+        forBlocks<From, To>(from, to, 0, pixels * perPixel, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+          block<kKeepsFourth>(op, samples<S>(in.at[0]), threshold, samples<D>(out.at[0]));
+          threshold += kLanes<D>;
+        });
+      }
+    }
+  }
+
+  template <bool kKeepsFourth>
+  KIP_INLINE static void block(const Op& op, const S* from, const float* threshold, D* to) {
+    const Tag<D> d;
+    I32 levels[kVectors];
+    for (int i = 0; i < kVectors; ++i) {
+      const int at = i * kLanes<float>;
+      levels[i] = reduced(op, op.normal(loadFloats(from + at)), hn::Load(Tag<float>(), threshold + at));
+    }
+    auto result = samplesFrom(levels, D());
+    if constexpr (kKeepsFourth) result = hn::IfThenElse(fourthSamples(d), hn::LoadU(d, to), result);
+    hn::StoreU(result, d, to);
+  }
+
+  static auto fourthSamples(Tag<D> d) {
+    const hn::RebindToUnsigned<decltype(d)> bits;
+    const hn::Repartition<std::conditional_t<sizeof(D) == 1, uint32_t, uint64_t>, decltype(d)> pixels;
+    constexpr auto kFourth = ~hn::TFromD<decltype(pixels)>{} << (8 * 3 * sizeof(D));
+    return hn::MaskFromVec(hn::BitCast(d, hn::BitCast(bits, hn::Set(pixels, kFourth))));
+  }
+};
+
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#endif  // include guard per target

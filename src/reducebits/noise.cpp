@@ -1,0 +1,41 @@
+#include "reducebits/noise.h"
+
+#include <algorithm>
+
+#include "frame/random.h"
+
+namespace kip {
+namespace {
+
+constexpr uint32_t kSeed = 0;
+
+KipStatus draw(Kip32f* values, int count, Kip32f low, Kip32f high) {
+  KipsRandUniformState_32f* state = nullptr;
+  if (const KipStatus status = kipsRandUniformInitAlloc_32f(&state, low, high, kSeed)) return status;
+  const KipStatus status = kipsRandUniform_32f(values, count, state);
+  kipsRandUniformFree_32f(state);
+  return status;
+}
+
+KipStatus draw(Kip16s* values, int count, Kip16s low, Kip16s high) {
+  KipsRandUniformState_16s* state = nullptr;
+  if (const KipStatus status = kipsRandUniformInitAlloc_16s(&state, low, high, kSeed)) return status;
+  const KipStatus status = kipsRandUniform_16s(values, count, state);
+  kipsRandUniformFree_16s(state);
+  return status;
+}
+
+}  // namespace
+
+KipStatus NoiseTables::make(float low, float high) {
+  values_.reset(kipsMalloc_32f(2 * kCount));
+  columns_.reset(kipsMalloc_16s(kCount));
+  if (!values_ || !columns_) return kipStatusNoMemory;
+  if (const KipStatus status = draw(values_.get(), kCount, low, high)) return status;
+  if (const KipStatus status = draw(columns_.get(), kCount, Kip16s{0}, Kip16s{kCount})) return status;
+  std::copy_n(values_.get(), kCount, values_.get() + kCount);
+  for (int x = 0; x < kCount; ++x) columns_[x] = static_cast<Kip16s>((columns_[x] + x) % kCount);
+  return kipStatusOk;
+}
+
+}  // namespace kip
