@@ -1,0 +1,87 @@
+// Gamma against the curve in double precision with the standard library's pow.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <numeric>
+#include <random>
+#include <vector>
+
+#include "kipcc.h"
+
+namespace kip {
+namespace {
+
+double forward(double n) { return n < 0.018 ? 4.5 * n : 1.099 * std::pow(n, 0.45) - 0.099; }
+double inverse(double n) { return n < 0.0812 ? n / 4.5 : std::pow((n + 0.099) / 1.099, 1 / 0.45); }
+
+/// One float through the curve, in the promised steps.
+float throughCurve(bool isForward, float v, float vMin, float vMax) {
+  const double x = v - vMin, span = vMax - vMin, n = x * (1 / span);
+  if (isForward) {
+    if (n < 0.018) return static_cast<float>(vMin + 4.5 * x);
+    return static_cast<float>((1.099 * std::pow(n, 0.45) - 0.099) * span + vMin);
+  }
+  if (n < 0.0812) return static_cast<float>(vMin + x * 0.2222222222222222);
+  return static_cast<float>(std::pow((n + 0.099) * 0.9099181073703366, 2.2222222222222223) * span + vMin);
+}
+
+TEST(Gamma, OfBytesIsTheCurveRounded) {
+  std::vector<Kip8u> all(3 * 256), coded(all.size()), linear(all.size()), back(all.size());
+  for (size_t i = 0; i < all.size(); ++i) all[i] = static_cast<Kip8u>(i / 3);
+  const KipiSize size = {256, 1};
+  kipiGammaFwd_8u_C3R(all.data(), 768, coded.data(), 768, size);
+  kipiGammaInv_8u_C3R(all.data(), 768, linear.data(), 768, size);
+  for (int v = 0; v < 256; ++v) {
+    ASSERT_EQ(coded[3 * v], std::nearbyint(255 * forward(v / 255.0))) << v;  // 4.5 and 13.5 go to even
+    ASSERT_EQ(linear[3 * v], std::floor(255 * inverse(v / 255.0) + 0.5)) << v;
+  }
+  kipiGammaInv_8u_C3R(coded.data(), 768, back.data(), 768, size);
+  for (int v = 0; v < 256; ++v) ASSERT_NEAR(back[3 * v], v, 1);
+}
+
+TEST(Gamma, OfWordsIsTheFloatCurveTruncated) {
+  std::vector<Kip16u> all(65536 * 3), result(all.size());
+  for (size_t i = 0; i < all.size(); ++i) all[i] = static_cast<Kip16u>(i / 3);
+  const int row = 65536 * 6;
+  for (const bool isForward : {true, false}) {
+    const auto function = isForward ? kipiGammaFwd_16u_C3R : kipiGammaInv_16u_C3R;
+    ASSERT_EQ(function(all.data(), row, result.data(), row, {65536, 1}), kipStatusOk);
+    for (int v = 0; v < 65536; ++v) {
+      ASSERT_EQ(result[3 * v], static_cast<int>(throughCurve(isForward, static_cast<float>(v), 0, 65535))) << v;
+    }
+  }
+}
+
+TEST(Gamma, OfFloatsHasTheBytesOfPow) {
+  constexpr int kWidth = 20011;
+  constexpr float kInfinity = INFINITY;
+  const float ranges[][2] = {{0, 1}, {-3, 1000}, {1e6f, 1e6f + 10}, {0, 1e-30f}, {-1e30f, 2e30f}};
+  for (const auto& [vMin, vMax] : ranges) {
+    std::mt19937 random(3);
+    std::vector<float> values(3 * kWidth), result(values.size());
+    for (float& v : values) v = (random() * 0x1p-32f * 1.2f - 0.1f) * (vMax - vMin) + vMin;
+    for (size_t i = 0; i < values.size(); i += 97) values[i] *= 1e5f;  // far outside the range
+    values[1] = vMin, values[2] = vMax, values[3] = kInfinity, values[4] = -kInfinity, values[5] = NAN;
+    for (const bool isForward : {true, false}) {
+      const auto function = isForward ? kipiGammaFwd_32f_C3R : kipiGammaInv_32f_C3R;
+      const int row = 12 * kWidth;
+      ASSERT_EQ(function(values.data(), row, result.data(), row, {kWidth, 1}, vMin, vMax), kipStatusOk);
+      for (size_t i = 0; i < values.size(); ++i) {
+        const float expected = throughCurve(isForward, values[i], vMin, vMax);
+        if (std::isnan(expected) && std::isnan(result[i])) continue;
+        ASSERT_EQ(std::memcmp(&result[i], &expected, sizeof expected), 0)
+            << values[i] << " in " << vMin << ".." << vMax << ": " << result[i] << " instead of " << expected;
+      }
+    }
+  }
+}
+
+TEST(Gamma, LooksAtTheRangeBeforeThePointers) {
+  EXPECT_EQ(kipiGammaFwd_32f_C3R(nullptr, 0, nullptr, 0, {0, 0}, 1, 1), kipStatusGammaRange);
+  EXPECT_EQ(kipiGammaInv_32f_IP3R(nullptr, 0, {0, 0}, 2, 1), kipStatusGammaRange);
+  EXPECT_EQ(kipiGammaFwd_32f_C3R(nullptr, 0, nullptr, 0, {0, 0}, 0, 1), kipStatusNullPointer);
+}
+
+}  // namespace
+}  // namespace kip
