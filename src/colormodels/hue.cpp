@@ -313,17 +313,18 @@ class ToHls32f {
     const F32 max = atLeast(atLeast(r, g), b), min = atMost(atMost(g, r), b);
     const F32 delta = hn::Sub(max, min), sum = hn::Add(max, min), lightness = hn::Mul(half_, sum);
     const auto gray = hn::Le(delta, epsilon_);
-    const F32 denominator = hn::IfThenElse(hn::Le(lightness, half_), sum, hn::Sub(two_, sum));
+    // The lesser of the two is max + min up to a lightness of one half.
+    const F32 denominator = hn::Min(hn::Sub(two_, sum), sum);
 
     const auto red = hn::Eq(r, max), green = hn::Eq(g, max);
     const auto pick = [&](F32 inRed, F32 inGreen, F32 inBlue) KIP_INLINE_LAMBDA {
       return hn::IfThenElse(red, inRed, hn::IfThenElse(green, inGreen, inBlue));
     };
     const F32 difference = hn::Sub(pick(g, b, r), pick(b, r, g));
-    const F32 turned = hn::Add(hn::Div(hn::Mul(difference, d60_), delta), pick(hn::Zero(Tag<float>()), d120_, d240_));
-    const F32 hue = hn::Add(turned, hn::IfThenElseZero(hn::Lt(turned, hn::Zero(Tag<float>())), d360_));
-    return {hn::IfThenZeroElse(gray, hn::Div(hue, d360_)), lightness,
-            hn::IfThenZeroElse(gray, hn::Div(delta, denominator))};
+    const F32 angle = hn::Div(hn::Mul(difference, d60_), delta);
+    const F32 wrap = hn::IfThenElseZero(hn::Lt(angle, hn::Zero(Tag<float>())), d360_);
+    const F32 hue = hn::Div(hn::Add(angle, pick(wrap, d120_, d240_)), d360_);
+    return {hn::IfThenZeroElse(gray, hue), lightness, hn::IfThenZeroElse(gray, hn::Div(delta, denominator))};
   }
 
  private:
