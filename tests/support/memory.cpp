@@ -144,7 +144,7 @@ void PlaneMemory::clear(uint8_t fill) const {
 }
 
 void PlaneMemory::put(const PlaneContent& content) const {
-  for (int y = 0; y < plane.rows; ++y) std::memcpy(row(y), content.row(y), plane.rowBytes);
+  for (int y = 0; y < plane.rows; ++y) std::copy_n(content.row(y), plane.rowBytes, row(y));
 }
 
 PlaneContent PlaneMemory::get() const {
