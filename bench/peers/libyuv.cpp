@@ -142,7 +142,7 @@ const PeerTable table("libyuv", {
   {{"kipiYCbCr422ToYCbCr420_8u_C2P2R"}, "YUY2ToNV12", kSame, convert<1, 2>(YUY2ToNV12)},
   {{"kipiCbYCr422ToYCbCr420_8u_C2P3R", "kipiCbYCr422ToYCrCb420_8u_C2P3R"}, "UYVYToI420", kSame, convert<1, 3>(UYVYToI420)},
   {{"kipiCbYCr422ToYCbCr420_8u_C2P2R"}, "UYVYToNV12", kSame, convert<1, 2>(UYVYToNV12)},
-  {{"kipiYCbCr420ToYCbCr422_8u_P3R", "kipiYCrCb420ToYCbCr422_8u_P3R", "kipiYCbCr420ToYCbCr422_Filter_8u_P3R", "kipiYCrCb420ToYCbCr422_Filter_8u_P3R"}, "I420ToI422", kSame, convert<3, 3>(I420ToI422)},
+  {{"kipiYCbCr420ToYCbCr422_8u_P3R", "kipiYCrCb420ToYCbCr422_8u_P3R"}, "I420ToI422", kSame, convert<3, 3>(I420ToI422)},
   {{"kipiYCrCb420ToYCbCr422_8u_P3C2R"}, "I420ToYUY2", kSame, convert<3, 1>(I420ToYUY2)},
   {{"kipiYCrCb420ToCbYCr422_8u_P3C2R"}, "I420ToUYVY", kSame, convert<3, 1>(I420ToUYVY)},
 
