@@ -729,6 +729,167 @@ KIPAPI KipStatus kipiReduceBits_32f16s_AC4R(const Kip32f* pSrc, int srcStep, Kip
 
 /** @} */
 
+/** @defgroup ycbcr RGB and YCbCr
+ *  8-bit RGB to and from YCbCr, digital television's luma and colour differences, at full resolution and with chroma
+ *  shared by 2 (4:2:2), 2 x 2 (4:2:0) or 4 pixels in a row (4:1:1). All sums are 32-bit integers of factors x 2^16,
+ *  exact for every pixel wherever it lies.
+ *
+ *  | set                 | Y                                       | Cb                            | Cr                             |
+ *  |---------------------|-----------------------------------------|-------------------------------|--------------------------------|
+ *  | BT.601, 16..235     | 16843 R + 33030 G + 6423 B + 16.5 x 2^16 | -9699 R - 19071 G + 28770 B   | 28770 R - 24117 G - 4653 B     |
+ *  | _709CSC, 16..235    | 11993 R + 40239 G + 4063 B + 16.5 x 2^16 | -6619 R - 22151 G + 28770 B   | 28770 R - 26149 G - 2621 B     |
+ *  | _709HDTV, 0..255    | 13959 R + 46858 G + 4719 B + 0.5 x 2^16  | -7668 R - 25821 G + 33489 B   | 33489 R - 30409 G - 3080 B     |
+ *
+ *  Chroma is weighted from the sums over its group, with 128 and a rounding added, and floored: 128.5 at full
+ *  resolution, in RGBToYCbCr422 C2, RGBToYCrCb422 C2 and BGRToCbYCr422 (there Cr gets 2 / 2^17 less than Cb); 128.125 in
+ *  all others. The second luma of each pair of RGBToYCbCr422 C2 and RGBToYCrCb422 C2 is truncated. HDTV saturates.
+ *  RGBToCbYCr422 weights the chroma of a pair 2 : 1 : 1 from its first pixel and both neighbours of that, in factors
+ *  x 2^15 and with 128.5 - 2^-15; the missing left neighbour of a row's first pair counts as having no chroma. Gamma
+ *  sends R, G and B through the transfer curve of BT.709 before.
+ *
+ *  | back to RGB, (luma, Cr to R, Cb to G, Cr to G, Cb to B) and rounding | functions |
+ *  |----------------------------------------------------------|-----------------------------------------------------|
+ *  | 76284, 104595, -25690, -53281, 132186, floored           | YCbCrToRGB C3, AC4, P3                              |
+ *  | the same, floored after -57, -14, -13 / 2^16 on R, G, B  | YCbCr422, YCrCb422, but YCbCr422ToRGB P3C3          |
+ *  | the same, to nearest                                     | 420 without a word behind it                        |
+ *  | 76282, 104593, -25689, -53279, 132184, floored           | YCbCrToRGB P3C3, P3C4; YCbCrToBGR                   |
+ *  | the same, to nearest                                     | CbYCr422; YCbCr422ToRGB P3C3                        |
+ *  | 76294, 104595, -25625, -53281, 132186, floored           | 411                                                 |
+ *  | 76309, 104597, -25675, -53279, 132201, floored           | _Filter                                             |
+ *  | 76284, 117506, -13959, -34996, 138609, to nearest        | _709CSC                                             |
+ *  | 65536, 100925, -11993, -30081, 119013, to nearest, luma from 0 | _709HDTV                                      |
+ *
+ *  There and back at full resolution, RGBToYCbCr and YCbCrToRGB differ from any colour by at most 2 in a channel. Each
+ *  chroma sample serves all pixels of its group; only _Filter interpolates, giving the odd pixels of a row the rounded
+ *  mean of their sample and the next one, except in the last pair.
+ *
+ *  C2 of YCbCr422 is Y0, Cb, Y1, Cr, of YCrCb422 Y0, Cr, Y1, Cb, of CbYCr422 Cb, Y0, Cr, Y1. Planes of YCrCb are Y, Cr,
+ *  Cb. Chroma planes are floor(width / 2) wide, or floor(width / 4) for 4:1:1. C4 gets the caller's alpha.
+ *
+ *  Odd sizes. C2 converts every pixel: the last one of an odd width has two bytes, luma and the chroma that comes first,
+ *  computed from that pixel alone (which kipiBGRToCbYCr422_8u_AC4C2R reads as R, G, B); back, it borrows the chroma of
+ *  the pair before, or, in a region one wide, takes its one chroma byte for both. Planes convert whole groups and leave
+ *  the rest of the destination as it was; kipStatusOddSize comes from 4:2:0, from encoding 4:1:1 in widths that are no
+ *  multiple of 4, and from kipiRGBToYCbCr422_8u_C3P3R in odd widths.
+ *
+ *  Smallest regions: 4 wide for 4:1:1; 2 wide for BGRToYCbCr422, YCbCr422ToBGR and kipiRGBToYCbCr422_8u_C3P3R; 2 x 2 for
+ *  encoding 4:2:0, but kipiRGBToYCbCr420_8u_C3P3R; 1 x 1 for all others. Plane pointers are checked before the size when
+ *  encoding to planes, but by kipiRGBToYCbCr420_8u_C3P3R, and when decoding from planes of 4:2:2 and 4:1:1; after it
+ *  elsewhere. kipiRGBToCbYCr422Gamma_8u_C3C2R checks its steps, after the size.
+ *  @{ */
+
+KIPAPI KipStatus kipiRGBToYCbCr_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCbCr_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCbCr_8u_C3P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCbCr_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst[3], int dstStep,
+                                       KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCbCr_8u_AC4P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep,
+                                          KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB_8u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst[3], int dstStep,
+                                       KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB_8u_P3C4R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst, int dstStep,
+                                         KipiSize roiSize, Kip8u aval);
+KIPAPI KipStatus kipiYCbCrToBGR_8u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR_8u_P3C4R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst, int dstStep,
+                                         KipiSize roiSize, Kip8u aval);
+KIPAPI KipStatus kipiYCbCrToBGR_709CSC_8u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst, int dstStep,
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR_709CSC_8u_P3C4R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst, int dstStep,
+                                                KipiSize roiSize, Kip8u aval);
+KIPAPI KipStatus kipiRGBToYCbCr422_8u_C3C2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCbCr422_8u_P3C2R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCbCr422_8u_C3P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCrCb422_8u_C3C2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCrCb422_8u_P3C2R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCbCr420_8u_C3P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCrCb420_8u_AC4P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCbCr422_8u_C3C2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCbCr422_8u_AC4C2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCbCr422_8u_C3P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCbCr422_8u_AC4P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCbCr420_8u_C3P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCbCr420_8u_AC4P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCrCb420_8u_C3P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCrCb420_8u_AC4P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCbCr411_8u_C3P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCbCr411_8u_AC4P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCbCr420_709CSC_8u_C3P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                   KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCbCr420_709CSC_8u_AC4P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                    KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCrCb420_709CSC_8u_C3P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                   KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCrCb420_709CSC_8u_AC4P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                    KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCbCr420_709HDTV_8u_AC4P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                     KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToCbYCr422_8u_AC4C2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToCbYCr422_709HDTV_8u_AC4C2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                                     KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToCbYCr422_709HDTV_8u_C3C2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                                    KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToCbYCr422_8u_C3C2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToCbYCr422Gamma_8u_C3C2R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                                 KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB_8u_C2C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep,
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB_8u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR_8u_C2C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR_8u_C2C4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize, Kip8u aval);
+KIPAPI KipStatus kipiYCbCr422ToBGR_8u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiYCrCb422ToRGB_8u_C2C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCrCb422ToRGB_8u_C2P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep,
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiCbYCr422ToRGB_8u_C2C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiCbYCr422ToBGR_8u_C2C4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize, Kip8u aval);
+KIPAPI KipStatus kipiCbYCr422ToBGR_709HDTV_8u_C2C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                                    KipiSize roiSize);
+KIPAPI KipStatus kipiCbYCr422ToBGR_709HDTV_8u_C2C4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                                    KipiSize roiSize, Kip8u aval);
+KIPAPI KipStatus kipiYCbCr420ToRGB_8u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToBGR_8u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToBGR_8u_P3C4R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize, Kip8u aval);
+KIPAPI KipStatus kipiYCrCb420ToRGB_8u_P3C4R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize, Kip8u aval);
+KIPAPI KipStatus kipiYCbCr420ToBGR_709CSC_8u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                                   KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToBGR_709HDTV_8u_P3C4R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                                    KipiSize roiSize, Kip8u aval);
+KIPAPI KipStatus kipiYCrCb420ToBGR_Filter_8u_P3C4R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                                   KipiSize roiSize, Kip8u aval);
+KIPAPI KipStatus kipiYCbCr411ToBGR_8u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToBGR_8u_P3C4R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize, Kip8u aval);
+
+/** @} */
+
 #ifdef __cplusplus
 }
 #endif

@@ -1,4 +1,4 @@
-// Byte pixels as pairs of 16-bit channels in 32-bit lanes, (R, G) and (B, G), so that dotPairs weights them exactly.
+// Byte pixels as pairs of 16-bit channels in 32-bit lanes, (R, G) and (G, B), so that dotPairs weights them exactly.
 // Splitting a coefficient for G over both pairs allows coefficients above 32767.
 
 #if defined(KIP_FRAME_PAIRS_INL_H_) == defined(HWY_TARGET_TOGGLE)
@@ -16,7 +16,7 @@ namespace HWY_NAMESPACE {
 
 /// A block of pixels in four vectors, four pixels to each 128 bits; packing the four gives the pixels' order.
 struct PixelPairs {
-  I16 rg[4], bg[4];
+  I16 rg[4], gb[4];
 };
 
 /// Interleaved pixels: each block is loaded where its pixels are and spread by a byte shuffle.
@@ -26,14 +26,14 @@ KIP_INLINE PixelPairs loadPairs(const Rows<const Kip8u, 1>& from) {
   constexpr int kPixelsBytes = 4 * kSamples;  // of the four pixels of a block
   constexpr int kBack = 16 - kPixelsBytes;    // the last load ends where the pixels end
   alignas(16) static constexpr struct Table {
-    uint8_t rg[2][16], bg[2][16];
-    constexpr Table() : rg(), bg() {
+    uint8_t rg[2][16], gb[2][16];
+    constexpr Table() : rg(), gb() {
       for (int last = 0; last < 2; ++last) {
         for (int p = 0; p < 4; ++p) {
           const int at = p * kSamples + last * kBack;
-          rg[last][4 * p] = at + kRed, bg[last][4 * p] = at + kBlue;
-          rg[last][4 * p + 2] = bg[last][4 * p + 2] = at + 1;
-          rg[last][4 * p + 1] = rg[last][4 * p + 3] = bg[last][4 * p + 1] = bg[last][4 * p + 3] = kGap;
+          rg[last][4 * p] = at + kRed, gb[last][4 * p + 2] = at + kBlue;
+          rg[last][4 * p + 2] = gb[last][4 * p] = at + 1;
+          rg[last][4 * p + 1] = rg[last][4 * p + 3] = gb[last][4 * p + 1] = gb[last][4 * p + 3] = kGap;
         }
       }
     }
@@ -44,7 +44,7 @@ KIP_INLINE PixelPairs loadPairs(const Rows<const Kip8u, 1>& from) {
     const int last = k == 3;
     const U8 bytes = loadBlocks(from.at[0] + k * kPixelsBytes - last * kBack, 4 * kPixelsBytes);
     pairs.rg[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.rg[last])));
-    pairs.bg[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.bg[last])));
+    pairs.gb[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.gb[last])));
   }
   return pairs;
 }
@@ -65,18 +65,18 @@ KIP_INLINE PixelPairs pairsOf(const P3<uint8_t>& layout, const Rows<const Kip8u,
     const auto widen = [&](U8 v) { return half == 0 ? lowerBytes(v) : upperBytes(v); };
     const I16 r = widen(px.a), g = widen(px.b), b = widen(px.c);
     pairs.rg[2 * half] = hn::InterleaveLower(r, g);
-    pairs.bg[2 * half] = hn::InterleaveLower(b, g);
+    pairs.gb[2 * half] = hn::InterleaveLower(g, b);
     pairs.rg[2 * half + 1] = hn::InterleaveUpper(d, r, g);
-    pairs.bg[2 * half + 1] = hn::InterleaveUpper(d, b, g);
+    pairs.gb[2 * half + 1] = hn::InterleaveUpper(d, g, b);
   }
   return pairs;
 }
 
-/// One 32-bit result per pixel from function(rg, bg), saturated to bytes.
+/// One 32-bit result per pixel from function(rg, gb), saturated to bytes.
 template <class Function>
 KIP_INLINE U8 packPixels(const PixelPairs& px, const Function& function) {
   const auto half = [&](int h) KIP_INLINE_LAMBDA {
-    return packWords(function(px.rg[2 * h], px.bg[2 * h]), function(px.rg[2 * h + 1], px.bg[2 * h + 1]));
+    return packWords(function(px.rg[2 * h], px.gb[2 * h]), function(px.rg[2 * h + 1], px.gb[2 * h + 1]));
   };
   return packBytes(half(0), half(1));
 }

@@ -94,6 +94,7 @@ T* samples(Kip8u* p) {
 template <class T = uint8_t, Order kOrder = Order::kForward, class D = Tag<T>>
 struct C3 : Interleaved<D, 3> {
   using V = hn::Vec<D>;
+  static constexpr bool kReversed = kOrder == Order::kReverse;
 
   KIP_INLINE Pixels<V> load(const Rows<const Kip8u, 1>& from) const {
     Pixels<V> px;
@@ -144,6 +145,7 @@ template <class T = uint8_t, Order kOrder = Order::kForward, class D = Tag<T>>
 struct AC4 : Interleaved<D, 4> {
   using V = hn::Vec<D>;
 
+  static constexpr bool kReversed = kOrder == Order::kReverse;
   static constexpr bool kKeeps = true;
 
   KIP_INLINE Pixels<V> load(const Rows<const Kip8u, 1>& from) const {

@@ -6,6 +6,11 @@
 #define KIP_C_C(S, D)                                                                               \
   (const S* pSrc, int srcStep, D* pDst, int dstStep, KipiSize roiSize), interleaved(pSrc, srcStep), \
       interleaved(pDst, dstStep), {}
+#define KIP_C_CA(S, D)                                                                                      \
+  (const S* pSrc, int srcStep, D* pDst, int dstStep, KipiSize roiSize, D aval), interleaved(pSrc, srcStep), \
+      interleaved(pDst, dstStep), {                                                                         \
+    .alpha = aval                                                                                           \
+  }
 #define KIP_C_P(S, D, n)                                                                               \
   (const S* pSrc, int srcStep, D* pDst[n], int dstStep, KipiSize roiSize), interleaved(pSrc, srcStep), \
       planar(pDst, n, dstStep), {}

@@ -80,6 +80,16 @@ KIP_INLINE Vector<T> pinned(T value) {
   return v;
 }
 
+/// A result that is computed here. Left alone, the compiler may put it off and keep, or spill, the several vectors that
+/// it is made of.
+template <class V>
+KIP_INLINE V settled(V v) {
+#if !KIP_EMULATED
+  asm("" : "+x"(v.raw));
+#endif
+  return v;
+}
+
 /// The same bits as lanes of another type.
 template <class T, class V>
 KIP_INLINE Vector<T> as(V v) {
@@ -254,10 +264,21 @@ KIP_INLINE I32 oddLanes(I32 lower, I32 upper) {
 #endif
 }
 
+/// The even, or the odd, 16-bit lanes of two vectors as pairs (a, b).
+KIP_INLINE I16 pairEven(I16 a, I16 b) { return hn::OddEven(as<int16_t>(hn::ShiftLeft<16>(as<int32_t>(b))), a); }
+KIP_INLINE I16 pairOdd(I16 a, I16 b) { return hn::OddEven(b, as<int16_t>(hn::ShiftRight<16>(as<uint32_t>(a)))); }
+
+/// The upper 16 bits of 32-bit lanes, those of `even` and of `odd` in turn.
+KIP_INLINE I16 mergeUpper(I32 even, I32 odd) {
+  return hn::OddEven(as<int16_t>(odd), as<int16_t>(hn::ShiftRight<16>(as<uint32_t>(even))));
+}
+
 /// Factors (even, odd) for dotPairs.
 constexpr int32_t pairBits(int even, int odd) {
   return static_cast<int32_t>((static_cast<uint32_t>(odd) << 16) | (static_cast<uint32_t>(even) & 0xFFFF));
 }
+/// Weights (even, odd) for dotBytes.
+constexpr int bytePair(int even, int odd) { return static_cast<int16_t>(odd * 256 + (even & 0xFF)); }
 KIP_INLINE I16 setPairs(int even, int odd) { return as<int16_t>(set<int32_t>(pairBits(even, odd))); }
 KIP_INLINE I16 pinnedPairs(int even, int odd) { return as<int16_t>(pinned<int32_t>(pairBits(even, odd))); }
 
@@ -417,6 +438,18 @@ KIP_INLINE void sideBySide(Vector<T> first, Vector<T> second, Vector<T>& lower, 
 KIP_INLINE void storeHalf(I16 v, uint8_t* to) {
   const auto half = hn::Half<Tag<uint8_t>>();
   hn::StoreU(hn::DemoteTo(half, v), half, to);
+}
+
+/// The next quarter vector of bytes as 16-bit lanes, in order, each of them twice.
+KIP_INLINE I16 loadQuarterTwice(const uint8_t* from) {
+  const I32 v = hn::PromoteTo(Tag<int32_t>(), hn::LoadU(hn::Rebind<uint8_t, Tag<int32_t>>(), from));
+  return as<int16_t>(hn::Or(v, hn::ShiftLeft<16>(v)));
+}
+
+/// 32-bit lanes saturated to bytes, in order, to the next quarter vector of bytes.
+KIP_INLINE void storeQuarter(I32 v, uint8_t* to) {
+  const hn::Rebind<uint8_t, Tag<int32_t>> quarter;
+  hn::StoreU(hn::DemoteTo(quarter, v), quarter, to);
 }
 
 }  // namespace HWY_NAMESPACE

@@ -1,16 +1,16 @@
-// Conversions between full-resolution pixels and subsampled chroma: the layouts, and the walk over pixel pairs and
-// 2 x 2 blocks. What is computed comes from the families' arithmetic types.
+// Conversions between full-resolution pixels and subsampled chroma: the layouts, and the walk over groups of pixels
+// that share their chroma. What is computed comes from the families' arithmetic types.
 //
-// Encoding works on pixels as pairs of 16-bit channels in 32-bit lanes, (R, G) and (B, G), so that dotPairs weights
-// them exactly; splitting a coefficient for G over both pairs allows coefficients above 32767. An encoder is a type
-// with
-//   I32 luma(rg, bg)                               the luma of one vector of pixels, at the encoder's scale
-//   I16 toByte(luma)                               that luma as a sample
-//   void chroma(rgSums, bgSums, lumaSums, u, v)    the chroma of a group from its sums
+// Encoding works on pixels as pairs of channels. An encoder is a type with
+//   struct Sums                       what the chroma of a block's groups is computed from
+//   Sums row(const PixelPairs&, y)    one row's share of it; sets the row's luma samples
+//   Sums add(Sums, Sums)              what two rows have in sum
+//   void chroma(Sums, samples)        sets the chroma samples
 //
-// Decoding works on 16-bit lanes. A decoder is a type with
-//   Pixels<I16> terms(u, v)                        what the chroma adds to each channel
-//   Pixels<I16> pixel(y, terms)                    a pixel, before saturation
+// A decoder is a type with
+//   load(layout, rows)                the source's samples in the lanes that it works on
+//   terms(samples)                    what the chroma adds to each channel
+//   Pixels<U8> row(samples, r, terms) the pixels of luma row r
 
 #if defined(KIP_LUMACHROMA_SUBSAMPLING_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KIP_LUMACHROMA_SUBSAMPLING_INL_H_
@@ -26,17 +26,35 @@ namespace kip {
 namespace HWY_NAMESPACE {
 
 // ---------------------------------------------------------------------------------------------------------------------
-// Layouts of subsampled images. y[] is one vector per luma row; u and v are 16-bit lanes, one per pixel pair, in order.
+// Layouts of subsampled images
 
+/// y[] is one vector per luma row; u and v are 16-bit lanes, one per pixel pair, in order.
 struct Subsampled {
   U8 y[2];
   I16 u, v;
 };
 
+/// The same with chroma for four pixels in a row: 32-bit lanes, one per four pixels, in order.
+struct Subsampled4 {
+  U8 y[1];
+  I32 u, v;
+};
+
+/// Samples in 16-bit lanes, half a block of pixels in each vector. The layout's kLumaByte and kChromaByte tell which of
+/// the two bytes of a lane is the sample. Luma by row and half, in order once packed; chroma by half, a pair (u, v), or
+/// (v, u) if kChromaSwapped, for each two pixels of the luma beside it.
+struct InLanes {
+  U8 y[2][2];
+  U8 chroma[2];
+};
+
 /// Packed 4:2:2, four bytes for a pixel pair. kLumaFirst: Y0 u Y1 v, else u Y0 v Y1; kSwapped: v and u change places.
 template <bool kLumaFirst = true, bool kSwapped = false>
 struct Packed422 : Interleaved<Tag<uint8_t>, 2> {
-  static constexpr int kLumaRows = 1;
+  using Samples = Subsampled;
+  static constexpr int kLumaRows = 1, kGroupWidth = 2;
+  static constexpr int kLumaByte = kLumaFirst ? 0 : 1, kChromaByte = 1 - kLumaByte;
+  static constexpr bool kChromaSwapped = kSwapped;
 
   KIP_INLINE Subsampled load(const Rows<const Kip8u, 1>& from) const {
     U8 first, second;
@@ -53,13 +71,36 @@ struct Packed422 : Interleaved<Tag<uint8_t>, 2> {
     const U8 first = kLumaFirst ? s.y[0] : chroma, second = kLumaFirst ? chroma : s.y[0];
     hn::StoreInterleaved2(first, second, Tag<uint8_t>(), to.at[0]);
   }
+  KIP_INLINE InLanes loadInLanes(const Rows<const Kip8u, 1>& from) const {
+    InLanes s;
+    for (int half = 0; half < 2; ++half) s.y[0][half] = s.chroma[half] = loadBlocks(from.at[0] + 16 * half, 32);
+    return s;
+  }
 };
 
-/// Planar 4:2:2 (one luma row) and 4:2:0 (two luma rows, which come first among the pointers).
-template <int kRows>
-struct PlanarChroma {
+/// What planar layouts have in common: samples in the lower bytes of their lanes.
+struct InLowerBytes {
+  static constexpr int kLumaByte = 0, kChromaByte = 0;
+  static constexpr bool kChromaSwapped = false;
+
+ protected:
+  KIP_INLINE static void widenLuma(U8 y, U8 (&halves)[2]) {
+    halves[0] = as<uint8_t>(lowerBytes(y)), halves[1] = as<uint8_t>(upperBytes(y));
+  }
+  /// From the samples of each pixel pair, in order.
+  KIP_INLINE static void pairChroma(I16 u, I16 v, U8 (&halves)[2]) {
+    halves[0] = as<uint8_t>(hn::InterleaveLower(u, v));
+    halves[1] = as<uint8_t>(hn::InterleaveUpper(Tag<int16_t>(), u, v));
+  }
+};
+
+/// Planar 4:2:2 (one luma row) and 4:2:0 (two luma rows, which come first among the pointers). kSwapped: the plane of v
+/// comes before that of u.
+template <int kRows, bool kSwapped = false>
+struct PlanarChroma : InLowerBytes {
+  using Samples = Subsampled;
   static constexpr int kBlock = kLanes<uint8_t>;
-  static constexpr int kLumaRows = kRows;
+  static constexpr int kLumaRows = kRows, kGroupWidth = 2;
   static constexpr int kPointers = kRows + 2;
   static constexpr bool kKeeps = false;
   static constexpr bool kTakesAlpha = false;
@@ -69,8 +110,8 @@ struct PlanarChroma {
   static Rows<Byte, kPointers> rows(const Image<Byte>& image, int group) {
     Rows<Byte, kPointers> rows;
     for (int r = 0; r < kRows; ++r) rows.at[r] = image.row(0, kRows * group + r);
-    rows.at[kRows] = image.row(1, group);
-    rows.at[kRows + 1] = image.row(2, group);
+    rows.at[kRows] = image.row(kSwapped ? 2 : 1, group);
+    rows.at[kRows + 1] = image.row(kSwapped ? 1 : 2, group);
     return rows;
   }
   KIP_INLINE Subsampled load(const Rows<const Kip8u, kPointers>& from) const {
@@ -85,9 +126,44 @@ struct PlanarChroma {
     storeHalf(s.u, to.at[kRows]);
     storeHalf(s.v, to.at[kRows + 1]);
   }
+  KIP_INLINE InLanes loadInLanes(const Rows<const Kip8u, kPointers>& from) const {
+    InLanes s;
+    const Subsampled bytes = load(from);
+    for (int r = 0; r < kRows; ++r) widenLuma(bytes.y[r], s.y[r]);
+    pairChroma(bytes.u, bytes.v, s.chroma);
+    return s;
+  }
 };
 using Planar422 = PlanarChroma<1>;
 using Planar420 = PlanarChroma<2>;
+using Planar420Swapped = PlanarChroma<2, true>;
+
+/// Planar 4:1:1: a chroma sample for four pixels in a row. Only whole groups are loaded and stored.
+struct Planar411 : InLowerBytes {
+  using Samples = Subsampled4;
+  static constexpr int kBlock = kLanes<uint8_t>;
+  static constexpr int kLumaRows = 1, kGroupWidth = 4;
+  static constexpr int kPointers = 3;
+  static constexpr bool kKeeps = false;
+  static constexpr bool kTakesAlpha = false;
+  static constexpr size_t bytes(int p, size_t pixels) { return p == 0 ? pixels : pixels / 4; }
+
+  template <class Byte>
+  static Rows<Byte, kPointers> rows(const Image<Byte>& image, int y) {
+    return {{image.row(0, y), image.row(1, y), image.row(2, y)}};
+  }
+  KIP_INLINE InLanes loadInLanes(const Rows<const Kip8u, kPointers>& from) const {
+    InLanes s;
+    widenLuma(hn::LoadU(Tag<uint8_t>(), from.at[0]), s.y[0]);
+    pairChroma(loadQuarterTwice(from.at[1]), loadQuarterTwice(from.at[2]), s.chroma);
+    return s;
+  }
+  KIP_INLINE void store(const Subsampled4& s, const Rows<Kip8u, kPointers>& to) const {
+    hn::StoreU(s.y[0], Tag<uint8_t>(), to.at[0]);
+    storeQuarter(s.u, to.at[1]);
+    storeQuarter(s.v, to.at[2]);
+  }
+};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Sums over groups of pixels
@@ -98,72 +174,62 @@ KIP_INLINE I16 addNeighbours(I16 lower, I16 upper) {
   return hn::Add(as<int16_t>(evenLanes(a, b)), as<int16_t>(oddLanes(a, b)));
 }
 
-/// The even channel (R of (R, G)) of pairs, as 16-bit lanes in order.
-KIP_INLINE I16 evenChannel(I16 lower, I16 upper) {
-  const auto even = [](I16 v) { return hn::And(as<int32_t>(v), set<int32_t>(0xFFFF)); };
-  return packWords(even(lower), even(upper));
-}
-
 // ---------------------------------------------------------------------------------------------------------------------
 // The walks
 
-/// One block of one luma row: its luma, and its luma at the encoder's scale as 16-bit lanes in order.
-template <class Op>
-KIP_INLINE U8 encodeLuma(const Op& op, const PixelPairs& px, I16 (&scaled)[2]) {
-  for (int half = 0; half < 2; ++half) {
-    scaled[half] =
-        packWords(op.luma(px.rg[2 * half], px.bg[2 * half]), op.luma(px.rg[2 * half + 1], px.bg[2 * half + 1]));
-  }
-  return packBytes(op.toByte(scaled[0]), op.toByte(scaled[1]));
+/// The pixels of a row that make whole groups of a subsampled layout.
+template <class Layout>
+constexpr int wholeGroups(int width) {
+  return width - width % Layout::kGroupWidth;
 }
 
-/// The chroma of a block's groups from what the rows of the group have in sum.
-template <class Op>
-KIP_INLINE void encodeChroma(const Op& op, const PixelPairs& px, const I16 (&luma)[2], Subsampled& s) {
-  const I16 one = set<int16_t>(1);
-  const I16 rg[2] = {addNeighbours(px.rg[0], px.rg[1]), addNeighbours(px.rg[2], px.rg[3])};
-  const I16 bg[2] = {addNeighbours(px.bg[0], px.bg[1]), addNeighbours(px.bg[2], px.bg[3])};
-  op.chroma(rg, bg, packWords(dotPairs(luma[0], one), dotPairs(luma[1], one)), s.u, s.v);
-}
-
-/// Pixels to subsampled chroma: groups of 2 x Dst::kLumaRows pixels. The last column of an odd width is left out.
+/// Pixels to subsampled chroma. Pixels beyond a row's last whole group are left out.
 template <class Op, class Src, class Dst>
 struct Encode {
-  static void rows(const Job& job, int first, int last) {
+  using GroupOf = std::conditional_t<Dst::kLumaRows == 2, TwoRows<Src>, Src>;
+
+  KIP_INLINE static void walk(const Job& job, const Rows<const Kip8u, GroupOf::kPointers>& from,
+                              const Rows<Kip8u, Dst::kPointers>& to, size_t pixels) {
     const Op op = makeFor<Op>(job);
     const Dst dst = makeFor<Dst>(job);
-    for (int y = first; y < last; ++y) {
-      forBlocks<GroupOf, Dst>(GroupOf::rows(job.src, y), Dst::rows(job.dst, y), 0, job.width / 2 * 2,
-                              [&](const auto& from, const auto& to)
-                                  KIP_INLINE_LAMBDA { dst.store(block(op, from), to); });
-    }
+    forBlocks<GroupOf, Dst>(from, to, 0, pixels,
+                            [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA { dst.store(block(op, in), out); });
+  }
+
+  static void rows(const Job& job, int first, int last) {
+    const int pixels = wholeGroups<Dst>(job.width);
+    for (int y = first; y < last; ++y) walk(job, GroupOf::rows(job.src, y), Dst::rows(job.dst, y), pixels);
   }
 
  private:
-  using GroupOf = std::conditional_t<Dst::kLumaRows == 2, TwoRows<Src>, Src>;
-
-  KIP_INLINE static Subsampled block(const Op& op, const Rows<const Kip8u, GroupOf::kPointers>& from) {
-    Subsampled s;
-    I16 luma[2];
+  KIP_INLINE static typename Dst::Samples block(const Op& op, const Rows<const Kip8u, GroupOf::kPointers>& from) {
+    typename Dst::Samples s;
     if constexpr (Dst::kLumaRows == 1) {
-      const PixelPairs px = pairsOf(Src(), from);
-      s.y[0] = encodeLuma(op, px, luma);
-      encodeChroma(op, px, luma, s);
+      op.chroma(op.row(pairsOf(Src(), from), s.y[0]), s);
     } else {
-      I16 lowerLuma[2];
-      PixelPairs px = pairsOf(Src(), GroupOf::row(from, 0));
-      const PixelPairs lower = pairsOf(Src(), GroupOf::row(from, 1));
-      s.y[0] = encodeLuma(op, px, luma);
-      s.y[1] = encodeLuma(op, lower, lowerLuma);
-      for (int k = 0; k < 4; ++k) px.rg[k] = hn::Add(px.rg[k], lower.rg[k]), px.bg[k] = hn::Add(px.bg[k], lower.bg[k]);
-      for (int half = 0; half < 2; ++half) luma[half] = hn::Add(luma[half], lowerLuma[half]);
-      encodeChroma(op, px, luma, s);
+      const auto upper = op.row(pairsOf(Src(), GroupOf::row(from, 0)), s.y[0]);
+      op.chroma(op.add(upper, op.row(pairsOf(Src(), GroupOf::row(from, 1)), s.y[1])), s);
     }
     return s;
   }
 };
 
-/// Subsampled chroma to pixels, each chroma sample serving its group of 2 x Src::kLumaRows pixels.
+/// One pixel as the order of its space has it: what is left of odd widths.
+struct Pixel {
+  int a, b, c;
+};
+template <class Src>
+Pixel pixelAt(const Rows<const Kip8u, Src::kPointers>& row, size_t x) {
+  const Rows<const Kip8u, Src::kPointers> px = advance<Src>(row, x);
+  if constexpr (Src::kPointers == 3) {
+    return {*px.at[0], *px.at[1], *px.at[2]};
+  } else {
+    const Kip8u* p = px.at[0];
+    return Src::kReversed ? Pixel{p[2], p[1], p[0]} : Pixel{p[0], p[1], p[2]};
+  }
+}
+
+/// Subsampled chroma to pixels, each chroma sample serving its group.
 template <class Op, class Src, class Dst>
 struct Decode {
   using GroupOf = std::conditional_t<Src::kLumaRows == 2, TwoRows<Dst>, Dst>;
@@ -178,49 +244,49 @@ struct Decode {
     const Src src = makeFor<Src>(job);
     const Dst dst = makeFor<Dst>(job);
     forBlocks<Src, GroupOf>(from, to, first, last, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
-      const Subsampled s = src.load(in);
-      const Pixels<I16> terms = op.terms(s.u, s.v);
+      const auto s = op.load(src, in);
+      const auto terms = op.terms(s);
       for (int r = 0; r < Src::kLumaRows; ++r) {
-        const Pixels<I16> even = op.pixel(evenBytes(s.y[r]), terms), odd = op.pixel(oddBytes(s.y[r]), terms);
-        const Pixels<U8> px = {mergeBytes(even.a, odd.a), mergeBytes(even.b, odd.b), mergeBytes(even.c, odd.c)};
         if constexpr (Src::kLumaRows == 2) {
-          dst.store(px, GroupOf::row(out, r));
+          dst.store(op.row(s, r, terms), GroupOf::row(out, r));
         } else {
-          dst.store(px, out);
+          dst.store(op.row(s, r, terms), out);
         }
       }
     });
   }
 
-  /// Whole groups for 4:2:0; for 4:2:2 also the pixel of an odd width.
-  static constexpr int converted(int width) { return Src::kLumaRows == 2 ? width / 2 * 2 : width; }
-
   static void rows(const Job& job, int first, int last) {
-    for (int y = first; y < last; ++y) pixels(job, y, 0, converted(job.width));
+    for (int y = first; y < last; ++y) pixels(job, y, 0, wholeGroups<Src>(job.width));
   }
 };
 
-/// As Decode, with another arithmetic for the pixels after the last whole run of kRun.
-template <int kRun, class Op, class Rest, class Src, class Dst>
-struct DecodeRuns {
+/// As Decode from packed 4:2:2, and the last pixel of an odd width. It has luma and one chroma byte, and borrows the
+/// chroma of the pair before it; where there is none, its byte serves as both.
+template <class Op, class Src, class Dst>
+struct DecodePacked {
   static void rows(const Job& job, int first, int last) {
-    const int end = Decode<Op, Src, Dst>::converted(job.width), runs = end - end % kRun;
-    for (int y = first; y < last; ++y) {
-      Decode<Op, Src, Dst>::pixels(job, y, 0, runs);
-      Decode<Rest, Src, Dst>::pixels(job, y, runs, end);
+    Decode<Op, Src, Dst>::rows(job, first, last);
+    if (job.width % 2 == 0) return;
+    for (int y = first; y < last; ++y) lastPixel(job, y);
+  }
+
+ private:
+  static void lastPixel(const Job& job, int y) {
+    const size_t x = job.width - 1;
+    const Kip8u* from = job.src.row(0, y) + 2 * x;
+    Kip8u pair[4];
+    std::memcpy(pair, from, 2);
+    std::memcpy(pair + 2, from, 2);
+    if (x > 0) {
+      constexpr int kFirst = Src::kChromaByte, kSecond = kFirst + 2;
+      pair[kFirst] = from[kFirst - 4], pair[kSecond] = from[kSecond - 4];
     }
-  }
-};
-
-/// A decoder as an arithmetic for full-resolution pixels.
-template <class Decoder>
-struct PerPixel {
-  using Lane = int16_t;
-  Decoder decoder;
-
-  KIP_INLINE PerPixel() {}
-  KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
-    return decoder.pixel(px.a, decoder.terms(px.b, px.c));
+    const auto to = advance<Dst>(Dst::rows(job.dst, y), x);
+    PaddedBlock<Dst> out;
+    out.copyFrom(to, 1);
+    Decode<Op, Src, Dst>::walk(job, {{pair}}, out.rows, 0, 2);
+    out.copyTo(to, 1);
   }
 };
 

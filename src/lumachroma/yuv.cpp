@@ -111,12 +111,12 @@ struct ForwardRunAlpha {
 
 /// 2 Y from pairs of channels: the weighted R and G floored together, B by itself.
 struct DoubledLuma {
-  I16 rgWeights = pinnedPairs(kR15, kG15), bWeight = pinnedPairs(kB15, 0);
+  I16 rgWeights = pinnedPairs(kR15, kG15), bWeight = pinnedPairs(0, kB15);
 
   KIP_INLINE DoubledLuma() {}
 
-  KIP_INLINE I32 operator()(I16 rg, I16 bg) const {
-    return hn::Add(hn::ShiftRight<14>(dotPairs(rg, rgWeights)), hn::ShiftRight<14>(dotPairs(bg, bWeight)));
+  KIP_INLINE I32 operator()(I16 rg, I16 gb) const {
+    return hn::Add(hn::ShiftRight<14>(dotPairs(rg, rgWeights)), hn::ShiftRight<14>(dotPairs(gb, bWeight)));
   }
 };
 
@@ -145,8 +145,8 @@ struct ForwardRest {
 
   KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
     const Tag<int16_t> d;
-    const I16 y2 = packWords(luma(hn::InterleaveLower(px.a, px.b), hn::InterleaveLower(px.c, px.b)),
-                             luma(hn::InterleaveUpper(d, px.a, px.b), hn::InterleaveUpper(d, px.c, px.b)));
+    const I16 y2 = packWords(luma(hn::InterleaveLower(px.a, px.b), hn::InterleaveLower(px.b, px.c)),
+                             luma(hn::InterleaveUpper(d, px.a, px.b), hn::InterleaveUpper(d, px.b, px.c)));
     return {hn::ShiftRight<1>(y2), chroma.u(shiftLeft<1>(px.c), y2), chroma.v(shiftLeft<1>(px.a), y2)};
   }
 };
@@ -195,36 +195,82 @@ struct DifferenceRest {
 // ---------------------------------------------------------------------------------------------------------------------
 // Forward, subsampled: the chroma of a group is that of its mean colour
 
+/// Encodes by the sums of a group's colours and luma. Of the arithmetic it wants
+///   I32 luma(rg, gb)                  the luma of one vector of pixels, at the arithmetic's scale
+///   I16 toByte(luma)                  that luma as a sample
+///   I16 u(blues, lumas), v(reds, lumas)   the chroma of groups from their sums
+template <class Arithmetic>
+struct EncodeSums : Arithmetic {
+  struct Sums {
+    PixelPairs px;
+    I16 luma[2];
+  };
+
+  KIP_INLINE EncodeSums() {}
+
+  KIP_INLINE Sums row(const PixelPairs& px, U8& y) const {
+    Sums sums;
+    sums.px = px;
+    for (int half = 0; half < 2; ++half) {
+      sums.luma[half] =
+          packWords(this->luma(px.rg[2 * half], px.gb[2 * half]), this->luma(px.rg[2 * half + 1], px.gb[2 * half + 1]));
+    }
+    y = packBytes(this->toByte(sums.luma[0]), this->toByte(sums.luma[1]));
+    return sums;
+  }
+  KIP_INLINE Sums add(const Sums& upper, const Sums& lower) const {
+    Sums sums;
+    for (int k = 0; k < 4; ++k) {
+      sums.px.rg[k] = hn::Add(upper.px.rg[k], lower.px.rg[k]);
+      sums.px.gb[k] = hn::Add(upper.px.gb[k], lower.px.gb[k]);
+    }
+    for (int half = 0; half < 2; ++half) sums.luma[half] = hn::Add(upper.luma[half], lower.luma[half]);
+    return sums;
+  }
+  KIP_INLINE void chroma(const Sums& sums, Subsampled& s) const {
+    const I16 one = set<int16_t>(1);
+    const I16 luma = packWords(dotPairs(sums.luma[0], one), dotPairs(sums.luma[1], one));
+    const auto& [rg, gb] = sums.px;
+    const I16 red[2] = {addNeighbours(rg[0], rg[1]), addNeighbours(rg[2], rg[3])};
+    const I16 blue[2] = {addNeighbours(gb[0], gb[1]), addNeighbours(gb[2], gb[3])};
+    s.u = this->u(packWords(upper(blue[0]), upper(blue[1])), luma);
+    s.v = this->v(packWords(lower(red[0]), lower(red[1])), luma);
+  }
+
+ private:
+  /// One channel of pairs of sums.
+  KIP_INLINE static I32 lower(I16 pairs) { return hn::And(as<int32_t>(pairs), set<int32_t>(0xFFFF)); }
+  KIP_INLINE static I32 upper(I16 pairs) { return hn::ShiftRight<16>(as<int32_t>(pairs)); }
+};
+
 /// Sums of a pixel pair; the mean luma is floored, so S = (Y2 + Y2) >> 1 against R + R.
-struct Encoder422 {
+struct Mean422 {
   DoubledLuma luma;
   Differences differences;
 
-  KIP_INLINE Encoder422() {}
+  KIP_INLINE Mean422() {}
 
   KIP_INLINE I16 toByte(I16 y2) const { return hn::ShiftRight<1>(y2); }
-  KIP_INLINE void chroma(const I16 (&rg)[2], const I16 (&bg)[2], I16 lumaSums, I16& u, I16& v) const {
-    const I16 s = hn::ShiftRight<1>(lumaSums);
-    u = differences.u(evenChannel(bg[0], bg[1]), s);
-    v = differences.v(evenChannel(rg[0], rg[1]), s);
-  }
+  KIP_INLINE I16 u(I16 blues, I16 lumas) const { return differences.u(blues, hn::ShiftRight<1>(lumas)); }
+  KIP_INLINE I16 v(I16 reds, I16 lumas) const { return differences.v(reds, hn::ShiftRight<1>(lumas)); }
 };
 
 /// Sums of a 2 x 2 block, brought to the scale of one doubled pixel.
-struct Encoder420 {
-  I16 rgWeights = pinnedPairs(kR15, kG15), bWeight = pinnedPairs(kB15, 0);
+struct Mean420 {
+  I16 rgWeights = pinnedPairs(kR15, kG15), bWeight = pinnedPairs(0, kB15);
   Differences differences;
 
-  KIP_INLINE Encoder420() {}
+  KIP_INLINE Mean420() {}
 
-  KIP_INLINE I32 luma(I16 rg, I16 bg) const {
-    return hn::ShiftRight<14>(hn::Add(dotPairs(rg, rgWeights), dotPairs(bg, bWeight)));
+  KIP_INLINE I32 luma(I16 rg, I16 gb) const {
+    return hn::ShiftRight<14>(hn::Add(dotPairs(rg, rgWeights), dotPairs(gb, bWeight)));
   }
   KIP_INLINE I16 toByte(I16 y2) const { return hn::ShiftRight<1>(y2); }
-  KIP_INLINE void chroma(const I16 (&rg)[2], const I16 (&bg)[2], I16 lumaSums, I16& u, I16& v) const {
-    const I16 s = hn::ShiftRight<2>(lumaSums);
-    u = differences.u(hn::ShiftRight<1>(evenChannel(bg[0], bg[1])), s);
-    v = differences.v(hn::ShiftRight<1>(evenChannel(rg[0], rg[1])), s);
+  KIP_INLINE I16 u(I16 blues, I16 lumas) const {
+    return differences.u(hn::ShiftRight<1>(blues), hn::ShiftRight<2>(lumas));
+  }
+  KIP_INLINE I16 v(I16 reds, I16 lumas) const {
+    return differences.v(hn::ShiftRight<1>(reds), hn::ShiftRight<2>(lumas));
   }
 };
 
@@ -232,7 +278,8 @@ struct Encoder420 {
 struct LonePixel {
   int y, u, v;
 
-  LonePixel(int r, int g, int b) {
+  explicit LonePixel(const Pixel& rgb) {
+    const auto [r, g, b] = rgb;
     const int sum = kR15 * r + kG15 * g + kB15 * b;
     y = sum >> 15;
     // The two rounding constants differ on purpose.
@@ -245,15 +292,12 @@ struct LonePixel {
 template <class Src, class Dst>
 struct Encode422 {
   static void rows(const Job& job, int first, int last) {
-    Encode<Encoder422, Src, Dst>::rows(job, first, last);
+    Encode<EncodeSums<Mean422>, Src, Dst>::rows(job, first, last);
     if (job.width % 2 == 0) return;
     const size_t x = job.width - 1;
     for (int y = first; y < last; ++y) {
-      const auto from = advance<Src>(Src::rows(job.src, y), x);
+      const LonePixel px(pixelAt<Src>(Src::rows(job.src, y), x));
       const auto to = advance<Dst>(Dst::rows(job.dst, y), x);
-      const LonePixel px = Src::kPointers == 3
-                               ? LonePixel(*from.at[0], *from.at[1 % Src::kPointers], *from.at[2 % Src::kPointers])
-                               : LonePixel(from.at[0][0], from.at[0][1], from.at[0][2]);
       to.at[0][0] = static_cast<Kip8u>(px.y);
       if constexpr (Dst::kPointers == 1) {
         to.at[0][1] = static_cast<Kip8u>(px.u);
@@ -366,21 +410,72 @@ struct Inverse4Rest : Direct {
   }
 };
 
-/// Packed 4:2:2. The last pixel of an odd width has luma and one chroma byte: it borrows the pair before it.
+// ---------------------------------------------------------------------------------------------------------------------
+// Inverse, by source. Of the arithmetic these want
+//   Pixels<I16> terms(u, v)       what the chroma adds to each channel
+//   Pixels<I16> pixel(y, terms)   a pixel, before saturation
+
+/// An arithmetic for full-resolution pixels.
+template <class Arithmetic>
+struct PerPixel {
+  using Lane = int16_t;
+  Arithmetic arithmetic;
+
+  KIP_INLINE PerPixel() {}
+  KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
+    return arithmetic.pixel(px.a, arithmetic.terms(px.b, px.c));
+  }
+};
+
+/// An arithmetic for subsampled pixels.
+template <class Arithmetic>
+struct PerPair {
+  Arithmetic arithmetic;
+
+  KIP_INLINE PerPair() {}
+  template <class Src, class From>
+  KIP_INLINE static Subsampled load(const Src& src, const From& from) {
+    return src.load(from);
+  }
+  KIP_INLINE Pixels<I16> terms(const Subsampled& s) const { return arithmetic.terms(s.u, s.v); }
+  KIP_INLINE Pixels<U8> row(const Subsampled& s, int r, const Pixels<I16>& terms) const {
+    const Pixels<I16> even = arithmetic.pixel(evenBytes(s.y[r]), terms);
+    const Pixels<I16> odd = arithmetic.pixel(oddBytes(s.y[r]), terms);
+    return {mergeBytes(even.a, odd.a), mergeBytes(even.b, odd.b), mergeBytes(even.c, odd.c)};
+  }
+};
+
+/// The pixels of a row that are converted: that of an odd width has chroma of its own in 4:2:2, and is left in 4:2:0.
+template <class Src>
+constexpr int converted(int width) {
+  return Src::kLumaRows == 2 ? wholeGroups<Src>(width) : width;
+}
+
 template <class Op, class Src, class Dst>
-struct DecodePacked {
+struct DecodeAll {
+  static void rows(const Job& job, int first, int last) {
+    for (int y = first; y < last; ++y) Decode<PerPair<Op>, Src, Dst>::pixels(job, y, 0, converted<Src>(job.width));
+  }
+};
+
+/// As DecodeAll, with another arithmetic for the pixels after the last whole run of kRun.
+template <int kRun, class Op, class Rest, class Src, class Dst>
+struct DecodeRuns {
+  static void rows(const Job& job, int first, int last) {
+    const int end = converted<Src>(job.width), runs = end - end % kRun;
+    for (int y = first; y < last; ++y) {
+      Decode<PerPair<Op>, Src, Dst>::pixels(job, y, 0, runs);
+      Decode<PerPair<Rest>, Src, Dst>::pixels(job, y, runs, end);
+    }
+  }
+};
+
+/// Packed 4:2:2. A lone pixel has factors of its own.
+template <class Op, class Src, class Dst>
+struct DecodeC2 {
   static void rows(const Job& job, int first, int last) {
     if (job.width == 1) return single(job, first, last);
-    const int pairs = job.width / 2 * 2;
-    for (int y = first; y < last; ++y) {
-      Decode<Op, Src, Dst>::pixels(job, y, 0, pairs);
-      if (job.width % 2 == 0) continue;
-      const Kip8u* end = job.src.row(0, y) + 2 * static_cast<size_t>(pairs);
-      const Kip8u borrowed[4] = {end[0], end[-3], end[0], end[-1]};
-      PaddedBlock<Dst> out;
-      Decode<Op, Src, Dst>::walk(job, {{borrowed}}, out.rows, 0, 2);
-      out.copyTo(advance<Dst>(Dst::rows(job.dst, y), pairs), 1);
-    }
+    DecodePacked<PerPair<Op>, Src, Dst>::rows(job, first, last);
   }
 
  private:
@@ -401,9 +496,9 @@ using Bgr = C3<uint8_t, Order::kReverse>;
 using BgrAlpha = AC4<uint8_t, Order::kReverse>;
 using Inverse2 = InverseDoubled<kFactors2>;
 template <class Src, class Dst>
-using Decode2 = Decode<Inverse2, Src, Dst>;
+using Decode2 = DecodeAll<Inverse2, Src, Dst>;
 template <class Src>
-using Encode420 = Encode<Encoder420, Src, Planar420>;
+using Encode420 = Encode<EncodeSums<Mean420>, Src, Planar420>;
 template <class Src>
 using Decode4 = DecodeRuns<8, Inverse4, Inverse4Rest, Src, C4<>>;
 

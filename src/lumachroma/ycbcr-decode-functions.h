@@ -1,0 +1,36 @@
+// The functions from YCbCr to RGB: name, arguments, rules, kernel.
+// clang-format off
+KIP_FUNCTION(kipiYCbCrToRGB_8u_C3R,           KIP_C_C(Kip8u, Kip8u),      kAnySize, Full<kFloored1, C3<>, C3<>>)
+KIP_FUNCTION(kipiYCbCrToRGB_8u_AC4R,          KIP_C_C(Kip8u, Kip8u),      kAnySize, Full<kFloored1, AC4<>, AC4<>>)
+KIP_FUNCTION(kipiYCbCrToRGB_8u_P3R,           KIP_P_P(Kip8u, Kip8u, 3),   kAnySize, Full<kFloored1, P3<>, P3<>>)
+KIP_FUNCTION(kipiYCbCrToRGB_8u_P3C3R,         KIP_P_C(Kip8u, Kip8u, 3),   kAnySize, Full<kFloored2, P3<>, Rgb>)
+KIP_FUNCTION(kipiYCbCrToRGB_8u_P3C4R,         KIP_P_CA(Kip8u, Kip8u, 3),  kAnySize, Full<kFloored2, P3<>, RgbAval>)
+KIP_FUNCTION(kipiYCbCrToBGR_8u_P3C3R,         KIP_P_C(Kip8u, Kip8u, 3),   kAnySize, Full<kFloored2, P3<>, Bgr>)
+KIP_FUNCTION(kipiYCbCrToBGR_8u_P3C4R,         KIP_P_CA(Kip8u, Kip8u, 3),  kAnySize, Full<kFloored2, P3<>, BgrAval>)
+KIP_FUNCTION(kipiYCbCrToBGR_709CSC_8u_P3C3R,  KIP_P_C(Kip8u, Kip8u, 3),   kAnySize, Full<kRounded709Csc, P3<>, Bgr>)
+KIP_FUNCTION(kipiYCbCrToBGR_709CSC_8u_P3C4R,  KIP_P_CA(Kip8u, Kip8u, 3),  kAnySize, Full<kRounded709Csc, P3<>, BgrAval>)
+
+KIP_FUNCTION(kipiYCbCr422ToRGB_8u_C2C3R,      KIP_C_C(Kip8u, Kip8u),      kAnySize, Packed<kBiased1, YCbYCr, Rgb>)
+KIP_FUNCTION(kipiYCbCr422ToRGB_8u_C2P3R,      KIP_C_P(Kip8u, Kip8u, 3),   kAnySize, Packed<kBiased1, YCbYCr, P3<>>)
+KIP_FUNCTION(kipiYCbCr422ToBGR_8u_C2C3R,      KIP_C_C(Kip8u, Kip8u),      kPairs,   Packed<kBiased1, YCbYCr, Bgr>)
+KIP_FUNCTION(kipiYCbCr422ToBGR_8u_C2C4R,      KIP_C_CA(Kip8u, Kip8u),     kPairs,   Packed<kBiased1, YCbYCr, BgrAval>)
+KIP_FUNCTION(kipiYCrCb422ToRGB_8u_C2C3R,      KIP_C_C(Kip8u, Kip8u),      kAnySize, Packed<kBiased1, YCrYCb, Rgb>)
+KIP_FUNCTION(kipiYCrCb422ToRGB_8u_C2P3R,      KIP_C_P(Kip8u, Kip8u, 3),   kAnySize, Packed<kBiased1, YCrYCb, P3<>>)
+KIP_FUNCTION(kipiCbYCr422ToRGB_8u_C2C3R,      KIP_C_C(Kip8u, Kip8u),      kAnySize, Packed<kRounded2, CbYCrY, Rgb>)
+KIP_FUNCTION(kipiCbYCr422ToBGR_8u_C2C4R,      KIP_C_CA(Kip8u, Kip8u),     kAnySize, Packed<kRounded2, CbYCrY, BgrAval>)
+KIP_FUNCTION(kipiCbYCr422ToBGR_709HDTV_8u_C2C3R, KIP_C_C(Kip8u, Kip8u),   kAnySize, Packed<kRounded709Hdtv, CbYCrY, Bgr>)
+KIP_FUNCTION(kipiCbYCr422ToBGR_709HDTV_8u_C2C4R, KIP_C_CA(Kip8u, Kip8u),  kAnySize, Packed<kRounded709Hdtv, CbYCrY, BgrAval>)
+
+KIP_FUNCTION(kipiYCbCr422ToRGB_8u_P3C3R,      KIP_PS_C(Kip8u, Kip8u, 3),  kPlanes422,  Planes<kRounded2, Planar422, Rgb>)
+KIP_FUNCTION(kipiYCbCr422ToBGR_8u_P3C3R,      KIP_PS_C(Kip8u, Kip8u, 3),  kPlanePairs, Planes<kBiased1, Planar422, Bgr>)
+KIP_FUNCTION(kipiYCbCr411ToBGR_8u_P3C3R,      KIP_PS_C(Kip8u, Kip8u, 3),  kPlaneQuads, Planes<kFloored3, Planar411, Bgr>)
+KIP_FUNCTION(kipiYCbCr411ToBGR_8u_P3C4R,      KIP_PS_CA(Kip8u, Kip8u, 3), kPlaneQuads, Planes<kFloored3, Planar411, BgrAval>)
+
+KIP_FUNCTION(kipiYCbCr420ToRGB_8u_P3C3R,      KIP_PS_C(Kip8u, Kip8u, 3),  kPlanes420, Planes<kRounded1, Planar420, Rgb>)
+KIP_FUNCTION(kipiYCbCr420ToBGR_8u_P3C3R,      KIP_PS_C(Kip8u, Kip8u, 3),  kPlanes420, Planes<kRounded1, Planar420, Bgr>)
+KIP_FUNCTION(kipiYCbCr420ToBGR_8u_P3C4R,      KIP_PS_CA(Kip8u, Kip8u, 3), kPlanes420, Planes<kRounded1, Planar420, BgrAval>)
+KIP_FUNCTION(kipiYCrCb420ToRGB_8u_P3C4R,      KIP_PS_CA(Kip8u, Kip8u, 3), kPlanes420, Planes<kRounded1, Planar420Swapped, RgbAval>)
+KIP_FUNCTION(kipiYCbCr420ToBGR_709CSC_8u_P3C3R,  KIP_PS_C(Kip8u, Kip8u, 3),  kPlanes420, Planes<kRounded709Csc, Planar420, Bgr>)
+KIP_FUNCTION(kipiYCbCr420ToBGR_709HDTV_8u_P3C4R, KIP_PS_CA(Kip8u, Kip8u, 3), kPlanes420, Planes<kRounded709Hdtv, Planar420, BgrAval>)
+KIP_FUNCTION(kipiYCrCb420ToBGR_Filter_8u_P3C4R,  KIP_PS_CA(Kip8u, Kip8u, 3), kPlanes420, DecodeFiltered<kFloored4, BgrAval>)
+// clang-format on

@@ -1,0 +1,179 @@
+// YCbCr to RGB, 8 bits: full resolution, 4:2:2, 4:2:0 and 4:1:1.
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "lumachroma/ycbcr-decode.cpp"
+#include "hwy/foreach_target.h"
+#include "hwy/highway.h"
+
+#include "lumachroma/ycbcr-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+
+/// Full-resolution pixels (Y, Cb, Cr).
+template <const InverseSet& kSet>
+class PerPixel {
+ public:
+  using Lane = uint8_t;
+
+  KIP_INLINE PerPixel() {}
+  KIP_INLINE Pixels<U8> operator()(const Pixels<U8>& px) const {
+    const Halves cb = beside(px.b, chromaZero_), cr = beside(px.c, chromaZero_), y = beside(px.a, lumaZero_);
+    const Sums luma[2] = {y_.addTo(start(), y.lower), y_.addTo(start(), y.upper)};
+    const auto channel = [&](const auto& add) KIP_INLINE_LAMBDA {
+      return packBytes(add(luma[0], cb.lower, cr.lower).floored(), add(luma[1], cb.upper, cr.upper).floored());
+    };
+    return {
+        channel([&](const Sums& s, U8, U8 r) KIP_INLINE_LAMBDA { return crToR_.addTo(s, r); }),
+        channel([&](const Sums& s, U8 b, U8 r) KIP_INLINE_LAMBDA { return crToG_.addTo(cbToG_.addTo(s, b), r); }),
+        channel([&](const Sums& s, U8 b, U8) KIP_INLINE_LAMBDA { return cbToB_.addTo(s, b); }),
+    };
+  }
+
+ private:
+  struct Halves {
+    U8 lower, upper;
+  };
+  /// Each sample beside its zero.
+  KIP_INLINE static Halves beside(U8 v, U8 zero) {
+    return {hn::InterleaveLower(v, zero), hn::InterleaveUpper(Tag<uint8_t>(), v, zero)};
+  }
+  KIP_INLINE Sums start() const {
+    const I32 rounding = kSet.rounding.r == 0 ? hn::Zero(Tag<int32_t>()) : rounding_;
+    return {rounding, rounding, hn::Zero(Tag<int16_t>())};
+  }
+
+  static constexpr Factors kX = kSet.factors;
+  static_assert(kSet.rounding.r == kSet.rounding.g && kSet.rounding.g == kSet.rounding.b);
+
+  WeighSample<kX.y> y_;
+  WeighSample<kX.crToR> crToR_;
+  WeighSample<-kX.cbToG> cbToG_;
+  WeighSample<-kX.crToG> crToG_;
+  WeighSample<kX.cbToB> cbToB_;
+  U8 lumaZero_ = pinned<uint8_t>(kSet.lumaZero), chromaZero_ = pinned<uint8_t>(kChromaZero);
+  I32 rounding_ = pinned<int32_t>(kSet.rounding.r);
+};
+
+/// Pixels that share chroma, in 16-bit lanes.
+template <const InverseSet& kSet, class Layout>
+struct PerGroup {
+  struct Terms {
+    Pixels<I32> half[2];
+  };
+  InversePairs<kSet, Layout> inverse;
+
+  KIP_INLINE PerGroup() {}
+  template <class Src, class From>
+  KIP_INLINE static InLanes load(const Src& src, const From& from) {
+    return src.loadInLanes(from);
+  }
+  KIP_INLINE Terms terms(const InLanes& s) const { return {{inverse.terms(s.chroma[0]), inverse.terms(s.chroma[1])}}; }
+  KIP_INLINE Pixels<U8> row(const InLanes& s, int r, const Terms& terms) const {
+    const auto half = [&](int h) KIP_INLINE_LAMBDA { return inverse.pixels(s.y[r][h], terms.half[h], terms.half[h]); };
+    return pack(half(0), half(1));
+  }
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Chroma interpolated between its samples
+
+/// Samples with the chroma of the odd pixels apart.
+struct InLanesFiltered : InLanes {
+  U8 oddChroma[2];
+};
+
+/// Planar 4:2:0 with the chroma rows twice among the pointers: where they are, and one sample further on. An even pixel
+/// has its chroma sample, an odd one the mean of that and the next one.
+struct Filtered420 : Planar420Swapped {
+  static constexpr int kPointers = Planar420Swapped::kPointers + 2;
+
+  template <class Byte>
+  static Rows<Byte, kPointers> rows(const Image<Byte>& image, int group, ptrdiff_t next) {
+    const auto here = Planar420Swapped::rows(image, group);
+    return {{here.at[0], here.at[1], here.at[2], here.at[3], here.at[2] + next, here.at[3] + next}};
+  }
+  KIP_INLINE InLanesFiltered loadFiltered(const Rows<const Kip8u, kPointers>& from) const {
+    InLanesFiltered s;
+    static_cast<InLanes&>(s) = loadInLanes({{from.at[0], from.at[1], from.at[2], from.at[3]}});
+    pairChroma(mean(from.at[2], from.at[4]), mean(from.at[3], from.at[5]), s.oddChroma);
+    return s;
+  }
+
+ private:
+  KIP_INLINE static I16 mean(const Kip8u* here, const Kip8u* next) {
+    const auto wide = [](const Kip8u* from) KIP_INLINE_LAMBDA { return as<uint16_t>(loadHalf(from)); };
+    return as<int16_t>(hn::AverageRound(wide(here), wide(next)));
+  }
+};
+
+template <const InverseSet& kSet>
+struct PerFilteredGroup {
+  struct Terms {
+    Pixels<I32> even[2], odd[2];
+  };
+  InversePairs<kSet, Filtered420> inverse;
+
+  KIP_INLINE PerFilteredGroup() {}
+  KIP_INLINE static InLanesFiltered load(const Filtered420& src, const Rows<const Kip8u, 6>& from) {
+    return src.loadFiltered(from);
+  }
+  KIP_INLINE Terms terms(const InLanesFiltered& s) const {
+    return {{inverse.terms(s.chroma[0]), inverse.terms(s.chroma[1])},
+            {inverse.terms(s.oddChroma[0]), inverse.terms(s.oddChroma[1])}};
+  }
+  KIP_INLINE Pixels<U8> row(const InLanesFiltered& s, int r, const Terms& terms) const {
+    const auto half = [&](int h) KIP_INLINE_LAMBDA { return inverse.pixels(s.y[r][h], terms.even[h], terms.odd[h]); };
+    return pack(half(0), half(1));
+  }
+};
+
+template <const InverseSet& kSet, class Dst>
+struct DecodeFiltered {
+  static void rows(const Job& job, int first, int last) {
+    using Walk = Decode<PerFilteredGroup<kSet>, Filtered420, Dst>;
+    const size_t end = wholeGroups<Filtered420>(job.width);
+    if (end == 0) return;
+    for (int group = first; group < last; ++group) {
+      const auto to = TwoRows<Dst>::rows(job.dst, group);
+      Walk::walk(job, Filtered420::rows(job.src, group, 1), to, 0, end - 2);
+      // The last pair has no sample after its own.
+      Walk::walk(job, Filtered420::rows(job.src, group, 0), to, end - 2, end);
+    }
+  }
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+
+template <const InverseSet& kSet, class Src, class Dst>
+using Full = Convert<PerPixel<kSet>, Src, Dst>;
+template <const InverseSet& kSet, class Src, class Dst>
+using Planes = Decode<PerGroup<kSet, Src>, Src, Dst>;
+template <const InverseSet& kSet, class Src, class Dst>
+using Packed = DecodePacked<PerGroup<kSet, Src>, Src, Dst>;
+
+using Rgb = C3<>;
+using Bgr = C3<uint8_t, Order::kReverse>;
+using RgbAval = C4<>;
+using BgrAval = C4<uint8_t, Order::kReverse>;
+
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+#include "frame/convert.h"
+
+namespace kip {
+constexpr Rules kAnySize = {};
+constexpr Rules kPairs = {.minWidth = 2};
+constexpr Rules kPlanes422 = {.planesBeforeSize = true};
+constexpr Rules kPlanePairs = {.minWidth = 2, .planesBeforeSize = true};
+constexpr Rules kPlaneQuads = {.minWidth = 4, .planesBeforeSize = true};
+constexpr Rules kPlanes420 = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
+}  // namespace kip
+#endif
+
+#define KIP_FUNCTIONS "lumachroma/ycbcr-decode-functions.h"
+#include "frame/functions-inl.h"

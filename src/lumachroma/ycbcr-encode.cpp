@@ -1,0 +1,286 @@
+// RGB to YCbCr, 8 bits: full resolution, 4:2:2, 4:2:0 and 4:1:1.
+
+#include <algorithm>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "lumachroma/ycbcr-encode.cpp"
+#include "hwy/foreach_target.h"
+#include "hwy/highway.h"
+
+#include "lumachroma/ycbcr-inl.h"
+#include "frame/transfer709.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+
+/// What is added to the sums of luma and of chroma, besides their zeros, before they are floored.
+struct Rounding {
+  int evenLuma, oddLuma;  // x 2^16
+  int chroma;             // x 2^16, for each pixel of the group
+  int crLess;             // by how much the sums for Cr get less than those for Cb
+};
+
+constexpr Rounding kToNearest = {kHalf, kHalf, kHalf, 0};
+/// The second luma of each pair is truncated, on purpose.
+constexpr Rounding kOddLumaTruncated = {kHalf, 0, kHalf, 0};
+/// An eighth of a step for chroma, on purpose.
+constexpr Rounding kChromaEighth = {kHalf, kHalf, kEighth, 0};
+/// Cr gets two less than Cb, on purpose.
+constexpr Rounding kCrLess = {kHalf, kHalf, kHalf, 2};
+
+constexpr int lumaOffset(const ForwardSet& set, int rounding) { return set.lumaZero * kOne + rounding; }
+constexpr int chromaOffset(int rounding, int pixels) { return (kChromaZero * kOne + rounding) * pixels; }
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Full resolution
+
+template <const ForwardSet& kSet>
+struct PerPixel {
+  using Lane = int16_t;
+  Forward<kSet> forward;
+  I32 lumaZero = pinned<int32_t>(lumaOffset(kSet, kHalf)), chromaZero = pinned<int32_t>(chromaOffset(kHalf, 1));
+
+  KIP_INLINE PerPixel() {}
+  KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
+    const Sums even = sums(pairEven(px.a, px.b), pairEven(px.b, px.c));
+    const Sums odd = sums(pairOdd(px.a, px.b), pairOdd(px.b, px.c));
+    return {mergeUpper(even.y, odd.y), mergeUpper(even.cb, odd.cb), mergeUpper(even.cr, odd.cr)};
+  }
+
+ private:
+  struct Sums {
+    I32 y, cb, cr;
+  };
+  KIP_INLINE Sums sums(I16 rg, I16 gb) const {
+    const I16 d = forward.differences(rg, gb);
+    return {hn::Add(forward.y(rg, gb), lumaZero), hn::Add(forward.cb(d), chromaZero),
+            hn::Add(forward.cr(d), chromaZero)};
+  }
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Subsampled: the chroma of a group from the sum of its pixels
+
+/// 32-bit lanes that differ for even and odd pixels.
+KIP_INLINE I32 pinnedPerPixel(int even, int odd) {
+  const uint64_t both = static_cast<uint64_t>(static_cast<uint32_t>(odd)) << 32 | static_cast<uint32_t>(even);
+  return as<int32_t>(pinned<uint64_t>(both));
+}
+
+/// The luma samples of a block of pixels, their sums x 2^kBits given by weigh(rg, gb).
+template <int kBits, class Weigh>
+KIP_INLINE U8 lumaOf(const PixelPairs& px, I32 offset, const Weigh& weigh) {
+  return packPixels(
+      px, [&](I16 rg, I16 gb) KIP_INLINE_LAMBDA { return hn::ShiftRight<kBits>(hn::Add(weigh(rg, gb), offset)); });
+}
+
+/// kPixels pixels to a group.
+template <const ForwardSet& kSet, const Rounding& kRounding, int kPixels>
+struct GroupSums {
+  struct Sums {
+    I16 d[4];  // differences (G - R, B - G)
+  };
+  Forward<kSet> forward;
+  I32 lumaZero = pinnedPerPixel(lumaOffset(kSet, kRounding.evenLuma), lumaOffset(kSet, kRounding.oddLuma));
+  I32 cbZero = pinned<int32_t>(chromaOffset(kRounding.chroma, kPixels));
+  I32 crZero = pinned<int32_t>(chromaOffset(kRounding.chroma, kPixels) - kRounding.crLess);
+
+  KIP_INLINE GroupSums() {}
+
+  KIP_INLINE Sums row(const PixelPairs& px, U8& y) const {
+    y = settled(lumaOf<16>(px, lumaZero, [&](I16 rg, I16 gb) KIP_INLINE_LAMBDA { return forward.y(rg, gb); }));
+    Sums sums;
+    for (int k = 0; k < 4; ++k) sums.d[k] = settled(forward.differences(px.rg[k], px.gb[k]));
+    return sums;
+  }
+  KIP_INLINE Sums add(const Sums& upper, const Sums& lower) const {
+    Sums sums;
+    for (int k = 0; k < 4; ++k) sums.d[k] = hn::Add(upper.d[k], lower.d[k]);
+    return sums;
+  }
+  KIP_INLINE void chroma(const Sums& sums, Subsampled& s) const {
+    const I16 lower = addNeighbours(sums.d[0], sums.d[1]), upper = addNeighbours(sums.d[2], sums.d[3]);
+    s.u = packWords(cb(lower), cb(upper));
+    s.v = packWords(cr(lower), cr(upper));
+  }
+  KIP_INLINE void chroma(const Sums& sums, Subsampled4& s) const {
+    const I16 d = addNeighbours(addNeighbours(sums.d[0], sums.d[1]), addNeighbours(sums.d[2], sums.d[3]));
+    s.u = cb(d);
+    s.v = cr(d);
+  }
+
+ private:
+  static constexpr int kShift = 16 + (kPixels == 4 ? 2 : 1);
+  KIP_INLINE I32 cb(I16 d) const { return hn::ShiftRight<kShift>(hn::Add(forward.cb(d), cbZero)); }
+  KIP_INLINE I32 cr(I16 d) const { return hn::ShiftRight<kShift>(hn::Add(forward.cr(d), crZero)); }
+};
+
+template <const ForwardSet& kSet, const Rounding& kRounding, class Src, class Dst>
+using Groups = Encode<GroupSums<kSet, kRounding, Dst::kLumaRows * Dst::kGroupWidth>, Src, Dst>;
+
+/// The last pixel of an odd width in packed 4:2:2 has two bytes: its luma, and its chroma in the place of the first
+/// one.
+template <const ForwardSet& kSet, const Rounding& kRounding, class Dst>
+void writeLonePixel(const Pixel& rgb, Kip8u* to) {
+  const auto sample = [&](const Row& row, int offset) {
+    const int sum = row.r * rgb.a + row.g * rgb.b + row.b * rgb.c;
+    return static_cast<Kip8u>(std::clamp((sum + offset) >> 16, 0, 255));
+  };
+  to[Dst::kLumaByte] = sample(kSet.y, lumaOffset(kSet, kRounding.evenLuma));
+  to[1 - Dst::kLumaByte] = sample(Dst::kChromaSwapped ? kSet.cr : kSet.cb, chromaOffset(kRounding.chroma, 1));
+}
+
+/// To packed 4:2:2, with the last pixel of an odd width. LoneSrc is the layout in which that one is read.
+template <const ForwardSet& kSet, const Rounding& kRounding, class Src, class Dst, class LoneSrc = Src>
+struct Packed {
+  static void rows(const Job& job, int first, int last) {
+    Groups<kSet, kRounding, Src, Dst>::rows(job, first, last);
+    if (job.width % 2 == 0) return;
+    const size_t x = job.width - 1;
+    for (int y = first; y < last; ++y) {
+      const Pixel rgb = pixelAt<LoneSrc>(LoneSrc::rows(job.src, y), x);
+      writeLonePixel<kSet, kRounding, Dst>(rgb, advance<Dst>(Dst::rows(job.dst, y), x).at[0]);
+    }
+  }
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// The chroma of a pair from its first pixel and both neighbours of that, weighted 2, 1, 1; factors x 2^15
+
+constexpr int kOne15 = 1 << 15;
+constexpr Row kY15 = {8422, 16515, 3212};
+constexpr Row kCb15 = {-1213, -2385, 3596}, kCbCentre15 = {-2426, -4769, 7193};
+constexpr Row kCr15 = {3596, -3015, -582}, kCrCentre15 = {7193, -6030, -1164};
+
+/// RGB pixels that can see those two to their left: a pointer to each.
+struct WithLeft : C3<> {
+  static constexpr int kPointers = 2;
+};
+struct PairsWithLeft {
+  PixelPairs px, left;
+};
+KIP_INLINE PairsWithLeft pairsOf(const WithLeft&, const Rows<const Kip8u, 2>& from) {
+  return {pairsOf(C3<>(), {{from.at[0]}}), pairsOf(C3<>(), {{from.at[1]}})};
+}
+
+/// Weighted sums of (R, G) and (G, B), the weights different for even and odd pixels.
+class WeighAlternately {
+ public:
+  KIP_INLINE WeighAlternately(const Row& even, const Row& odd)
+      : rg_(as<int16_t>(pinnedPerPixel(pairBits(even.r, even.g), pairBits(odd.r, odd.g)))),
+        gb_(as<int16_t>(pinnedPerPixel(pairBits(0, even.b), pairBits(0, odd.b)))) {}
+  KIP_INLINE I32 operator()(I16 rg, I16 gb) const { return hn::Add(dotPairs(rg, rg_), dotPairs(gb, gb_)); }
+
+ private:
+  I16 rg_, gb_;
+};
+
+struct ThreeTaps {
+  struct Sums {
+    PixelPairs px;  // the first pixel of each pair, and the sum of both neighbours
+  };
+  WeighAlternately y{kY15, kY15}, cb{kCbCentre15, kCb15}, cr{kCrCentre15, kCr15};
+  I16 oddPixels = as<int16_t>(pinnedPerPixel(0, -1));
+  I32 lumaZero = pinned<int32_t>(16 * kOne15 + kOne15 / 2);
+  I32 chromaZero = pinned<int32_t>(kChromaZero * kOne15 + kOne15 / 2 - 1);  // one less than to the nearest, on purpose
+
+  KIP_INLINE ThreeTaps() {}
+
+  KIP_INLINE Sums row(const PairsWithLeft& both, U8& luma) const {
+    luma = lumaOf<15>(both.px, lumaZero, y);
+    const auto withLeft = [&](I16 here, I16 left) KIP_INLINE_LAMBDA { return hn::Add(here, hn::And(left, oddPixels)); };
+    Sums sums;
+    for (int k = 0; k < 4; ++k) {
+      sums.px.rg[k] = withLeft(both.px.rg[k], both.left.rg[k]);
+      sums.px.gb[k] = withLeft(both.px.gb[k], both.left.gb[k]);
+    }
+    return sums;
+  }
+  KIP_INLINE void chroma(const Sums& sums, Subsampled& s) const {
+    s.u = chromaOf(sums.px, cb);
+    s.v = chromaOf(sums.px, cr);
+  }
+
+ private:
+  KIP_INLINE I16 chromaOf(const PixelPairs& px, const WeighAlternately& weigh) const {
+    const auto half = [&](int k) KIP_INLINE_LAMBDA {
+      const I32 lower = weigh(px.rg[k], px.gb[k]), upper = weigh(px.rg[k + 1], px.gb[k + 1]);
+      const I32 sum = hn::Add(evenLanes(lower, upper), oddLanes(lower, upper));
+      return hn::ShiftRight<15>(hn::Add(sum, chromaZero));
+    };
+    return packWords(half(0), half(2));
+  }
+};
+
+/// Source samples as they are, or through a table.
+struct Linear {
+  static void copy(const Kip8u* from, size_t count, Kip8u* to) { std::memcpy(to, from, count); }
+};
+struct Transferred {
+  static void copy(const Kip8u* from, size_t count, Kip8u* to) {
+    for (size_t i = 0; i < count; ++i) to[i] = kTransfer709[from[i]];
+  }
+};
+
+/// A row goes through a piece of memory that has two pixels more on the left. At the row's start they are black: the
+/// missing neighbour has no chroma.
+template <class Read>
+struct Smoothed {
+  static void rows(const Job& job, int first, int last) {
+    for (int y = first; y < last; ++y) row(job, job.src.row(0, y), job.dst.row(0, y));
+  }
+
+ private:
+  static constexpr int kPixelBytes = 3, kLeftBytes = 2 * kPixelBytes;
+  static constexpr int kPiece = 512;  // pixels
+
+  static void row(const Job& job, const Kip8u* from, Kip8u* to) {
+    Kip8u memory[kLeftBytes + kPiece * kPixelBytes] = {};
+    Kip8u* const pixels = memory + kLeftBytes;
+    for (int left = job.width; left > 0; left -= kPiece) {
+      const int count = std::min(left, kPiece), pairs = wholeGroups<CbYCrY>(count);
+      Read::copy(from, count * kPixelBytes, pixels);
+      Encode<ThreeTaps, WithLeft, CbYCrY>::walk(job, {{pixels, memory}}, {{to}}, pairs);
+      if (pairs < count) {
+        writeLonePixel<kBt601, kToNearest, CbYCrY>(pixelAt<C3<>>({{pixels}}, pairs), to + CbYCrY::bytes(0, pairs));
+      }
+      std::memcpy(memory, memory + kPiece * kPixelBytes, kLeftBytes);
+      from += count * kPixelBytes;
+      to += CbYCrY::bytes(0, count);
+    }
+  }
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+
+template <const ForwardSet& kSet, class Src, class Dst>
+using Full = Convert<PerPixel<kSet>, Src, Dst>;
+
+using Rgb = C3<>;
+using Bgr = C3<uint8_t, Order::kReverse>;
+using BgrAlpha = AC4<uint8_t, Order::kReverse>;
+using RgbAlpha = AC4<>;
+
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+#include "frame/convert.h"
+
+namespace kip {
+constexpr Rules kAnySize = {};
+constexpr Rules kWide = {.minWidth = 2};
+constexpr Rules kPlanes422Warn = {.minWidth = 2, .planesBeforeSize = true, .warnWidth = 2};
+constexpr Rules kPlanes422 = {.minWidth = 2, .planesBeforeSize = true};
+constexpr Rules kPlanes411 = {.minWidth = 4, .planesBeforeSize = true, .warnWidth = 4};
+constexpr Rules kPlanes420Any = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
+constexpr Rules kPlanes420 = {
+    .minWidth = 2, .minHeight = 2, .planesBeforeSize = true, .rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
+constexpr Rules kPositiveSteps = {.steps = StepCheck::kAfterSize};
+}  // namespace kip
+#endif
+
+#define KIP_FUNCTIONS "lumachroma/ycbcr-encode-functions.h"
+#include "frame/functions-inl.h"
