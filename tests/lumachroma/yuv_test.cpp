@@ -9,7 +9,7 @@ namespace kip {
 namespace {
 
 /// The upper half of a 32-bit product.
-int hi(int a, int b) { return (a * b) >> 16; }
+int hi(int64_t a, int b) { return static_cast<int>((a * b) >> 16); }
 
 struct Weights {
   int r, g, b;
