@@ -126,7 +126,7 @@ class FourthChannel : public EveryFunction {};
 
 TEST_P(FourthChannel, IsGivenOrZeroOrCopied) {
   const Alpha alpha = function().contract.alpha;
-  for (const Case& that : fullCases({{66, 4}, {130, 2}})) {  // whole blocks of every kind
+  for (const Case& that : fullCases({{68, 4}, {132, 2}})) {  // whole blocks of every kind
     const int sample = bytesOf(function().shape.destination.sample);
     const std::vector<uint8_t> result = alphaOf(outcomeOf(that).content, function().destination, sample);
     if (alpha == Alpha::kCopied) {
