@@ -130,8 +130,9 @@ using Planes3 = MapSamples<T, Map, 3, 1, false>;
 // Bytes
 
 /// A table of 256 bytes as sixteen shuffles. A shuffle gives 0 where the index's top bit is set and else looks only at
-/// the low four bits, so with entries that are differences (exclusive or) to the part 16 before, the parts that an
-/// index passes while 16 is taken off step by step add up to its own. Indices from 128 do the same with the upper half.
+/// the low four bits. So each sixteenth of the table is kept as its differences (exclusive or) to the sixteenth before:
+/// while 16 is taken off the index step by step, what it passes adds up to its own entry. Indices from 128 do the same
+/// with the upper half.
 template <Curve kCurve>
 class ByteCurve {
  public:
