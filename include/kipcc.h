@@ -48,6 +48,13 @@
 #endif
 #endif
 
+/* Enumerations are signed 32-bit numbers; C++ has to be told that all of them may be passed. */
+#if defined(__cplusplus) && __cplusplus >= 201103L
+#define KIP_INT : int
+#else
+#define KIP_INT
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -315,7 +322,7 @@ typedef struct {
 } KipiRect;
 
 /** The colours of the image's 2 x 2 cell at (0, 0): the first two letters are its first row. */
-typedef enum {
+typedef enum KIP_INT {
   kipiBayerBGGR = 0,
   kipiBayerRGGB = 1,
   kipiBayerGBRG = 2,
@@ -654,7 +661,7 @@ KIPAPI KipStatus kipiHLSToBGR_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* p
  *  @{ */
 
 /** How bit reduction dithers. */
-typedef enum {
+typedef enum KIP_INT {
   kipDitherNone = 0,   /**< not at all: the nearest level */
   kipDitherFS = 1,     /**< error diffusion: Floyd and Steinberg */
   kipDitherJJN = 2,    /**< error diffusion: Jarvis, Judice and Ninke */
