@@ -4,6 +4,10 @@
 //   using Lane                     the lanes that it works on: int16_t for bytes, float for everything, or the samples'
 //                                  own type
 //   operator()(Pixels) const       the arithmetic on full vectors of those lanes
+// or, for floats, on several vectors at once (a long chain of operations waits for its own results; some chains side by
+// side use that time):
+//   kTogether                      how many it wants at most, and
+//   convert<kCount>(px, result)    the arithmetic on that many Pixels, instead of the operator
 // Samples are widened to its lanes before it. Its results are 16-bit lanes, or 32-bit ones (already rounded) from
 // floats, and are packed with saturation; or lanes of the samples' own type, which are stored as they are. Where source
 // and destination differ in size, the arithmetic is one from and to the larger samples.
@@ -27,6 +31,19 @@ KIP_INLINE auto eachChannel(const Pixels<V>& px, const Function& function) {
   return Pixels<decltype(function(px.a))>(function(px.a), function(px.b), function(px.c));
 }
 
+KIP_INLINE Pixels<I32> truncated(const Pixels<F32>& px) {
+  return eachChannel(px, [](F32 v) KIP_INLINE_LAMBDA { return truncated(v); });
+}
+KIP_INLINE Pixels<I32> rounded(const Pixels<F32>& px) {
+  return eachChannel(px, [](F32 v) KIP_INLINE_LAMBDA { return rounded(v); });
+}
+KIP_INLINE Pixels<F32> toUnit(const Pixels<F32>& px) {
+  return eachChannel(px, [](F32 v) KIP_INLINE_LAMBDA { return toUnit(v); });
+}
+KIP_INLINE Pixels<F32> oneNaN(const Pixels<F32>& px) {
+  return eachChannel(px, [](F32 v) KIP_INLINE_LAMBDA { return oneNaN(v); });
+}
+
 /// Results in two parts, packed to one vector per channel.
 template <class V, class Function>
 KIP_INLINE auto packChannels(const Pixels<V>& lower, const Pixels<V>& upper, const Function& pack) {
@@ -38,11 +55,24 @@ KIP_INLINE Pixels<U8> pack(const Pixels<I16>& lower, const Pixels<I16>& upper) {
   return packChannels(lower, upper, [](I16 l, I16 u) KIP_INLINE_LAMBDA { return packBytes(l, u); });
 }
 
-/// 16-bit samples through an arithmetic on floats, to 32-bit lanes in two parts.
-template <class Op>
-KIP_INLINE void applyFloats(const Op& op, const Pixels<U16>& px, Pixels<I32>& lower, Pixels<I32>& upper) {
-  lower = op(eachChannel(px, [](U16 v) KIP_INLINE_LAMBDA { return lowerFloats(v); }));
-  upper = op(eachChannel(px, [](U16 v) KIP_INLINE_LAMBDA { return upperFloats(v); }));
+/// Vectors of floats through an arithmetic, as many of them at once as it wants.
+template <class Op, class R, int kParts>
+KIP_INLINE void applyFloats(const Op& op, const Pixels<F32> (&px)[kParts], Pixels<R> (&result)[kParts]) {
+  if constexpr (requires { Op::kTogether; }) {
+    constexpr int kCount = HWY_MIN(Op::kTogether, kParts);
+    for (int p = 0; p < kParts; p += kCount) op.template convert<kCount>(px + p, result + p);
+  } else {
+    for (int p = 0; p < kParts; ++p) result[p] = op(px[p]);
+  }
+}
+
+template <class V>
+KIP_INLINE Pixels<F32> lowerFloats(const Pixels<V>& px) {
+  return eachChannel(px, [](V v) KIP_INLINE_LAMBDA { return lowerFloats(as<uint16_t>(v)); });
+}
+template <class V>
+KIP_INLINE Pixels<F32> upperFloats(const Pixels<V>& px) {
+  return eachChannel(px, [](V v) KIP_INLINE_LAMBDA { return upperFloats(as<uint16_t>(v)); });
 }
 
 /// Bytes through an arithmetic on 16-bit lanes or on floats.
@@ -53,26 +83,24 @@ KIP_INLINE Pixels<U8> applyWidened(const Op& op, const Pixels<U8>& px) {
   if constexpr (std::is_same_v<typename Op::Lane, int16_t>) {
     return pack(op(lower), op(upper));
   } else {
-    const auto words = [&](const Pixels<I16>& half) KIP_INLINE_LAMBDA {
-      Pixels<I32> l, u;
-      applyFloats(op, eachChannel(half, [](I16 v) KIP_INLINE_LAMBDA { return as<uint16_t>(v); }), l, u);
-      return packChannels(l, u, [](I32 a, I32 b) KIP_INLINE_LAMBDA { return packWords(a, b); });
-    };
-    return pack(words(lower), words(upper));
+    Pixels<I32> of[4];
+    applyFloats(op, {lowerFloats(lower), upperFloats(lower), lowerFloats(upper), upperFloats(upper)}, of);
+    const auto words = [](I32 l, I32 u) KIP_INLINE_LAMBDA { return packWords(l, u); };
+    return pack(packChannels(of[0], of[1], words), packChannels(of[2], of[3], words));
   }
 }
 
 /// 16-bit samples through an arithmetic on floats.
 template <class Op>
 KIP_INLINE Pixels<U16> applyWidened(const Op& op, const Pixels<U16>& px) {
-  Pixels<I32> lower, upper;
-  applyFloats(op, px, lower, upper);
-  return packChannels(lower, upper, [](I32 l, I32 u) KIP_INLINE_LAMBDA { return packUnsignedWords(l, u); });
+  Pixels<I32> of[2];
+  applyFloats(op, {lowerFloats(px), upperFloats(px)}, of);
+  return packChannels(of[0], of[1], [](I32 l, I32 u) KIP_INLINE_LAMBDA { return packUnsignedWords(l, u); });
 }
 
 /// Samples through an arithmetic whose results are samples of the same size.
-template <class T, class Op>
-KIP_INLINE Pixels<Vector<T>> applyTo(const Op& op, const Pixels<Vector<T>>& px) {
+template <class T, class Op, class V>
+KIP_INLINE Pixels<V> applyTo(const Op& op, const Pixels<V>& px) {
   if constexpr (!std::is_same_v<typename Op::Lane, T>) {
     return applyWidened(op, px);
   } else {
@@ -124,16 +152,40 @@ class Convert {
 
   /// Pixels first .. last - 1 of row y.
   KIP_INLINE void pixels(int y, size_t first, size_t last) const {
-    forBlocks<Src, Dst>(Src::rows(job_.src, y), Dst::rows(job_.dst, y), first, last,
-                        [this](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
-                          const auto px = src_.load(from);
-                          auto result = convertPixels<typename Src::T, typename Dst::T>(op_, px);
-                          if constexpr (Dst::kTakesAlpha) result.alpha = px.alpha;
-                          dst_.store(result, to);
-                        });
+    forBlocks<Blocks<Src>, Blocks<Dst>>(
+        Src::rows(job_.src, y), Dst::rows(job_.dst, y), first, last,
+        [this](const auto& from, const auto& to) KIP_INLINE_LAMBDA { block(from, to); });
   }
 
  private:
+  /// Samples that are floats make one vector per load: there it takes several loads to get several vectors.
+  static constexpr int blocksTogether() {
+    if constexpr (requires { Op::kTogether; } && std::is_same_v<typename Src::T, float>) {
+      return Op::kTogether;
+    } else {
+      return 1;
+    }
+  }
+  template <class Layout>
+  struct Blocks : Layout {
+    static constexpr int kBlock = blocksTogether() * Layout::kBlock;
+  };
+
+  template <class From, class To>
+  KIP_INLINE void block(const From& from, const To& to) const {
+    if constexpr (blocksTogether() == 1) {
+      const auto px = src_.load(from);
+      auto result = convertPixels<typename Src::T, typename Dst::T>(op_, px);
+      if constexpr (Dst::kTakesAlpha) result.alpha = px.alpha;
+      dst_.store(result, to);
+    } else {
+      Pixels<F32> px[blocksTogether()], result[blocksTogether()];
+      for (int i = 0; i < blocksTogether(); ++i) px[i] = src_.load(advance<Src>(from, i * Src::kBlock));
+      applyFloats(op_, px, result);
+      for (int i = 0; i < blocksTogether(); ++i) dst_.store(result[i], advance<Dst>(to, i * Dst::kBlock));
+    }
+  }
+
   /// Whether rows follow one another without a gap, so that they can be converted as one.
   template <class Layout, class Byte>
   static bool adjoining(const Image<Byte>& image, size_t width) {

@@ -90,6 +90,16 @@ KIP_INLINE V settled(V v) {
   return v;
 }
 
+// Formulas with constants.
+#define KIP_WITH_CONSTANT(symbol)                                                 \
+  KIP_INLINE F32 operator symbol(F32 a, float b) { return a symbol set<float>(b); } \
+  KIP_INLINE F32 operator symbol(float a, F32 b) { return set<float>(a) symbol b; }
+KIP_WITH_CONSTANT(+)
+KIP_WITH_CONSTANT(-)
+KIP_WITH_CONSTANT(*)
+KIP_WITH_CONSTANT(/)
+#undef KIP_WITH_CONSTANT
+
 /// The same bits as lanes of another type.
 template <class T, class V>
 KIP_INLINE Vector<T> as(V v) {
@@ -130,6 +140,14 @@ KIP_INLINE F32 atLeast(F32 v, F32 limit) {
 #else
   return F32{KIP_MM(max_ps)(limit.raw, v.raw)};
 #endif
+}
+
+/// v below 0 is 0, above 1 is 1; NaN stays.
+KIP_INLINE F32 toUnit(F32 v) { return atMost(atLeast(v, set(0.f)), set(1.f)); }
+
+/// v, or the one NaN that all NaNs become, so that the bits of a result do not depend on the order of operands.
+KIP_INLINE F32 oneNaN(F32 v) {
+  return hn::IfThenElse(hn::Eq(v, v), v, as<float>(set<int32_t>(0x7FC00000)));
 }
 
 /// Floats as 32-bit integers, truncated toward zero or rounded to nearest, ties to even. What does not fit, and NaN,
@@ -400,6 +418,66 @@ struct ThreeChannels {
     storeThreeBlocks(block(0), block(1), block(2), reinterpret_cast<uint8_t*>(samples));
   }
 };
+
+// Table look-ups. Loads of single entries, with the places taken out of the vector 64 bits at a time, are twice as fast
+// as gather instructions.
+#if HWY_TARGET != HWY_AVX3 && !KIP_EMULATED
+struct FourPlaces {
+  uint32_t at[4];
+
+  KIP_INLINE explicit FourPlaces(__m128i v) {
+#if defined(__x86_64__)
+    const uint64_t lower = _mm_cvtsi128_si64(v), upper = _mm_cvtsi128_si64(_mm_unpackhi_epi64(v, v));
+    at[0] = static_cast<uint32_t>(lower), at[1] = lower >> 32, at[2] = static_cast<uint32_t>(upper), at[3] = upper >> 32;
+#else
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(at), v);
+#endif
+  }
+
+  KIP_INLINE __m128 pairs(const float (*table)[2], int first, int second) const {
+    const auto half = [&](int i) KIP_INLINE_LAMBDA { return reinterpret_cast<const __m64*>(table[at[i]]); };
+    return _mm_loadh_pi(_mm_loadl_pi(_mm_setzero_ps(), half(first)), half(second));
+  }
+  KIP_INLINE __m128i entries(const int32_t* table) const {
+    const auto entry = [&](int i) KIP_INLINE_LAMBDA { return _mm_cvtsi32_si128(table[at[i]]); };
+    return _mm_unpacklo_epi64(_mm_unpacklo_epi32(entry(0), entry(1)), _mm_unpacklo_epi32(entry(2), entry(3)));
+  }
+};
+#endif
+
+/// The entries at the given places of a table.
+KIP_INLINE I32 lookUp(const int32_t* table, I32 place) {
+#if HWY_TARGET == HWY_AVX3 || KIP_EMULATED
+  return hn::GatherIndex(Tag<int32_t>(), table, place);
+#elif HWY_TARGET == HWY_AVX2
+  const FourPlaces lower(_mm256_castsi256_si128(place.raw)), upper(_mm256_extracti128_si256(place.raw, 1));
+  return I32{_mm256_inserti128_si256(_mm256_castsi128_si256(lower.entries(table)), upper.entries(table), 1)};
+#else
+  return I32{FourPlaces(place.raw).entries(table)};
+#endif
+}
+
+/// Both floats of the pairs at the given places of a table.
+KIP_INLINE void lookUpPairs(const float (*table)[2], I32 place, F32& first, F32& second) {
+#if HWY_TARGET == HWY_AVX3 || KIP_EMULATED
+  const I32 twice = hn::ShiftLeft<1>(place);
+  first = hn::GatherIndex(Tag<float>(), table[0], twice);
+  second = hn::GatherIndex(Tag<float>(), table[0] + 1, twice);
+#else
+#if HWY_TARGET == HWY_AVX2
+  const FourPlaces lower(_mm256_castsi256_si128(place.raw)), upper(_mm256_extracti128_si256(place.raw, 1));
+  const auto pairs = [&](int a, int b) KIP_INLINE_LAMBDA {
+    return _mm256_insertf128_ps(_mm256_castps128_ps256(lower.pairs(table, a, b)), upper.pairs(table, a, b), 1);
+  };
+#else
+  const FourPlaces places(place.raw);
+  const auto pairs = [&](int a, int b) KIP_INLINE_LAMBDA { return places.pairs(table, a, b); };
+#endif
+  const I32 a = as<int32_t>(F32{pairs(0, 1)}), b = as<int32_t>(F32{pairs(2, 3)});
+  first = as<float>(evenLanes(a, b));
+  second = as<float>(oddLanes(a, b));
+#endif
+}
 
 /// The next half vector of bytes as 16-bit lanes, in order.
 KIP_INLINE I16 loadHalf(const uint8_t* from) {
