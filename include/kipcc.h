@@ -897,6 +897,168 @@ KIPAPI KipStatus kipiYCbCr411ToBGR_8u_P3C4R(const Kip8u* pSrc[3], int srcStep[3]
 
 /** @} */
 
+/** @defgroup cie CIE spaces
+ *  RGB with the primaries of sRGB and white D65, taken as linear light, to and from XYZ, L*u*v* (LUV) and L*a*b* (Lab).
+ *  RGB and XYZ, LUV and Lab are stored in the order of their names; Lab goes with B, G, R. AC4 leaves the fourth sample
+ *  of the destination as it was. 16s is 16u less 32768 in every sample.
+ *
+ *  | quantity      | 8u                  | 16u                  | 32f     |
+ *  |---------------|---------------------|----------------------|---------|
+ *  | R G B, X Y Z  | 0..255              | 0..65535             | 0..1    |
+ *  | L of LUV      | L* x 255/100        | L* x 65535/100       | 0..100  |
+ *  | U             | (u* + 134) x 255/354 | (u* + 134) x 65535/354 | u*    |
+ *  | V             | (v* + 140) x 255/262 | (v* + 140) x 65535/262 | v*    |
+ *  | L of Lab      | L* x 255/100        | L* x 65535/100       |         |
+ *  | a, b          | a* + 128, b* + 128  | (a* + 128) x 255, (b* + 128) x 255 | |
+ *
+ *  White is X = 0.950456, Y = 1, Z = 1.088754 of full scale, and Z saturates. u'v' of white is 0.197839, 0.468342.
+ *
+ *  XYZ: 8u is fixed point, floored; the runs of 8 pixels that each row begins with have coarser coefficients than the
+ *  up to 7 pixels left over, which may come out one step apart (white is Y = 255 in the runs, 254 in the rest). 16u is
+ *  single precision, truncated and saturated. 32f clamps R, G, B and Z to 0..1, and not X and Y.
+ *
+ *  LUV: 8u and 16u round half up, and saturate; U and V of the 8u encoder keep the low byte instead, which no colour
+ *  needs. Black has u* = v* = 0, and back all L* below 0.00009 is black, whatever u* and v* are. The decoders clamp
+ *  R, G, B; those to integers measure the up to 3 pixels left over after the runs of 4 that each row begins with
+ *  against a white 4 x 10^-7 apart.
+ *
+ *  Lab: rounded to nearest, ties to even, and saturated. The decoder takes ((L* + 16) / 116)^3 for every L*, also below
+ *  8, where the encoder has a line: very dark colours come back slightly lighter.
+ *
+ *  Steps of 16-bit and 32-bit XYZ and LUV images are rounded down to whole samples. Regions above 4096 pixels, and of
+ *  Lab all, are split over threads.
+ *  @{ */
+
+KIPAPI KipStatus kipiRGBToXYZ_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToXYZ_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToXYZ_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToXYZ_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToXYZ_16s_C3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToXYZ_16s_AC4R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToXYZ_32f_C3R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToXYZ_32f_AC4R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiXYZToRGB_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiXYZToRGB_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiXYZToRGB_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiXYZToRGB_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiXYZToRGB_16s_C3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiXYZToRGB_16s_AC4R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiXYZToRGB_32f_C3R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiXYZToRGB_32f_AC4R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToLUV_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToLUV_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToLUV_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToLUV_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToLUV_16s_C3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToLUV_16s_AC4R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToLUV_32f_C3R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToLUV_32f_AC4R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiLUVToRGB_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiLUVToRGB_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiLUVToRGB_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiLUVToRGB_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiLUVToRGB_16s_C3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiLUVToRGB_16s_AC4R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiLUVToRGB_32f_C3R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiLUVToRGB_32f_AC4R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToLab_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToLab_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiLabToBGR_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiLabToBGR_16u8u_C3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+
+/** @} */
+
+/** @defgroup ycc Photo YCC and YCoCg
+ *  Photo YCC, interleaved: L = 0.299 R + 0.587 G + 0.114 B and, with samples of 0..1, Y = L / 1.402,
+ *  C1 = (B - L) x 0.4368627 + 156/255 and C2 = (R - L) x 0.53192 + 137/255. White has Y = 182/255. 8u is fixed point,
+ *  within one step of that; 16u is single precision, truncated and saturated; 16s is 16u less 32768 in every sample;
+ *  32f clamps R, G, B to 0..1 and nothing else. AC4 leaves the fourth sample of the destination as it was. Regions above
+ *  4096 pixels are split over threads.
+ *
+ *  YCoCg, in planes Y, Co, Cg: Y = (R + 2 G + B + 2) >> 2, Co = (R - B + 1) >> 1, Cg = (2 G - R - B + 2) >> 2; back
+ *  R = Y + Co - Cg, G = Y + Cg, B = Y - Co - Cg. The functions on RGB keep Co and Cg 128 higher, clamped to 0..255; those
+ *  on BGR and SBGR store them as they are, in 16-bit planes the low 16 bits. SBGR are signed 16-bit colours.
+ *
+ *  YCoCg_Rev is reversible: Co = R - B, t = B + (Co >> 1), Cg = G - t, Y = t + (Cg >> 1), undone step by step on the way
+ *  back. 16-bit planes hold the low 16 bits of every step: every colour comes back exactly, but Co and Cg of 16-bit
+ *  colours may have wrapped around, which they never do in 32-bit planes.
+ *
+ *  Back to 8u, results are taken as signed 16-bit numbers and clamped to 0..255; to 16s their low 16 bits are kept. C4
+ *  ignores the fourth sample of a source and writes aval to that of a destination.
+ *
+ *  Checks of the YCoCg functions: all image and plane pointers - kipStatusNullPointer; nothing else. An empty region is
+ *  kipStatusOk.
+ *  @{ */
+
+KIPAPI KipStatus kipiRGBToYCC_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCC_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCC_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCC_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCC_16s_C3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCC_16s_AC4R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCC_32f_C3R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCC_32f_AC4R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCCToRGB_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCCToRGB_8u_AC4R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCCToRGB_16u_C3R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCCToRGB_16u_AC4R(const Kip16u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCCToRGB_16s_C3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCCToRGB_16s_AC4R(const Kip16s* pSrc, int srcStep, Kip16s* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCCToRGB_32f_C3R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCCToRGB_32f_AC4R(const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToYCoCg_8u_C3P3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCoCgToRGB_8u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCoCg_8u16s_C3P3R(const Kip8u* pSrc, int srcStep, Kip16s* pDst[3], int dstStep,
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiSBGRToYCoCg_16s_C3P3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst[3], int dstStep,
+                                           KipiSize roiSize);
+KIPAPI KipStatus kipiSBGRToYCoCg_16s32s_C3P3R(const Kip16s* pSrc, int srcStep, Kip32s* pDst[3], int dstStep,
+                                              KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCoCg_8u16s_C4P3R(const Kip8u* pSrc, int srcStep, Kip16s* pDst[3], int dstStep,
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiSBGRToYCoCg_16s_C4P3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst[3], int dstStep,
+                                           KipiSize roiSize);
+KIPAPI KipStatus kipiSBGRToYCoCg_16s32s_C4P3R(const Kip16s* pSrc, int srcStep, Kip32s* pDst[3], int dstStep,
+                                              KipiSize roiSize);
+KIPAPI KipStatus kipiYCoCgToBGR_16s8u_P3C3R(const Kip16s* pSrc[3], int srcStep, Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize);
+KIPAPI KipStatus kipiYCoCgToSBGR_16s_P3C3R(const Kip16s* pSrc[3], int srcStep, Kip16s* pDst, int dstStep,
+                                           KipiSize roiSize);
+KIPAPI KipStatus kipiYCoCgToSBGR_32s16s_P3C3R(const Kip32s* pSrc[3], int srcStep, Kip16s* pDst, int dstStep,
+                                              KipiSize roiSize);
+KIPAPI KipStatus kipiYCoCgToBGR_16s8u_P3C4R(const Kip16s* pSrc[3], int srcStep, Kip8u* pDst, int dstStep,
+                                            KipiSize roiSize, Kip8u aval);
+KIPAPI KipStatus kipiYCoCgToSBGR_16s_P3C4R(const Kip16s* pSrc[3], int srcStep, Kip16s* pDst, int dstStep,
+                                           KipiSize roiSize, Kip16s aval);
+KIPAPI KipStatus kipiYCoCgToSBGR_32s16s_P3C4R(const Kip32s* pSrc[3], int srcStep, Kip16s* pDst, int dstStep,
+                                              KipiSize roiSize, Kip16s aval);
+KIPAPI KipStatus kipiBGRToYCoCg_Rev_8u16s_C3P3R(const Kip8u* pSrc, int srcStep, Kip16s* pDst[3], int dstStep,
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiSBGRToYCoCg_Rev_16s_C3P3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst[3], int dstStep,
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiSBGRToYCoCg_Rev_16s32s_C3P3R(const Kip16s* pSrc, int srcStep, Kip32s* pDst[3], int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToYCoCg_Rev_8u16s_C4P3R(const Kip8u* pSrc, int srcStep, Kip16s* pDst[3], int dstStep,
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiSBGRToYCoCg_Rev_16s_C4P3R(const Kip16s* pSrc, int srcStep, Kip16s* pDst[3], int dstStep,
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiSBGRToYCoCg_Rev_16s32s_C4P3R(const Kip16s* pSrc, int srcStep, Kip32s* pDst[3], int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCoCgToBGR_Rev_16s8u_P3C3R(const Kip16s* pSrc[3], int srcStep, Kip8u* pDst, int dstStep,
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiYCoCgToSBGR_Rev_16s_P3C3R(const Kip16s* pSrc[3], int srcStep, Kip16s* pDst, int dstStep,
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCoCgToSBGR_Rev_32s16s_P3C3R(const Kip32s* pSrc[3], int srcStep, Kip16s* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCoCgToBGR_Rev_16s8u_P3C4R(const Kip16s* pSrc[3], int srcStep, Kip8u* pDst, int dstStep,
+                                                KipiSize roiSize, Kip8u aval);
+KIPAPI KipStatus kipiYCoCgToSBGR_Rev_16s_P3C4R(const Kip16s* pSrc[3], int srcStep, Kip16s* pDst, int dstStep,
+                                               KipiSize roiSize, Kip16s aval);
+KIPAPI KipStatus kipiYCoCgToSBGR_Rev_32s16s_P3C4R(const Kip32s* pSrc[3], int srcStep, Kip16s* pDst, int dstStep,
+                                                  KipiSize roiSize, Kip16s aval);
+
+/** @} */
+
 #ifdef __cplusplus
 }
 #endif

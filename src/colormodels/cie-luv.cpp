@@ -1,0 +1,192 @@
+// RGB to and from CIE L*u*v*.
+//
+// L* is 116 Y^(1/3) - 16, or 903.3 Y in the dark; u' = 4 X / (X + 15 Y + 3 Z) and v' = 9 Y / (X + 15 Y + 3 Z) are the
+// chromaticity; u* = 13 L* (u' - un) and v* = 13 L* (v' - vn) its distance to that of white.
+
+#include <limits>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "colormodels/cie-luv.cpp"
+#include "hwy/foreach_target.h"
+#include "hwy/highway.h"
+
+#include "colormodels/cie-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+namespace {
+
+struct Chromaticity {
+  float u, v;
+};
+constexpr Chromaticity kWhite = {0.197839f, 0.468342f};
+constexpr Chromaticity kWhiteOfRest = {0.1978394f, 0.4683422f};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Encoders
+
+/// u' - un and v' - vn, from X, Y and X + 15 Y + 3 Z summed in the encoder's own order. Where that sum is 0, for black,
+/// u' and v' are 0.
+struct Offsets {
+  F32 u, v;
+
+  KIP_INLINE Offsets(F32 x, F32 y, F32 sum) {
+    const F32 infinity = set(std::numeric_limits<float>::infinity());
+    const F32 divisor = hn::IfThenElse(hn::Eq(sum, set(0.f)), infinity, sum);
+    u = 4.f * x / divisor - kWhite.u;
+    v = 9.f * y / divisor - kWhite.v;
+  }
+  KIP_INLINE explicit Offsets(const Pixels<F32>& xyz)
+      : Offsets(xyz.a, xyz.b, xyz.a + 15.f * xyz.b + 3.f * xyz.c) {}
+};
+
+/// Samples 0 .. 255, L* from a table.
+struct EncodeBytes {
+  using Lane = float;
+  KIP_INLINE Pixels<I32> operator()(const Pixels<F32>& rgb) const {
+    const Pixels<F32> xyz = kRgbToXyz(rgb);
+    const F32 x = xyz.a / 255.f, y = xyz.b / 255.f, z = xyz.c / 255.f;
+    const Offsets offset(x, y, 3.f * z + x + 15.f * y);
+    const I32 l = lightness(xyz.b);
+    const F32 lf = hn::ConvertTo(Tag<float>(), l);
+    // 1300 / 354 and 1300 / 262: 13 L* with L* from 0 .. 255 over the ranges of u* and v*; 134 and 140 are their
+    // offsets, and another half rounds. Of all colours U is 37 .. 223 and V 5 .. 241: they fit.
+    return {l, truncated(3.6723163f * lf * offset.u + 97.02543f), truncated(4.961832f * lf * offset.v + 136.75955f)};
+  }
+
+ private:
+  KIP_INLINE static I32 lightness(F32 luma) {
+    const F32 nearest = luma + 0.5f;
+    const auto dark = hn::Lt(nearest, set(static_cast<float>(cie::LightnessTable::kDarkEnd)));
+    const I32 darkEntry = truncated(4.f * luma + 0.5f);
+    const I32 brightEntry = hn::Add(truncated(nearest), set<int32_t>(cie::LightnessTable::kBright));
+    return lookUp(cie::kLightness.entry,
+                  hn::IfThenElse(hn::RebindMask(Tag<int32_t>(), dark), darkEntry, brightEntry));
+  }
+};
+
+/// Other samples, in three steps: X, Y and Z; the cube roots that L* of bright pixels needs; and the rest.
+/// Scale says how luma, L* and results depend on the type of the samples.
+template <class Scale>
+struct Encode {
+  using Lane = float;
+  static constexpr int kTogether = 4;
+
+  template <int kCount, class R>
+  KIP_INLINE void convert(const Pixels<F32>* rgb, Pixels<R>* result) const {
+    Pixels<F32> xyz[kCount];
+    F32 t[kCount], root[kCount];
+    I32 cell[kCount];
+    for (int i = 0; i < kCount; ++i) {
+      xyz[i] = kRgbToXyz(rgb[i]);
+      t[i] = Scale::toUnit(xyz[i].b);
+      cell[i] = Scale::cell(xyz[i].b);
+    }
+    cubeRoots<Scale::kTerms>(Scale::kSeeds, t, cell, root);
+    for (int i = 0; i < kCount; ++i) {
+      const F32 l = hn::IfThenElse(Scale::isDark(xyz[i].b), Scale::darkLightness(xyz[i].b), 116.f * root[i] - 16.f);
+      const F32 l13 = 13.f * l;
+      const Offsets offset(xyz[i]);
+      result[i] = Scale::encoded(Pixels<F32>(l, l13 * offset.u, l13 * offset.v));
+    }
+  }
+};
+
+/// 0 .. 65535, X, Y and Z on the same scale.
+struct WordScale {
+  static constexpr int kTerms = 6;
+  static constexpr auto& kSeeds = cie::kWordSeeds;
+  KIP_INLINE static F32 toUnit(F32 luma) { return luma / 65535.f; }
+  KIP_INLINE static I32 cell(F32 luma) { return hn::ShiftRight<9>(truncated(luma)); }
+  KIP_INLINE static auto isDark(F32 luma) { return hn::Le(luma, set(580.378f)); }
+  KIP_INLINE static F32 darkLightness(F32 luma) { return kDarkSlope * luma * 1.5259e-05f; }
+  KIP_INLINE static Pixels<I32> encoded(const Pixels<F32>& luv) {
+    return truncated({luv.a * 655.35f + 0.5f, (luv.b + 134.f) * 185.127121f + 0.5f,
+                      (luv.c + 140.f) * 250.1335907f + 0.5f});
+  }
+};
+
+struct FloatScale {
+  static constexpr int kTerms = 8;
+  static constexpr auto& kSeeds = cie::kUnitSeeds;
+  KIP_INLINE static F32 toUnit(F32 luma) { return luma; }
+  KIP_INLINE static I32 cell(F32 luma) {
+    const F32 below = atMost(luma * cie::kUnitScale, set(cie::CubeRootSeeds::kCells - 1.f));
+    return hn::Max(truncated(below), hn::Zero(Tag<int32_t>()));
+  }
+  KIP_INLINE static auto isDark(F32 luma) { return hn::Le(luma, set(kDarkEnd)); }
+  KIP_INLINE static F32 darkLightness(F32 luma) { return kDarkSlope * luma; }
+  KIP_INLINE static Pixels<F32> encoded(const Pixels<F32>& luv) { return oneNaN(luv); }
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Decoders
+
+/// L*, u*, v* to R, G, B of 0 .. 1.
+template <const Chromaticity& kWhitePoint>
+KIP_INLINE Pixels<F32> decode(const Pixels<F32>& luv) {
+  constexpr float kBlack = 9e-5f;        // L* below which nothing is left but black
+  constexpr float kDarkL = 7.9996247f;   // 903.3 x 0.008856
+  constexpr float kNoV = 1.1920929e-7f;  // |v'| below this is moved away from 0
+  const F32 l = luv.a, l13 = 13.f * l;
+  const auto dark = hn::Lt(l, set(kDarkL));
+  // L* / 903.3 in the dark, else ((L* + 16) / 116)^3.
+  const F32 quotient = hn::IfThenElse(dark, l, l + 16.f) / hn::IfThenElse(dark, set(kDarkSlope), set(116.f));
+  const F32 y = hn::IfThenElse(dark, quotient, quotient * quotient * quotient);
+  const F32 u = luv.b / l13 + kWhitePoint.u;
+  const F32 anyV = luv.c / l13 + kWhitePoint.v;
+  const F32 v = hn::IfThenElse(hn::Lt(hn::Abs(anyV), set(kNoV)), anyV + 9e-5f, anyV);
+  const F32 t = y / v;
+  const F32 x = 2.25f * t * u;
+  const F32 z = 3.f * t - 5.f * y - x / 3.f;
+  const auto black = hn::Lt(l, set(kBlack));
+  return eachChannel(toUnit(kXyzToRgb(Pixels<F32>(x, y, z))),
+                     [&](F32 channel) KIP_INLINE_LAMBDA { return hn::IfThenZeroElse(black, channel); });
+}
+
+template <class Encoding, const Chromaticity& kWhitePoint>
+struct DecodeIntegers {
+  using Lane = float;
+  KIP_INLINE Pixels<I32> operator()(const Pixels<F32>& px) const {
+    const Pixels<F32> rgb = decode<kWhitePoint>(Encoding::luv(px));
+    return truncated(eachChannel(rgb, [](F32 v) KIP_INLINE_LAMBDA { return Encoding::kFull * v + 0.5f; }));
+  }
+};
+
+/// How integer samples stand for L* of 0 .. 100, u* of -134 .. 220 and v* of -140 .. 122.
+struct Bytes {
+  static constexpr float kFull = 255;
+  KIP_INLINE static Pixels<F32> luv(const Pixels<F32>& px) {
+    return {px.a * 0.3921569f, px.b * 1.3882353f - 134.f, px.c * 1.027451f - 140.f};
+  }
+};
+struct Words {
+  static constexpr float kFull = 65535;
+  KIP_INLINE static Pixels<F32> luv(const Pixels<F32>& px) {
+    return {px.a * 100.f / kFull, px.b * 354.f / kFull - 134.f, px.c * 262.f / kFull - 140.f};
+  }
+};
+
+struct DecodeFloats {
+  using Lane = float;
+  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& luv) const { return oneNaN(decode<kWhite>(luv)); }
+};
+
+template <class Op, class Layout>
+using Same = Convert<Op, Layout, Layout>;
+/// The pixels left over after the runs of 4 are measured against a slightly different white.
+template <class Encoding, class Layout>
+using Decode = ConvertRuns<4, DecodeIntegers<Encoding, kWhite>, DecodeIntegers<Encoding, kWhiteOfRest>, Layout, Layout>;
+
+}  // namespace
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+#include "colormodels/rules.h"
+#endif
+
+#define KIP_FUNCTIONS "colormodels/cie-luv-functions.h"
+#include "frame/functions-inl.h"
