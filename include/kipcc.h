@@ -363,8 +363,8 @@ KIPAPI KipStatus kipiToneMapMean_32f8u_C1R(const Kip32f* pSrc, int srcStep, Kip8
 /** @} */
 
 /** @defgroup layout Chroma layouts
- *  8-bit YCbCr between samplings of the chroma and between layouts. Luma is copied as it is. The figure behind a space's
- *  name is its sampling:
+ *  8-bit YCbCr between samplings of the chroma and between layouts. Luma is copied as it is. The figure behind a
+ *  space's name is its sampling:
  *
  *  | figure | a sample of Cb and of Cr serves | chroma planes          |
  *  |--------|---------------------------------|------------------------|
@@ -373,26 +373,27 @@ KIPAPI KipStatus kipiToneMapMean_32f8u_C1R(const Kip32f* pSrc, int srcStep, Kip8
  *  | 411    | 4 columns                       | width / 4 x height     |
  *  | 1620   | 4 columns and 4 rows            | width / 4 x height / 4 |
  *
- *  The four bytes of a pixel pair in C2: YCbCr422 is Y0 Cb Y1 Cr, YCrCb422 is Y0 Cr Y1 Cb, CbYCr422 is Cb Y0 Cr Y1.
- *  P3 has the planes in the order of the name, so YCrCb is Y, Cr, Cb; the pairs of P2 are Cb, Cr also when the source is
+ *  The four bytes of a pixel pair in C2: YCbCr422 is Y0 Cb Y1 Cr, YCrCb422 is Y0 Cr Y1 Cb, CbYCr422 is Cb Y0 Cr Y1. P3
+ *  has the planes in the order of the name, so YCrCb is Y, Cr, Cb; the pairs of P2 are Cb, Cr also when the source is
  *  YCrCb.
  *
  *  How chroma is resampled:
  *  - To fewer columns or rows every second sample is kept, the even ones; to more, each is used twice. No averaging.
- *  - YCbCr420To411 averages neighbouring columns and repeats rows, YCbCr411To420 averages rows and repeats columns:
- *    (a + b + 1) >> 1.
+ *  - YCbCr420To411 averages neighbouring columns and repeats rows, YCbCr411To420 averages rows and repeats columns: (a
+ *    + b + 1) >> 1.
  *  - YCbCr420To1620 keeps every second sample of every second row. YCbCr1620To420 puts averages, (a + b + 1) >> 1,
  *    between the columns and then between the rows; beyond the right and the lower edge the nearest sample stands in.
- *  - Filter to 422: row 2k is row k of the source, row 2k + 1 is (9 (c(k) + c(k+1)) - c(k-1) - c(k+2) + 8) >> 4, limited
- *    to 0..255; rows outside the source are replaced by the nearest one. YCbCr420ToYCrCb420_Filter only splits the plane.
+ *  - Filter to 422: row 2k is row k of the source, row 2k + 1 is (9 (c(k) + c(k+1)) - c(k-1) - c(k+2) + 8) >> 4,
+ *    limited to 0..255; rows outside the source are replaced by the nearest one. YCbCr420ToYCrCb420_Filter only splits
+ *    the plane.
  *  - Interlace: the rows of a frame belong to two fields in turn, which do not mix. From four rows a, b, c, d to two:
- *    (3a + c + 2) >> 2 and (b + 3d + 2) >> 2. From two rows to four, from each field's rows above and below (u, l):
- *    (u + 7l + 4) >> 3, (3u + 5l + 4) >> 3, (5u + 3l + 4) >> 3, (7u + l + 4) >> 3; the first two and the last two rows
- *    are the source's own.
+ *    (3a + c + 2) >> 2 and (b + 3d + 2) >> 2. From two rows to four, from each field's rows above and below (u, l): (u
+ *    + 7l + 4) >> 3, (3u + 5l + 4) >> 3, (5u + 3l + 4) >> 3, (7u + l + 4) >> 3; the first two and the last two rows are
+ *    the source's own.
  *
  *  Sizes: the width must be at least 2, with 411 on either side 4, or kipStatusBadSize; 1620 takes multiples of 4 only;
- *  YCbCr420To422_Interlace takes at least 4 rows. Only whole blocks are converted, luma too: 2 columns, or 4 with 411; 2
- *  rows with 420, 4 rows for Interlace. Where that leaves something out the status is kipStatusOddSize, except that
+ *  YCbCr420To422_Interlace takes at least 4 rows. Only whole blocks are converted, luma too: 2 columns, or 4 with 411;
+ *  2 rows with 420, 4 rows for Interlace. Where that leaves something out the status is kipStatusOddSize, except that
  *  conversions with 422 on both sides do not report an odd width.
  *
  *  The plane pointers are checked before the size. The Interlace functions convert images of at least 128 columns and
@@ -523,7 +524,6 @@ KIPAPI KipStatus kipiYCbCr420To422_Interlace_8u_P3R(const Kip8u* pSrc[3], int sr
                                                     int dstStep[3], KipiSize roiSize);
 KIPAPI KipStatus kipiYCbCr420ToCbYCr422_Interlace_8u_P3C2R(const Kip8u* pSrc[3], int srcStep[3], Kip8u* pDst,
                                                            int dstStep, KipiSize roiSize);
-
 /** @} */
 
 /** @defgroup gamma Gamma
@@ -1056,6 +1056,223 @@ KIPAPI KipStatus kipiYCoCgToSBGR_Rev_16s_P3C4R(const Kip16s* pSrc[3], int srcSte
                                                KipiSize roiSize, Kip16s aval);
 KIPAPI KipStatus kipiYCoCgToSBGR_Rev_32s16s_P3C4R(const Kip32s* pSrc[3], int srcStep, Kip16s* pDst, int dstStep,
                                                   KipiSize roiSize, Kip16s aval);
+
+/** @} */
+
+/** @defgroup packed16 Packed 16-bit RGB
+ *  RGB in one 16-bit word per pixel, from 8-bit YCbCr and YUV and RGB, and back. Steps of words are in bytes too.
+ *
+ *  | space  | bits 15 to 0                      |
+ *  |--------|-----------------------------------|
+ *  | RGB565 | 5 of B, 6 of G, 5 of R            |
+ *  | RGB555 | a zero, 5 of B, 5 of G, 5 of R    |
+ *  | RGB444 | four zeros, 4 of B, 4 of G, 4 of R |
+ *
+ *  The first colour in the name is in the lowest bits; BGR has R and B exchanged.
+ *
+ *  To words: YCbCr is converted with the BT.601 set, 1.164 (Y - 16) + 1.596 (Cr - 128) and so on, floored; YUV as
+ *  kipiYUV420ToRGB_8u_P3C3R does it. Each channel keeps its upper bits. The sampling of the chroma and the order of
+ *  packed 422 are those of the 8-bit functions; each sample serves its pixels unchanged.
+ *
+ *  Dither: each level is raised to the next one where the rest is above a threshold from a 4 x 4 Bayer matrix, whose
+ *  first row and column are those of the region. Flat fields get patterns of 4 x 4 pixels. The colours come from
+ *  factors of 13 bits with each product floored, and may differ by one from those of the plain functions.
+ *
+ *  From words: each field becomes the upper bits of a byte whose lower bits are zero; then the conversion is that of
+ *  the 8-bit functions of the same name, with their minimum sizes and warnings. RGB565ToRGB and BGR565ToBGR put the
+ *  lowest field into the first byte, RGBToRGB565 and BGRToBGR565 the upper bits of the first byte into the lowest
+ *  field.
+ *
+ *  Sizes: 422 and, with Dither, YCbCr420 convert every pixel, also of odd sizes, so their chroma planes are ceil(width
+ *  / 2) wide, those of YCbCr420 Dither ceil(height / 2) high; the last pixel of an odd width in C2 has the chroma of
+ *  the pair before it, and a single one has its one chroma byte for both. 420 without Dither and all of YUV420 convert
+ *  whole blocks of 2 x 2 and return kipStatusOddSize when width or height is odd. 411 converts whole groups of 4
+ *  columns. RGB565ToYUV422 converts whole pairs and returns kipStatusOddSize when the width is odd.
+ *
+ *  Only RGB565ToRGB, BGR565ToBGR, RGBToRGB565 and BGRToBGR565 check their steps, after the size: kipStatusBadStep below
+ *  1.
+ *  @{ */
+
+KIPAPI KipStatus kipiYCbCrToRGB565_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB565_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip16u* pDst, int dstStep,
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB565_8u16u_C2C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB565_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToRGB565_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYUV420ToRGB565_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB555_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB555_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip16u* pDst, int dstStep,
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB555_8u16u_C2C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB555_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToRGB555_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYUV420ToRGB555_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB444_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB444_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip16u* pDst, int dstStep,
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB444_8u16u_C2C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB444_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToRGB444_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYUV420ToRGB444_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR565_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR565_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip16u* pDst, int dstStep,
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR565_8u16u_C2C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR565_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToBGR565_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYUV420ToBGR565_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR555_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR555_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip16u* pDst, int dstStep,
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR555_8u16u_C2C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR555_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToBGR555_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYUV420ToBGR555_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR444_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                             KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR444_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip16u* pDst, int dstStep,
+                                               KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR444_8u16u_C2C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR444_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToBGR444_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYUV420ToBGR444_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB565Dither_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                   KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB565Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip16u* pDst, int dstStep,
+                                                     KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB565Dither_8u16u_C2C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                        KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB565Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToRGB565Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYUV420ToRGB565Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                      int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB555Dither_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                   KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB555Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip16u* pDst, int dstStep,
+                                                     KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB555Dither_8u16u_C2C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                        KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB555Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToRGB555Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYUV420ToRGB555Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                      int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB444Dither_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                   KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToRGB444Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip16u* pDst, int dstStep,
+                                                     KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB444Dither_8u16u_C2C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                        KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToRGB444Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToRGB444Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYUV420ToRGB444Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                      int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR565Dither_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                   KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR565Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip16u* pDst, int dstStep,
+                                                     KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR565Dither_8u16u_C2C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                        KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR565Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToBGR565Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYUV420ToBGR565Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                      int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR555Dither_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                   KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR555Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip16u* pDst, int dstStep,
+                                                     KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR555Dither_8u16u_C2C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                        KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR555Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToBGR555Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYUV420ToBGR555Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                      int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR444Dither_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                   KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCrToBGR444Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep, Kip16u* pDst, int dstStep,
+                                                     KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR444Dither_8u16u_C2C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep,
+                                                        KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr422ToBGR444Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr420ToBGR444Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                        int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYUV420ToBGR444Dither_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst,
+                                                      int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToBGR565_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiYCbCr411ToBGR555_8u16u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], Kip16u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiRGB565ToRGB_16u8u_C3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGR565ToBGR_16u8u_C3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiRGBToRGB565_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGRToBGR565_8u16u_C3R(const Kip8u* pSrc, int srcStep, Kip16u* pDst, int dstStep, KipiSize roiSize);
+KIPAPI KipStatus kipiBGR555ToYCbCr411_16u8u_C3P3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiBGR555ToYCbCr420_16u8u_C3P3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiBGR555ToYCbCr422_16u8u_C3C2R(const Kip16u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiBGR555ToYCbCr422_16u8u_C3P3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiBGR555ToYCrCb420_16u8u_C3P3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiBGR555ToYUV420_16u8u_C3P3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiBGR565ToYCbCr411_16u8u_C3P3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiBGR565ToYCbCr420_16u8u_C3P3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiBGR565ToYCbCr422_16u8u_C3C2R(const Kip16u* pSrc, int srcStep, Kip8u* pDst, int dstStep,
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiBGR565ToYCbCr422_16u8u_C3P3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiBGR565ToYCrCb420_16u8u_C3P3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                  KipiSize roiSize);
+KIPAPI KipStatus kipiBGR565ToYUV420_16u8u_C3P3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiRGB565ToYUV420_16u8u_C3P3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                KipiSize roiSize);
+KIPAPI KipStatus kipiRGB565ToYUV422_16u8u_C3P3R(const Kip16u* pSrc, int srcStep, Kip8u* pDst[3], int dstStep[3],
+                                                KipiSize roiSize);
 
 /** @} */
 

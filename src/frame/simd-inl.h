@@ -321,6 +321,23 @@ KIP_INLINE U8 loadBlocks(const uint8_t* from, [[maybe_unused]] ptrdiff_t distanc
 #endif
 }
 
+/// The blocks of two vectors by turns: the inverse of loadBlocks from two places.
+KIP_INLINE void storeTwoBlocks(U8 first, U8 second, uint8_t* to) {
+  const Tag<uint8_t> d;
+#if HWY_TARGET == HWY_AVX2
+  hn::StoreU(hn::ConcatLowerLower(d, second, first), d, to);
+  hn::StoreU(hn::ConcatUpperUpper(d, second, first), d, to + 32);
+#elif HWY_TARGET == HWY_AVX3
+  const __m512i lower = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11);
+  const __m512i upper = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
+  hn::StoreU(U8{_mm512_permutex2var_epi64(first.raw, lower, second.raw)}, d, to);
+  hn::StoreU(U8{_mm512_permutex2var_epi64(first.raw, upper, second.raw)}, d, to + 64);
+#else
+  hn::StoreU(first, d, to);
+  hn::StoreU(second, d, to + 16);
+#endif
+}
+
 /// The inverse of loadBlocks for three vectors whose blocks follow one another: a block of each, then the next of each.
 KIP_INLINE void storeThreeBlocks(U8 first, U8 second, U8 third, uint8_t* to) {
   const Tag<uint8_t> d;

@@ -261,8 +261,21 @@ struct Decode {
   }
 };
 
-/// As Decode from packed 4:2:2, and the last pixel of an odd width. It has luma and one chroma byte, and borrows the
-/// chroma of the pair before it; where there is none, its byte serves as both.
+/// The last pixel of an odd width in packed 4:2:2, made a pair. It has luma and one chroma byte, and borrows the chroma
+/// of the pair before it; where there is none, its byte serves as both.
+template <class Src>
+void lastPair(const Job& job, int y, Kip8u (&pair)[4]) {
+  const size_t x = job.width - 1;
+  const Kip8u* from = job.src.row(0, y) + 2 * x;
+  std::memcpy(pair, from, 2);
+  std::memcpy(pair + 2, from, 2);
+  if (x > 0) {
+    constexpr int kFirst = Src::kChromaByte, kSecond = kFirst + 2;
+    pair[kFirst] = from[kFirst - 4], pair[kSecond] = from[kSecond - 4];
+  }
+}
+
+/// As Decode from packed 4:2:2, and the last pixel of an odd width.
 template <class Op, class Src, class Dst>
 struct DecodePacked {
   static void rows(const Job& job, int first, int last) {
@@ -273,16 +286,9 @@ struct DecodePacked {
 
  private:
   static void lastPixel(const Job& job, int y) {
-    const size_t x = job.width - 1;
-    const Kip8u* from = job.src.row(0, y) + 2 * x;
     Kip8u pair[4];
-    std::memcpy(pair, from, 2);
-    std::memcpy(pair + 2, from, 2);
-    if (x > 0) {
-      constexpr int kFirst = Src::kChromaByte, kSecond = kFirst + 2;
-      pair[kFirst] = from[kFirst - 4], pair[kSecond] = from[kSecond - 4];
-    }
-    const auto to = advance<Dst>(Dst::rows(job.dst, y), x);
+    lastPair<Src>(job, y, pair);
+    const auto to = advance<Dst>(Dst::rows(job.dst, y), job.width - 1);
     PaddedBlock<Dst> out;
     out.copyFrom(to, 1);
     Decode<Op, Src, Dst>::walk(job, {{pair}}, out.rows, 0, 2);

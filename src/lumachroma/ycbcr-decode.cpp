@@ -5,76 +5,11 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "lumachroma/ycbcr-inl.h"
+#include "lumachroma/ycbcr-decode-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
-
-/// Full-resolution pixels (Y, Cb, Cr).
-template <const InverseSet& kSet>
-class PerPixel {
- public:
-  using Lane = uint8_t;
-
-  KIP_INLINE PerPixel() {}
-  KIP_INLINE Pixels<U8> operator()(const Pixels<U8>& px) const {
-    const Halves cb = beside(px.b, chromaZero_), cr = beside(px.c, chromaZero_), y = beside(px.a, lumaZero_);
-    const Sums luma[2] = {y_.addTo(start(), y.lower), y_.addTo(start(), y.upper)};
-    const auto channel = [&](const auto& add) KIP_INLINE_LAMBDA {
-      return packBytes(add(luma[0], cb.lower, cr.lower).floored(), add(luma[1], cb.upper, cr.upper).floored());
-    };
-    return {
-        channel([&](const Sums& s, U8, U8 r) KIP_INLINE_LAMBDA { return crToR_.addTo(s, r); }),
-        channel([&](const Sums& s, U8 b, U8 r) KIP_INLINE_LAMBDA { return crToG_.addTo(cbToG_.addTo(s, b), r); }),
-        channel([&](const Sums& s, U8 b, U8) KIP_INLINE_LAMBDA { return cbToB_.addTo(s, b); }),
-    };
-  }
-
- private:
-  struct Halves {
-    U8 lower, upper;
-  };
-  /// Each sample beside its zero.
-  KIP_INLINE static Halves beside(U8 v, U8 zero) {
-    return {hn::InterleaveLower(v, zero), hn::InterleaveUpper(Tag<uint8_t>(), v, zero)};
-  }
-  KIP_INLINE Sums start() const {
-    const I32 rounding = kSet.rounding.r == 0 ? hn::Zero(Tag<int32_t>()) : rounding_;
-    return {rounding, rounding, hn::Zero(Tag<int16_t>())};
-  }
-
-  static constexpr Factors kX = kSet.factors;
-  static_assert(kSet.rounding.r == kSet.rounding.g && kSet.rounding.g == kSet.rounding.b);
-
-  WeighSample<kX.y> y_;
-  WeighSample<kX.crToR> crToR_;
-  WeighSample<-kX.cbToG> cbToG_;
-  WeighSample<-kX.crToG> crToG_;
-  WeighSample<kX.cbToB> cbToB_;
-  U8 lumaZero_ = pinned<uint8_t>(kSet.lumaZero), chromaZero_ = pinned<uint8_t>(kChromaZero);
-  I32 rounding_ = pinned<int32_t>(kSet.rounding.r);
-};
-
-/// Pixels that share chroma, in 16-bit lanes.
-template <const InverseSet& kSet, class Layout>
-struct PerGroup {
-  struct Terms {
-    Pixels<I32> half[2];
-  };
-  InversePairs<kSet, Layout> inverse;
-
-  KIP_INLINE PerGroup() {}
-  template <class Src, class From>
-  KIP_INLINE static InLanes load(const Src& src, const From& from) {
-    return src.loadInLanes(from);
-  }
-  KIP_INLINE Terms terms(const InLanes& s) const { return {{inverse.terms(s.chroma[0]), inverse.terms(s.chroma[1])}}; }
-  KIP_INLINE Pixels<U8> row(const InLanes& s, int r, const Terms& terms) const {
-    const auto half = [&](int h) KIP_INLINE_LAMBDA { return inverse.pixels(s.y[r][h], terms.half[h], terms.half[h]); };
-    return pack(half(0), half(1));
-  }
-};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Chroma interpolated between its samples

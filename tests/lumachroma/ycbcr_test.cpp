@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "support/reference.h"
+#include "support/samples.h"
 
 namespace kip {
 namespace {
@@ -130,45 +131,6 @@ constexpr Decoder kDecoders[] = {
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
-
-/// Luma and chroma of one side of a function, whatever its layout.
-class Samples {
- public:
-  Samples(const Function& function, Side side, Content& content) : content_(content), layout_(function.layout(side)) {
-    const std::string& space = side == Side::kSource ? function.parts.source : function.parts.destination;
-    crFirst_ = space.rfind("YCrCb", 0) == 0;
-    lumaByte_ = space.rfind("CbYCr", 0) == 0 ? 1 : 0;
-  }
-
-  int groupWidth() const { return layout_.chroma == Chroma::kFull ? 1 : layout_.chroma == Chroma::k411 ? 4 : 2; }
-  int groupHeight() const { return layout_.chroma == Chroma::k420 ? 2 : 1; }
-  bool packed() const { return !layout_.planar && layout_.subsampled(); }
-
-  uint8_t& luma(int x, int y) {
-    if (packed()) return at(0, 2 * x + lumaByte_, y);
-    return layout_.planar ? at(0, x, y) : at(0, x * layout_.channels, y);
-  }
-  uint8_t& cb(int x, int y) { return chroma(crFirst_ ? 1 : 0, x, y); }
-  uint8_t& cr(int x, int y) { return chroma(crFirst_ ? 0 : 1, x, y); }
-  /// The one that a lone pixel has in packed rows.
-  uint8_t& firstChroma(int x, int y) { return chroma(0, x, y); }
-  bool crFirst() const { return crFirst_; }
-
- private:
-  uint8_t& chroma(int which, int x, int y) {
-    if (packed()) return at(0, x / 2 * 4 + 2 * which + 1 - lumaByte_, y);
-    if (layout_.planar) return at(1 + which, x / groupWidth(), y / groupHeight());
-    return at(0, x * layout_.channels + 1 + which, y);
-  }
-  uint8_t& at(int plane, int byte, int y) {
-    return content_[plane].bytes[static_cast<size_t>(y) * content_[plane].plane.rowBytes + byte];
-  }
-
-  Content& content_;
-  const Layout& layout_;
-  bool crFirst_;
-  int lumaByte_;
-};
 
 uint8_t sample(int sum, int bits) { return static_cast<uint8_t>(clampByte(sum >> bits)); }
 

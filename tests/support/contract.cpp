@@ -68,7 +68,7 @@ KipiSize block(const Facts& f) {
   }
   if (f.either(Chroma::k411)) return {4, 1};
   if (f.either(Chroma::k420)) return f.name.has("Dither") && !f.yuv() ? KipiSize{1, 1} : KipiSize{2, 2};
-  if (f.yuv()) return {1, 1};
+  if (f.yuv()) return {f.name.is("kipiRGB565ToYUV422_16u8u_C3P3R") ? 2 : 1, 1};
   const bool planarEncoder = f.encodes() && f.destination.planar;
   const bool planarDecoder = f.decodes() && f.source.planar && !f.packed16();
   return {f.either(Chroma::k422) && (planarEncoder || planarDecoder) ? 2 : 1, 1};
@@ -77,7 +77,8 @@ KipiSize block(const Facts& f) {
 /// The blocks whose lack of wholeness is reported.
 KipiSize warned(const Facts& f) {
   const bool silent = f.both(Chroma::k422) || (f.decodes() && f.either(Chroma::k411)) ||
-                      (!f.relayouts() && f.either(Chroma::k422) && !f.name.is("kipiRGBToYCbCr422_8u_C3P3R"));
+                      (!f.relayouts() && f.either(Chroma::k422) && !f.name.is("kipiRGBToYCbCr422_8u_C3P3R") &&
+                       !f.name.is("kipiRGB565ToYUV422_16u8u_C3P3R"));
   return silent ? KipiSize{1, 1} : block(f);
 }
 

@@ -37,6 +37,9 @@ class Samples {
   /// The samples that serve a pixel.
   uint8_t& cb(int x, int y) const { return chroma(0, x / groupWidth(), y / groupHeight()); }
   uint8_t& cr(int x, int y) const { return chroma(1, x / groupWidth(), y / groupHeight()); }
+  /// The one that a lone pixel has in packed rows.
+  uint8_t& firstChroma(int x, int y) const { return crFirst_ ? cr(x, y) : cb(x, y); }
+  bool crFirst() const { return crFirst_; }
 
  private:
   uint8_t& at(int plane, int byte, int y) const {

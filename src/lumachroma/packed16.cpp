@@ -1,0 +1,176 @@
+// RGB packed in 16-bit words from YCbCr, YUV and RGB bytes, truncated or with an ordered dither.
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "lumachroma/packed16.cpp"
+#include "hwy/foreach_target.h"
+#include "hwy/highway.h"
+
+#include "lumachroma/packed16-inl.h"
+#include "lumachroma/ycbcr-decode-inl.h"
+#include "lumachroma/yuv-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+namespace {
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Truncated: the arithmetic of BT.601, floored
+
+template <class Src, class Dst>
+using Full = Convert<PerPixel<kFloored1>, Src, Dst>;
+template <class Src, class Dst>
+using Groups = Decode<PerGroup<kFloored1, Src>, Src, Dst>;
+template <class Dst>
+using Packed = DecodePacked<PerGroup<kFloored1, YCbYCr>, YCbYCr, Dst>;
+template <class Dst>
+using Yuv420 = Decode<yuv::PerPair<yuv::Inverse2>, Planar420, Dst>;
+
+/// Planar 4:2:2 has chroma for the last pixel of an odd width.
+template <class Dst>
+struct Planes422 {
+  static void rows(const Job& job, int first, int last) {
+    for (int y = first; y < last; ++y) Groups<Planar422, Dst>::pixels(job, y, 0, job.width);
+  }
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Dithered: an arithmetic with every product floored
+
+/// Factors x 2^13, sums x 2^4.
+struct Floored13 {
+  yuv::Factor luma{9535}, crToR{13074}, cbToG{3211}, crToG{6660}, cbToB{16523};
+  I16 black = pinned<int16_t>(16);
+  yuv::ChromaZero zero;
+
+  KIP_INLINE Floored13() {}
+
+  KIP_INLINE Pixels<I16> terms(I16 cb, I16 cr) const {
+    const I16 b = zero.centre<7>(cb), r = zero.centre<7>(cr);
+    return {crToR(r), hn::Neg(hn::Add(cbToG(b), crToG(r))), cbToB(b)};
+  }
+  KIP_INLINE Pixels<I16> pixel(I16 y, const Pixels<I16>& t) const {
+    const I16 scaled = luma(hn::ShiftLeft<7>(hn::Sub(y, black)));
+    const auto sum = [&](I16 term) KIP_INLINE_LAMBDA { return hn::ShiftRight<4>(hn::Add(scaled, term)); };
+    return {sum(t.a), sum(t.b), sum(t.c)};
+  }
+};
+
+/// Layouts as sources of RGB pixels: with full resolution, and with chroma for several pixels.
+template <class Arithmetic, class Layout>
+struct FromFull : Layout {
+  yuv::PerPixel<Arithmetic> op;
+
+  KIP_INLINE FromFull() {}
+  template <class From>
+  KIP_INLINE Pixels<U8> pixels(const From& from) const {
+    return applyTo<uint8_t>(op, this->load(from));
+  }
+};
+template <class Arithmetic, class Layout>
+struct FromPairs : Layout {
+  yuv::PerPair<Arithmetic> op;
+
+  KIP_INLINE FromPairs() {}
+  template <class From>
+  KIP_INLINE Pixels<U8> pixels(const From& from) const {
+    const Subsampled s = this->load(from);
+    return op.row(s, 0, op.terms(s));
+  }
+};
+
+/// Planar 4:2:0 row by row.
+struct RowsOf420 : Planar422 {
+  template <class Byte>
+  static Rows<Byte, kPointers> rows(const Image<Byte>& image, int y) {
+    return {{image.row(0, y), image.row(1, y / 2), image.row(2, y / 2)}};
+  }
+};
+
+/// Rows in groups of kGroup, and columns too.
+template <class Src, template <class> class Words, int kGroup = 1>
+struct Dither {
+  using Dst = Words<Dithered>;
+
+  static void rows(const Job& job, int first, int last) {
+    const Src src;
+    for (int y = first * kGroup; y < last * kGroup; ++y) {
+      walk(src, Src::rows(job.src, y), Dst::rows(job.dst, y), Dithered(0, y), job.width / kGroup * kGroup);
+    }
+  }
+
+  template <class From>
+  KIP_INLINE static void walk(const Src& src, const From& from, const Rows<Kip8u, 1>& to, const Dithered& dithered,
+                              size_t width) {
+    const Dst dst(dithered);
+    forBlocks<Src, Dst>(from, to, 0, width,
+                        [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA { dst.store(src.pixels(in), out); });
+  }
+};
+
+/// Packed 4:2:2, and the last pixel of an odd width.
+template <class Src, template <class> class Words>
+struct DitherPacked {
+  using Walk = Dither<Src, Words>;
+  using Dst = typename Walk::Dst;
+
+  static void rows(const Job& job, int first, int last) {
+    const Src src;
+    const int pairs = wholeGroups<Src>(job.width);
+    for (int y = first; y < last; ++y) {
+      const auto to = Dst::rows(job.dst, y);
+      Walk::walk(src, Src::rows(job.src, y), to, Dithered(0, y), pairs);
+      if (pairs == job.width) continue;
+      Kip8u pair[4];
+      lastPair<Src>(job, y, pair);
+      PaddedBlock<Dst> out;
+      Walk::walk(src, Rows<const Kip8u, 1>{{pair}}, out.rows, Dithered(pairs, y), 2);
+      out.copyTo(advance<Dst>(to, pairs), 1);
+    }
+  }
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// As the table of functions has them
+
+template <class Quantizer = Truncated>
+using Rgb565 = ToWords<k565, Order::kForward, Quantizer>;
+template <class Quantizer = Truncated>
+using Rgb555 = ToWords<k555, Order::kForward, Quantizer>;
+template <class Quantizer = Truncated>
+using Rgb444 = ToWords<k444, Order::kForward, Quantizer>;
+template <class Quantizer = Truncated>
+using Bgr565 = ToWords<k565, Order::kReverse, Quantizer>;
+template <class Quantizer = Truncated>
+using Bgr555 = ToWords<k555, Order::kReverse, Quantizer>;
+template <class Quantizer = Truncated>
+using Bgr444 = ToWords<k444, Order::kReverse, Quantizer>;
+
+template <class Src, template <class> class Words>
+using DitherFull = Dither<FromFull<Floored13, Src>, Words>;
+template <template <class> class Words>
+using DitherC2 = DitherPacked<FromPairs<Floored13, YCbYCr>, Words>;
+template <template <class> class Words>
+using Dither422 = Dither<FromPairs<Floored13, Planar422>, Words>;
+template <template <class> class Words>
+using Dither420 = Dither<FromPairs<Floored13, RowsOf420>, Words>;
+template <template <class> class Words>
+using DitherYuv420 = Dither<FromPairs<yuv::Inverse2, RowsOf420>, Words, 2>;
+
+}  // namespace
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+#include "frame/convert.h"
+
+namespace kip {
+constexpr Rules kEveryPixel = {};
+constexpr Rules kWholeBlocks420 = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
+constexpr Rules kPositiveSteps = {.steps = StepCheck::kAfterSize};
+}  // namespace kip
+#endif
+
+#define KIP_FUNCTIONS "lumachroma/packed16-functions.h"
+#include "frame/functions-inl.h"

@@ -1,0 +1,123 @@
+// RGB to subsampled YCbCr: the chroma of a group from the sum of its pixels.
+
+#if defined(KIP_LUMACHROMA_YCBCR_ENCODE_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_LUMACHROMA_YCBCR_ENCODE_INL_H_
+#undef KIP_LUMACHROMA_YCBCR_ENCODE_INL_H_
+#else
+#define KIP_LUMACHROMA_YCBCR_ENCODE_INL_H_
+#endif
+
+#include <algorithm>
+
+#include "lumachroma/ycbcr-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+
+/// What is added to the sums of luma and of chroma, besides their zeros, before they are floored.
+struct Rounding {
+  int evenLuma, oddLuma;  // x 2^16
+  int chroma;             // x 2^16, for each pixel of the group
+  int crLess;             // by how much the sums for Cr get less than those for Cb
+};
+
+constexpr Rounding kToNearest = {kHalf, kHalf, kHalf, 0};
+/// The second luma of each pair is truncated, on purpose.
+constexpr Rounding kOddLumaTruncated = {kHalf, 0, kHalf, 0};
+/// An eighth of a step for chroma, on purpose.
+constexpr Rounding kChromaEighth = {kHalf, kHalf, kEighth, 0};
+/// Cr gets two less than Cb, on purpose.
+constexpr Rounding kCrLess = {kHalf, kHalf, kHalf, 2};
+
+constexpr int lumaOffset(const ForwardSet& set, int rounding) { return set.lumaZero * kOne + rounding; }
+constexpr int chromaOffset(int rounding, int pixels) { return (kChromaZero * kOne + rounding) * pixels; }
+
+/// 32-bit lanes that differ for even and odd pixels.
+KIP_INLINE I32 pinnedPerPixel(int even, int odd) {
+  const uint64_t both = static_cast<uint64_t>(static_cast<uint32_t>(odd)) << 32 | static_cast<uint32_t>(even);
+  return as<int32_t>(pinned<uint64_t>(both));
+}
+
+/// The luma samples of a block of pixels, their sums x 2^kBits given by weigh(rg, gb).
+template <int kBits, class Weigh>
+KIP_INLINE U8 lumaOf(const PixelPairs& px, I32 offset, const Weigh& weigh) {
+  return packPixels(
+      px, [&](I16 rg, I16 gb) KIP_INLINE_LAMBDA { return hn::ShiftRight<kBits>(hn::Add(weigh(rg, gb), offset)); });
+}
+
+/// kPixels pixels to a group.
+template <const ForwardSet& kSet, const Rounding& kRounding, int kPixels>
+struct GroupSums {
+  struct Sums {
+    I16 d[4];  // differences (G - R, B - G)
+  };
+  Forward<kSet> forward;
+  I32 lumaZero = pinnedPerPixel(lumaOffset(kSet, kRounding.evenLuma), lumaOffset(kSet, kRounding.oddLuma));
+  I32 cbZero = pinned<int32_t>(chromaOffset(kRounding.chroma, kPixels));
+  I32 crZero = pinned<int32_t>(chromaOffset(kRounding.chroma, kPixels) - kRounding.crLess);
+
+  KIP_INLINE GroupSums() {}
+
+  KIP_INLINE Sums row(const PixelPairs& px, U8& y) const {
+    y = settled(lumaOf<16>(px, lumaZero, [&](I16 rg, I16 gb) KIP_INLINE_LAMBDA { return forward.y(rg, gb); }));
+    Sums sums;
+    for (int k = 0; k < 4; ++k) sums.d[k] = settled(forward.differences(px.rg[k], px.gb[k]));
+    return sums;
+  }
+  KIP_INLINE Sums add(const Sums& upper, const Sums& lower) const {
+    Sums sums;
+    for (int k = 0; k < 4; ++k) sums.d[k] = hn::Add(upper.d[k], lower.d[k]);
+    return sums;
+  }
+  KIP_INLINE void chroma(const Sums& sums, Subsampled& s) const {
+    const I16 lower = addNeighbours(sums.d[0], sums.d[1]), upper = addNeighbours(sums.d[2], sums.d[3]);
+    s.u = packWords(cb(lower), cb(upper));
+    s.v = packWords(cr(lower), cr(upper));
+  }
+  KIP_INLINE void chroma(const Sums& sums, Subsampled4& s) const {
+    const I16 d = addNeighbours(addNeighbours(sums.d[0], sums.d[1]), addNeighbours(sums.d[2], sums.d[3]));
+    s.u = cb(d);
+    s.v = cr(d);
+  }
+
+ private:
+  static constexpr int kShift = 16 + (kPixels == 4 ? 2 : 1);
+  KIP_INLINE I32 cb(I16 d) const { return hn::ShiftRight<kShift>(hn::Add(forward.cb(d), cbZero)); }
+  KIP_INLINE I32 cr(I16 d) const { return hn::ShiftRight<kShift>(hn::Add(forward.cr(d), crZero)); }
+};
+
+template <const ForwardSet& kSet, const Rounding& kRounding, class Src, class Dst>
+using Groups = Encode<GroupSums<kSet, kRounding, Dst::kLumaRows * Dst::kGroupWidth>, Src, Dst>;
+
+/// The last pixel of an odd width in packed 4:2:2 has two bytes: its luma, and its chroma in the place of the first
+/// one.
+template <const ForwardSet& kSet, const Rounding& kRounding, class Dst>
+void writeLonePixel(const Pixel& rgb, Kip8u* to) {
+  const auto sample = [&](const Row& row, int offset) {
+    const int sum = row.r * rgb.a + row.g * rgb.b + row.b * rgb.c;
+    return static_cast<Kip8u>(std::clamp((sum + offset) >> 16, 0, 255));
+  };
+  to[Dst::kLumaByte] = sample(kSet.y, lumaOffset(kSet, kRounding.evenLuma));
+  to[1 - Dst::kLumaByte] = sample(Dst::kChromaSwapped ? kSet.cr : kSet.cb, chromaOffset(kRounding.chroma, 1));
+}
+
+/// To packed 4:2:2, with the last pixel of an odd width. LoneSrc is the layout in which that one is read.
+template <const ForwardSet& kSet, const Rounding& kRounding, class Src, class Dst, class LoneSrc = Src>
+struct Packed {
+  static void rows(const Job& job, int first, int last) {
+    Groups<kSet, kRounding, Src, Dst>::rows(job, first, last);
+    if (job.width % 2 == 0) return;
+    const size_t x = job.width - 1;
+    for (int y = first; y < last; ++y) {
+      const Pixel rgb = pixelAt<LoneSrc>(LoneSrc::rows(job.src, y), x);
+      writeLonePixel<kSet, kRounding, Dst>(rgb, advance<Dst>(Dst::rows(job.dst, y), x).at[0]);
+    }
+  }
+};
+
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#endif  // include guard per target

@@ -1,0 +1,240 @@
+// RGB to and from YUV: the arithmetic that the 8-bit functions share with those of packed 16-bit RGB.
+//
+// Y = 0.299 R + 0.587 G + 0.114 B, U = 0.492 (B - Y) + 128, V = 0.877 (R - Y) + 128. The integers are these decimals at
+// scale 2^15 (2^16 where a comment says so), some of them one step apart from kernel to kernel: each kernel's results
+// are promised to the bit, so they stay apart.
+
+#if defined(KIP_LUMACHROMA_YUV_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_LUMACHROMA_YUV_INL_H_
+#undef KIP_LUMACHROMA_YUV_INL_H_
+#else
+#define KIP_LUMACHROMA_YUV_INL_H_
+#endif
+
+#include "lumachroma/subsampling-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+namespace yuv {
+
+constexpr int kChromaZero = 128;
+constexpr int kR15 = 9798, kG15 = 19235, kB15 = 3736;  // luma weights x 2^15
+constexpr int kU15 = 16121, kV15 = 28737;              // 0.492, 0.877 x 2^15
+
+template <int kBits>
+KIP_INLINE I16 shiftLeft(I16 v) {
+  return hn::ShiftLeft<kBits>(v);
+}
+
+/// A factor whose products are floored to their upper 16 bits.
+class Factor {
+ public:
+  KIP_INLINE explicit Factor(int value) : value_(pinned<int16_t>(value)) {}
+  KIP_INLINE I16 operator()(I16 v) const { return hn::MulHigh(v, value_); }
+
+ private:
+  I16 value_;
+};
+
+class ChromaZero {
+ public:
+  KIP_INLINE ChromaZero() {}
+  KIP_INLINE I16 plus(I16 v) const { return hn::Add(v, zero_); }
+  template <int kBits>
+  KIP_INLINE I16 centre(I16 chroma) const {
+    return shiftLeft<kBits>(hn::Sub(chroma, zero_));
+  }
+
+ private:
+  I16 zero_ = pinned<int16_t>(kChromaZero);
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Forward
+
+/// 2 Y from pairs of channels: the weighted R and G floored together, B by itself.
+struct DoubledLuma {
+  I16 rgWeights = pinnedPairs(kR15, kG15), bWeight = pinnedPairs(0, kB15);
+
+  KIP_INLINE DoubledLuma() {}
+
+  KIP_INLINE I32 operator()(I16 rg, I16 gb) const {
+    return hn::Add(hn::ShiftRight<14>(dotPairs(rg, rgWeights)), hn::ShiftRight<14>(dotPairs(gb, bWeight)));
+  }
+};
+
+/// Chroma from the differences of blue and of red to luma, all doubled.
+struct Differences {
+  Factor uFactor{kU15}, vFactor{kV15};
+  ChromaZero zero;
+
+  KIP_INLINE Differences() {}
+
+  KIP_INLINE I16 u(I16 doubledBlue, I16 doubledLuma) const {
+    return zero.plus(uFactor(hn::Sub(doubledBlue, doubledLuma)));
+  }
+  KIP_INLINE I16 v(I16 doubledRed, I16 doubledLuma) const {
+    return zero.plus(vFactor(hn::Sub(doubledRed, doubledLuma)));
+  }
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Forward, subsampled: the chroma of a group is that of its mean colour
+
+/// Encodes by the sums of a group's colours and luma. Of the arithmetic it wants
+///   I32 luma(rg, gb)                  the luma of one vector of pixels, at the arithmetic's scale
+///   I16 toByte(luma)                  that luma as a sample
+///   I16 u(blues, lumas), v(reds, lumas)   the chroma of groups from their sums
+template <class Arithmetic>
+struct EncodeSums : Arithmetic {
+  struct Sums {
+    PixelPairs px;
+    I16 luma[2];
+  };
+
+  KIP_INLINE EncodeSums() {}
+
+  KIP_INLINE Sums row(const PixelPairs& px, U8& y) const {
+    Sums sums;
+    sums.px = px;
+    for (int half = 0; half < 2; ++half) {
+      sums.luma[half] =
+          packWords(this->luma(px.rg[2 * half], px.gb[2 * half]), this->luma(px.rg[2 * half + 1], px.gb[2 * half + 1]));
+    }
+    y = packBytes(this->toByte(sums.luma[0]), this->toByte(sums.luma[1]));
+    return sums;
+  }
+  KIP_INLINE Sums add(const Sums& upper, const Sums& lower) const {
+    Sums sums;
+    for (int k = 0; k < 4; ++k) {
+      sums.px.rg[k] = hn::Add(upper.px.rg[k], lower.px.rg[k]);
+      sums.px.gb[k] = hn::Add(upper.px.gb[k], lower.px.gb[k]);
+    }
+    for (int half = 0; half < 2; ++half) sums.luma[half] = hn::Add(upper.luma[half], lower.luma[half]);
+    return sums;
+  }
+  KIP_INLINE void chroma(const Sums& sums, Subsampled& s) const {
+    const I16 one = set<int16_t>(1);
+    const I16 luma = packWords(dotPairs(sums.luma[0], one), dotPairs(sums.luma[1], one));
+    const auto& [rg, gb] = sums.px;
+    const I16 red[2] = {addNeighbours(rg[0], rg[1]), addNeighbours(rg[2], rg[3])};
+    const I16 blue[2] = {addNeighbours(gb[0], gb[1]), addNeighbours(gb[2], gb[3])};
+    s.u = this->u(packWords(upper(blue[0]), upper(blue[1])), luma);
+    s.v = this->v(packWords(lower(red[0]), lower(red[1])), luma);
+  }
+
+ private:
+  /// One channel of pairs of sums.
+  KIP_INLINE static I32 lower(I16 pairs) { return hn::And(as<int32_t>(pairs), set<int32_t>(0xFFFF)); }
+  KIP_INLINE static I32 upper(I16 pairs) { return hn::ShiftRight<16>(as<int32_t>(pairs)); }
+};
+
+/// Sums of a pixel pair; the mean luma is floored, so S = (Y2 + Y2) >> 1 against R + R.
+struct Mean422 {
+  DoubledLuma luma;
+  Differences differences;
+
+  KIP_INLINE Mean422() {}
+
+  KIP_INLINE I16 toByte(I16 y2) const { return hn::ShiftRight<1>(y2); }
+  KIP_INLINE I16 u(I16 blues, I16 lumas) const { return differences.u(blues, hn::ShiftRight<1>(lumas)); }
+  KIP_INLINE I16 v(I16 reds, I16 lumas) const { return differences.v(reds, hn::ShiftRight<1>(lumas)); }
+};
+
+/// Sums of a 2 x 2 block, brought to the scale of one doubled pixel.
+struct Mean420 {
+  I16 rgWeights = pinnedPairs(kR15, kG15), bWeight = pinnedPairs(0, kB15);
+  Differences differences;
+
+  KIP_INLINE Mean420() {}
+
+  KIP_INLINE I32 luma(I16 rg, I16 gb) const {
+    return hn::ShiftRight<14>(hn::Add(dotPairs(rg, rgWeights), dotPairs(gb, bWeight)));
+  }
+  KIP_INLINE I16 toByte(I16 y2) const { return hn::ShiftRight<1>(y2); }
+  KIP_INLINE I16 u(I16 blues, I16 lumas) const {
+    return differences.u(hn::ShiftRight<1>(blues), hn::ShiftRight<2>(lumas));
+  }
+  KIP_INLINE I16 v(I16 reds, I16 lumas) const {
+    return differences.v(hn::ShiftRight<1>(reds), hn::ShiftRight<2>(lumas));
+  }
+};
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Inverse: R = Y + 1.140 V, G = Y - 0.394 U - 0.581 V, B = Y + 2.032 U
+
+struct Factors {
+  int vToR, uToG, vToG, uToB;
+};
+constexpr Factors kFactors1 = {9339, -3228, -4760, 16646};  // x 2^13
+constexpr Factors kFactors2 = {9338, -3227, -4759, 16645};
+
+/// Luma doubled and the sums halved, so that the terms carry one more bit.
+struct Doubled {
+  ChromaZero zero;
+
+  KIP_INLINE Doubled() {}
+
+  KIP_INLINE Pixels<I16> pixel(I16 y, const Pixels<I16>& t) const {
+    const I16 y2 = shiftLeft<1>(y);
+    return {hn::ShiftRight<1>(hn::Add(y2, t.a)), hn::ShiftRight<1>(hn::Add(y2, t.b)),
+            hn::ShiftRight<1>(hn::Add(y2, t.c))};
+  }
+};
+
+template <const Factors& kFactors>
+struct InverseDoubled : Doubled {
+  Factor vToR{kFactors.vToR}, uToG{kFactors.uToG}, vToG{kFactors.vToG}, uToB{kFactors.uToB};
+
+  KIP_INLINE InverseDoubled() {}
+
+  KIP_INLINE Pixels<I16> terms(I16 chromaU, I16 chromaV) const {
+    const I16 u = zero.centre<4>(chromaU), v = zero.centre<4>(chromaV);
+    return {vToR(v), hn::Add(uToG(u), vToG(v)), uToB(u)};
+  }
+};
+using Inverse2 = InverseDoubled<kFactors2>;
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Inverse, by source. Of the arithmetic these want
+//   Pixels<I16> terms(u, v)       what the chroma adds to each channel
+//   Pixels<I16> pixel(y, terms)   a pixel, before saturation
+
+/// An arithmetic for full-resolution pixels.
+template <class Arithmetic>
+struct PerPixel {
+  using Lane = int16_t;
+  Arithmetic arithmetic;
+
+  KIP_INLINE PerPixel() {}
+  KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
+    return arithmetic.pixel(px.a, arithmetic.terms(px.b, px.c));
+  }
+};
+
+/// An arithmetic for subsampled pixels.
+template <class Arithmetic>
+struct PerPair {
+  Arithmetic arithmetic;
+
+  KIP_INLINE PerPair() {}
+  template <class Src, class From>
+  KIP_INLINE static Subsampled load(const Src& src, const From& from) {
+    return src.load(from);
+  }
+  KIP_INLINE Pixels<I16> terms(const Subsampled& s) const { return arithmetic.terms(s.u, s.v); }
+  KIP_INLINE Pixels<U8> row(const Subsampled& s, int r, const Pixels<I16>& terms) const {
+    const Pixels<I16> even = arithmetic.pixel(evenBytes(s.y[r]), terms);
+    const Pixels<I16> odd = arithmetic.pixel(oddBytes(s.y[r]), terms);
+    return {mergeBytes(even.a, odd.a), mergeBytes(even.b, odd.b), mergeBytes(even.c, odd.c)};
+  }
+};
+
+}  // namespace yuv
+
+}  // namespace HWY_NAMESPACE
+}  // namespace kip
+HWY_AFTER_NAMESPACE();
+
+#endif  // include guard per target
