@@ -658,6 +658,37 @@ KIPAPI KipStatus kipiHLSToBGR_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* p
 /** @} */
 
 /** @defgroup reducebits Bit reduction
+ *  Samples reduced to a number of evenly spaced levels from 0 to the full scale, of the same or a narrower type, without
+ *  dither, with ordered dither or with error diffusion, the last two with noise if wanted.
+ *
+ *  | types              | source       | destination  | full scale | levels     |
+ *  |--------------------|--------------|--------------|------------|------------|
+ *  | 8u                 | 0..255       | 0..255       | 255        | 2..256     |
+ *  | 16u, 16s           | 16 bits      | 16 bits      | 65535      | 2..65536   |
+ *  | 16u8u, 16s8u       | 16 bits      | 0..255       | 255        | 2..256     |
+ *  | 32f8u              | nominal 0..1 | 0..255       | 255        | 2..256     |
+ *  | 32f16u, 32f16s     | nominal 0..1 | 16 bits      | 65535      | 2..256     |
+ *
+ *  Signed samples are taken as unsigned ones 32768 higher. Floats outside 0..1 saturate; NaN counts as below. All
+ *  channels of C1, C3 and C4 are reduced, each by itself; of AC4 alpha is neither read nor written.
+ *
+ *  - kipDitherNone: the nearest level; half an interval rounds down. `noise` is ignored.
+ *  - kipDitherBayer: the upper neighbouring level where the sample exceeds the lower one by more than a threshold of
+ *    0..15 fifteenths of an interval, which a 4 x 4 matrix gives for the pixel's place in the region. `noise` moves each
+ *    pixel's threshold by up to so many percent of an interval up or down. From 16 to 8 bits without noise, the levels
+ *    are those of 16 bits shifted right by 8.
+ *  - kipDitherFS, kipDitherJJN, kipDitherStucki: the nearest level to the sample plus the errors that its neighbours
+ *    above and to the left made, weighted; rows from top to bottom, each from left to right. Results beyond the scale
+ *    saturate and hand on no error. `noise` spreads the threshold, half an interval, by up to so many percent of an
+ *    interval up or down.
+ *
+ *  The noise is the same on every call. Work is split among threads by rows, and by channels where errors are diffused.
+ *  There a thread that has several channels begins each with the errors of the last rows of the one before, so the bytes
+ *  of images with more channels than threads depend on the number of threads: the one exception to the rule above.
+ *
+ *  Steps are rounded toward zero to whole samples. Checked after the size, in this order: `noise` within 0..100 -
+ *  kipStatusNoiseRange; `levels` - kipStatusDitherLevels; a method that does not exist is kipStatusOk, and nothing is
+ *  done. Noise and error diffusion need scratch memory - kipStatusNoMemory.
  *  @{ */
 
 /** How bit reduction dithers. */

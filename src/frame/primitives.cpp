@@ -98,7 +98,8 @@ double accurateSumOfRow(const float* row, int width) {
 
 KipStatus kipiSet_8u_C1R(Kip8u value, Kip8u* pDst, int dstStep, KipiSize roiSize) {
   if (const KipStatus status = checkPlane(pDst, pDst, roiSize)) return status;
-  for (int y = 0; y < roiSize.height; ++y) std::memset(pDst + y * static_cast<ptrdiff_t>(dstStep), value, roiSize.width);
+  for (int y = 0; y < roiSize.height; ++y)
+    std::memset(pDst + y * static_cast<ptrdiff_t>(dstStep), value, roiSize.width);
   return kipStatusOk;
 }
 

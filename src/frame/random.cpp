@@ -86,12 +86,8 @@ KipStatus kipsRandUniformInitAlloc_16s(KipsRandUniformState_16s** pState, Kip16s
   return initAlloc(pState, low, high, seed);
 }
 
-KipStatus kipsRandUniform_32f(Kip32f* pDst, int len, KipsRandUniformState_32f* state) {
-  return fill(pDst, len, state);
-}
-KipStatus kipsRandUniform_16s(Kip16s* pDst, int len, KipsRandUniformState_16s* state) {
-  return fill(pDst, len, state);
-}
+KipStatus kipsRandUniform_32f(Kip32f* pDst, int len, KipsRandUniformState_32f* state) { return fill(pDst, len, state); }
+KipStatus kipsRandUniform_16s(Kip16s* pDst, int len, KipsRandUniformState_16s* state) { return fill(pDst, len, state); }
 
 void kipsRandUniformFree_32f(KipsRandUniformState_32f* state) { kipsFree(state); }
 void kipsRandUniformFree_16s(KipsRandUniformState_16s* state) { kipsFree(state); }

@@ -10,13 +10,13 @@ namespace kip {
 /// What a generator of values of type T remembers between calls.
 template <class T>
 struct UniformState {
-  int32_t tag;      ///< says that this is a state, and of which type
+  int32_t tag;  ///< says that this is a state, and of which type
   uint32_t seed;
   T low, high;
-  double mid, scale;    ///< a signed 32-bit number x scale + mid is a value
+  double mid, scale;  ///< a signed 32-bit number x scale + mid is a value
   uint32_t congruential;
-  uint32_t lag[3];      ///< the last three numbers, the latest first
-  uint32_t borrow;      ///< all ones or zero
+  uint32_t lag[3];  ///< the last three numbers, the latest first
+  uint32_t borrow;  ///< all ones or zero
 };
 using KipsRandUniformState_32f = UniformState<Kip32f>;
 using KipsRandUniformState_16s = UniformState<Kip16s>;

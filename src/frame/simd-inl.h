@@ -91,7 +91,7 @@ KIP_INLINE V settled(V v) {
 }
 
 // Formulas with constants.
-#define KIP_WITH_CONSTANT(symbol)                                                 \
+#define KIP_WITH_CONSTANT(symbol)                                                   \
   KIP_INLINE F32 operator symbol(F32 a, float b) { return a symbol set<float>(b); } \
   KIP_INLINE F32 operator symbol(float a, F32 b) { return set<float>(a) symbol b; }
 KIP_WITH_CONSTANT(+)
@@ -146,9 +146,7 @@ KIP_INLINE F32 atLeast(F32 v, F32 limit) {
 KIP_INLINE F32 toUnit(F32 v) { return atMost(atLeast(v, set(0.f)), set(1.f)); }
 
 /// v, or the one NaN that all NaNs become, so that the bits of a result do not depend on the order of operands.
-KIP_INLINE F32 oneNaN(F32 v) {
-  return hn::IfThenElse(hn::Eq(v, v), v, as<float>(set<int32_t>(0x7FC00000)));
-}
+KIP_INLINE F32 oneNaN(F32 v) { return hn::IfThenElse(hn::Eq(v, v), v, as<float>(set<int32_t>(0x7FC00000))); }
 
 /// Floats as 32-bit integers, truncated toward zero or rounded to nearest, ties to even. What does not fit, and NaN,
 /// becomes the least integer.
@@ -305,19 +303,21 @@ KIP_INLINE I8 pinnedBytePairs(int even, int odd) {
   return as<int8_t>(pinned<uint16_t>(static_cast<uint16_t>((odd << 8) | (even & 0xFF))));
 }
 
-/// A vector whose block b holds the 16 bytes at from + b * distance.
-KIP_INLINE U8 loadBlocks(const uint8_t* from, [[maybe_unused]] ptrdiff_t distance) {
+/// A vector whose block b holds the 16 bytes that at(b) points to.
+template <class At>
+KIP_INLINE U8 loadBlocksAt(const At& at) {
+#if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3
+  const auto block = [&](int b) KIP_INLINE_LAMBDA { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at(b))); };
+#endif
 #if HWY_TARGET == HWY_AVX2
-  const auto block = [&](int b) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + b * distance)); };
   return U8{_mm256_inserti128_si256(_mm256_castsi128_si256(block(0)), block(1), 1)};
 #elif HWY_TARGET == HWY_AVX3
-  const auto block = [&](int b) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + b * distance)); };
   __m512i v = _mm512_castsi128_si512(block(0));
   v = _mm512_inserti32x4(v, block(1), 1);
   v = _mm512_inserti32x4(v, block(2), 2);
   return U8{_mm512_inserti32x4(v, block(3), 3)};
 #else
-  return hn::LoadU(Tag<uint8_t>(), from);
+  return hn::LoadU(Tag<uint8_t>(), at(0));
 #endif
 }
 
@@ -336,6 +336,45 @@ KIP_INLINE void storeTwoBlocks(U8 first, U8 second, uint8_t* to) {
   hn::StoreU(first, d, to);
   hn::StoreU(second, d, to + 16);
 #endif
+}
+
+/// The inverse of loadBlocksAt.
+template <class At>
+KIP_INLINE void storeBlocksAt(U8 v, const At& at) {
+#if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3
+  const auto store = [&](int b, __m128i block)
+                         KIP_INLINE_LAMBDA { _mm_storeu_si128(reinterpret_cast<__m128i*>(at(b)), block); };
+#endif
+#if HWY_TARGET == HWY_AVX2
+  store(0, _mm256_castsi256_si128(v.raw));
+  store(1, _mm256_extracti128_si256(v.raw, 1));
+#elif HWY_TARGET == HWY_AVX3
+  store(0, _mm512_castsi512_si128(v.raw));
+  store(1, _mm512_extracti32x4_epi32(v.raw, 1));
+  store(2, _mm512_extracti32x4_epi32(v.raw, 2));
+  store(3, _mm512_extracti32x4_epi32(v.raw, 3));
+#else
+  hn::StoreU(v, Tag<uint8_t>(), at(0));
+#endif
+}
+
+/// A vector whose block b holds the 16 bytes at from + b * distance.
+KIP_INLINE U8 loadBlocks(const uint8_t* from, ptrdiff_t distance) {
+  return loadBlocksAt([&](int b) KIP_INLINE_LAMBDA { return from + b * distance; });
+}
+
+/// In each block, the lanes of as many vectors as a block has lanes: the rows of a matrix become its columns.
+template <class T>
+KIP_INLINE void transposeBlocks(Vector<T> (&v)[16 / sizeof(T)]) {
+  constexpr int kSide = 16 / sizeof(T);
+  for (int halves = kSide; halves > 1; halves /= 2) {
+    Vector<T> next[kSide];
+    for (int i = 0; i < kSide / 2; ++i) {
+      next[2 * i] = hn::InterleaveLower(v[i], v[i + kSide / 2]);
+      next[2 * i + 1] = hn::InterleaveUpper(Tag<T>(), v[i], v[i + kSide / 2]);
+    }
+    for (int i = 0; i < kSide; ++i) v[i] = next[i];
+  }
 }
 
 /// The inverse of loadBlocks for three vectors whose blocks follow one another: a block of each, then the next of each.
@@ -445,7 +484,8 @@ struct FourPlaces {
   KIP_INLINE explicit FourPlaces(__m128i v) {
 #if defined(__x86_64__)
     const uint64_t lower = _mm_cvtsi128_si64(v), upper = _mm_cvtsi128_si64(_mm_unpackhi_epi64(v, v));
-    at[0] = static_cast<uint32_t>(lower), at[1] = lower >> 32, at[2] = static_cast<uint32_t>(upper), at[3] = upper >> 32;
+    at[0] = static_cast<uint32_t>(lower), at[1] = lower >> 32, at[2] = static_cast<uint32_t>(upper),
+    at[3] = upper >> 32;
 #else
     _mm_storeu_si128(reinterpret_cast<__m128i*>(at), v);
 #endif

@@ -1,9 +1,9 @@
 // Error diffusion: what a sample loses or gains by its reduction is handed on to its neighbours right and below.
 //
-// Sequential as it looks, a band of rows is worked on at the same time, each row trailing the one above by just so many
-// columns that the errors it needs are there. At step s, row r of the band is at column s - trail x r. Each lane of the
-// band's vectors is a row, each row's sums are formed in the one order that the contract knows, so the results are those
-// of one sample after the other.
+// Sequential as it looks, a band of rows is worked on at the same time, each row trailing the one above by so many
+// columns that the errors it needs are there: at step s, row r of the band is at column s - trail x r. Each row of the
+// band is a lane of its vectors. The sums of every sample are formed in the one order that the contract knows, so the
+// results are those of one sample after the other.
 
 #if defined(KIP_REDUCEBITS_DIFFUSION_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KIP_REDUCEBITS_DIFFUSION_INL_H_
@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include "reducebits/levels-inl.h"
@@ -24,41 +25,18 @@ namespace HWY_NAMESPACE {
 
 /// How errors are handed on, seen from the sample that receives them.
 struct Diffusion {
-  int trail;             ///< columns that each row trails the one above
-  float divisor;         ///< the sum of the weights
-  int weights[3][5];     ///< of the errors two rows above, one row above and in the same row, columns x - 2 .. x + 2
+  int trail;          ///< columns that each row trails the one above: one more than it must, which hides latency
+  float divisor;      ///< the sum of the weights
+  int weights[3][5];  ///< of the errors two rows above, one row above and in the same row, columns x - 2 .. x + 2
 };
-constexpr Diffusion kFloydSteinberg = {2, 16, {{0, 0, 0, 0, 0}, {0, 1, 5, 3, 0}, {0, 7, 0, 0, 0}}};
-constexpr Diffusion kJarvisJudiceNinke = {3, 48, {{1, 3, 5, 3, 1}, {3, 5, 7, 5, 3}, {5, 7, 0, 0, 0}}};
-constexpr Diffusion kStucki = {3, 42, {{1, 2, 4, 2, 1}, {2, 4, 8, 4, 2}, {4, 8, 0, 0, 0}}};
+constexpr Diffusion kFloydSteinberg = {3, 16, {{0, 0, 0, 0, 0}, {0, 1, 5, 3, 0}, {0, 7, 0, 0, 0}}};
+constexpr Diffusion kJarvisJudiceNinke = {4, 48, {{1, 3, 5, 3, 1}, {3, 5, 7, 5, 3}, {5, 7, 0, 0, 0}}};
+constexpr Diffusion kStucki = {4, 42, {{1, 2, 4, 2, 1}, {2, 4, 8, 4, 2}, {4, 8, 0, 0, 0}}};
 
-/// Vectors of a band; row r is in vector r mod kVectors, so that the row above is mostly in the same lane of the vector
-/// before.
 constexpr int kVectors = kBand / kLanes<float>;
-constexpr int kSteps = 32;   // done at a time
-constexpr int kHistory = 8;  // steps that errors are remembered: trail 3, two rows up and two columns to the left
-constexpr int kAbove = 2;    // rows above a band that it needs the errors of
-
-/// Where row r of a band is kept; the rows above it count as -1 and -2.
-constexpr int slotOf(int row) {
-  const int vector = row < 0 ? row : row % kVectors, lane = row < 0 ? 0 : row / kVectors;
-  return (vector + kAbove) * kLanes<float> + lane;
-}
-
-/// What some steps work on. Of the errors, the first kHistory steps are those done before; and before the band's
-/// vectors lie two that hold, in each lane, the rows one and two above that of the band's first vector.
-struct BandSteps {
-  static constexpr int kSlots = (kVectors + kAbove) * kLanes<float>;
-  alignas(64) float values[kSteps][kSlots];
-  alignas(64) float thresholds[kSteps][kSlots];
-  alignas(64) int32_t levels[kSteps][kSlots];
-  alignas(64) float errors[kHistory + kSteps][kSlots];
-};
-
-/// The scale that errors are diffused on.
-struct Scale {
-  float full, interval, perInterval;
-};
+constexpr int kSteps = 64;    // done at a time: whole vectors of pixels of every type
+constexpr int kHistory = 10;  // steps that errors are remembered: trail 4, two rows up and two columns to the left
+constexpr int kAbove = 2;     // rows above a band that it needs the errors of
 
 template <class Function, int... kIndex>
 KIP_INLINE void forEachIndex(const Function& function, std::integer_sequence<int, kIndex...>) {
@@ -70,28 +48,105 @@ KIP_INLINE void unrolled(const Function& function) {
   forEachIndex(function, std::make_integer_sequence<int, kCount>());
 }
 
-/// The weighted errors that arrive at the rows of a vector. `now` is its slot in the errors of this step, `before` its
-/// own errors of the last step.
+/// The row in a lane of the band's vectors, lanes counted through: the row above a row is in the same lane of the
+/// vector before.
+constexpr int rowAt(int lane) { return lane % kLanes<float> * kVectors + lane / kLanes<float>; }
+constexpr int laneOf(int row) { return row % kVectors * kLanes<float> + row / kVectors; }
+
+/// Numbers that belong to samples of a band, row by row, each row from the column on that it is at in the first of the
+/// steps; and step by step, in the order of the lanes.
+template <class T>
+struct BandRows {
+  alignas(64) T at[kBand][kSteps];
+};
+template <class T>
+struct BandSteps {
+  alignas(64) T at[kSteps][kBand];
+};
+
+/// Turns the one into the other: in each block of a vector, as many rows and as many steps as the block has lanes.
+template <class T>
+constexpr int kSide = 16 / sizeof(T);
+template <class Square>
+KIP_INLINE void forSquares(int lanes, int side, const Square& square) {
+  for (int lane = 0; lane < kBand; lane += lanes) {
+    for (int step = 0; step < kSteps; step += side) square(lane, step);
+  }
+}
+template <class T>
+void toSteps(const BandRows<T>& rows, BandSteps<T>& steps) {
+  forSquares(kLanes<T>, kSide<T>, [&](int lane, int step) KIP_INLINE_LAMBDA {
+    Vector<T> v[kSide<T>];
+    for (int i = 0; i < kSide<T>; ++i) {
+      v[i] = as<T>(loadBlocksAt([&](int block) KIP_INLINE_LAMBDA {
+        return reinterpret_cast<const uint8_t*>(&rows.at[rowAt(lane + block * kSide<T> + i)][step]);
+      }));
+    }
+    transposeBlocks<T>(v);
+    for (int i = 0; i < kSide<T>; ++i) hn::Store(v[i], Tag<T>(), &steps.at[step + i][lane]);
+  });
+}
+template <class T>
+void toRows(const BandSteps<T>& steps, BandRows<T>& rows) {
+  forSquares(kLanes<T>, kSide<T>, [&](int lane, int step) KIP_INLINE_LAMBDA {
+    Vector<T> v[kSide<T>];
+    for (int i = 0; i < kSide<T>; ++i) v[i] = hn::Load(Tag<T>(), &steps.at[step + i][lane]);
+    transposeBlocks<T>(v);
+    for (int i = 0; i < kSide<T>; ++i) {
+      storeBlocksAt(as<uint8_t>(v[i]), [&](int block) KIP_INLINE_LAMBDA {
+        return reinterpret_cast<uint8_t*>(&rows.at[rowAt(lane + block * kSide<T> + i)][step]);
+      });
+    }
+  });
+}
+
+/// What some steps of a band work on and leave behind. Samples are words, or floats where the source is floats.
+template <class Sample>
+struct BandState {
+  BandSteps<Sample> samples;
+  BandSteps<uint16_t> levels;
+  BandSteps<float> thresholds;
+  BandSteps<float> limits;  // the scale's end; minus infinity outside the image, whose samples then have no error
+  int thresholdStep;        // 1, or 0 where all steps have the thresholds of the first one
+  int limitStep;            // likewise
+  /// The first kHistory steps are those done before. Before the band's own vectors lie two that hold, in each lane, the
+  /// rows two above and one above that of the band's first vector.
+  static constexpr int kErrorLanes = (kVectors + kAbove) * kLanes<float>;
+  alignas(64) float errors[kHistory + kSteps][kErrorLanes];
+};
+
+/// Where the errors of row r of a band are; the rows above it count as -1 and -2.
+constexpr int errorLaneOf(int row) {
+  return row < 0 ? (kAbove + row) * kLanes<float> : kAbove * kLanes<float> + laneOf(row);
+}
+
+/// The scale that errors are diffused on: its end, the distance of its levels, how many there are in one unit, and what
+/// brings samples to it.
+struct Scale {
+  float full, interval, perInterval, normal;
+};
+
+constexpr int firstTap(const Diffusion& diffusion) {
+  int tap = 0;
+  while (diffusion.weights[tap / 5][tap % 5] == 0) ++tap;
+  return tap;
+}
+
+/// The weighted errors from all but the last column of a diffusion, in order. `now` is the vector's place in the errors
+/// of this step.
 template <const Diffusion& kDiffusion>
-KIP_INLINE F32 incoming(const float* now, F32 before) {
+KIP_INLINE F32 earlierErrors(const float* now) {
   F32 sum = hn::Zero(Tag<float>());
-  unrolled<15>([&](auto tap) KIP_INLINE_LAMBDA {
+  unrolled<11>([&](auto tap) KIP_INLINE_LAMBDA {
     constexpr int kUp = 2 - tap / 5, kRight = tap % 5 - 2, kWeight = kDiffusion.weights[2 - kUp][2 + kRight];
     if constexpr (kWeight != 0) {
       constexpr int kStepsAgo = kUp * kDiffusion.trail - kRight;
-      const float* at = now - kStepsAgo * BandSteps::kSlots - kUp * kLanes<float>;
-      const F32 error = kStepsAgo == 1 && kUp == 0 ? before : hn::Load(Tag<float>(), at);
-      const F32 product = hn::Mul(error, set(float{kWeight}));
-      constexpr bool kFirst = [] {
-        for (int t = 0; t < decltype(tap)::value; ++t) {
-          if (kDiffusion.weights[t / 5][t % 5] != 0) return false;
-        }
-        return true;
-      }();
-      sum = kFirst ? product : hn::Add(sum, product);
+      const float* at = now - kStepsAgo * BandState<float>::kErrorLanes - kUp * kLanes<float>;
+      const F32 product = hn::Mul(hn::Load(Tag<float>(), at), set(float{kWeight}));
+      sum = tap == firstTap(kDiffusion) ? product : hn::Add(sum, product);
     }
   });
-  return hn::Mul(sum, set(1 / kDiffusion.divisor));
+  return sum;
 }
 
 /// Lanes moved up by one; the first one is given.
@@ -102,67 +157,179 @@ KIP_INLINE F32 laneUp(F32 v, float first) {
   return hn::IfThenElse(hn::FirstN(d, 1), set(first), hn::TableLookupLanes(v, hn::SetTableIndices(d, from)));
 }
 
-/// kSteps steps of a band. above[i] are the errors of the row i + 1 above it, from the first step's column on.
-template <const Diffusion& kDiffusion>
-void diffuseSteps(BandSteps& band, const Scale& scale, const float* const (&above)[kAbove]) {
+/// kSteps steps of a band. above[i] are the errors of the row i + 1 above it, from the first step's column on. The
+/// band's vectors go through each part of the work together: one by one they would wait for their own results.
+template <const Diffusion& kDiffusion, bool kNormalize, class Sample>
+void diffuseSteps(BandState<Sample>& band, const Scale& scale, const float* const (&above)[kAbove]) {
   const Tag<float> d;
-  const F32 full = set(scale.full), q = set(scale.interval), p = set(scale.perInterval), zero = hn::Zero(d);
-  F32 before[kVectors];
+  const F32 full = set(scale.full), q = set(scale.interval), p = set(scale.perInterval), normal = set(scale.normal);
+  const U16 fullWord = set(static_cast<uint16_t>(scale.full));
+  const float *threshold = band.thresholds.at[0], *limit = band.limits.at[0];
+  const int thresholdStep = band.thresholdStep * kBand, limitStep = band.limitStep * kBand;
+  const float *above1 = above[0] + kDiffusion.trail, *above2 = above[1] + 2 * kDiffusion.trail;
+  F32 before[kVectors], wanted[kVectors], lower[kVectors];
+  I32 levels[kVectors];
   unrolled<kVectors>([&](auto v) KIP_INLINE_LAMBDA {
-    before[v] = hn::Load(d, &band.errors[kHistory - 1][(v + kAbove) * kLanes<float>]);
+    before[v] = hn::Load(d, &band.errors[kHistory - 1][(kAbove + v) * kLanes<float>]);
   });
-  for (int s = 0; s < kSteps; ++s) {
-    float* errors = band.errors[kHistory + s];
+  for (int s = 0; s < kSteps; ++s, threshold += thresholdStep, limit += limitStep) {
+#if !KIP_EMULATED
+    asm("" ::: "memory");  // errors are loaded when they are needed: kept from step to step they would be spilled
+#endif
+    float* now = &band.errors[kHistory + s][kAbove * kLanes<float>];
+    unrolled<kVectors>([&](auto v)
+                           KIP_INLINE_LAMBDA { wanted[v] = earlierErrors<kDiffusion>(now + v * kLanes<float>); });
     unrolled<kVectors>([&](auto v) KIP_INLINE_LAMBDA {
-      const int slot = (v + kAbove) * kLanes<float>;
-      const F32 wanted = hn::Add(hn::Load(d, &band.values[s][slot]), incoming<kDiffusion>(errors + slot, before[v]));
-      const F32 lower = hn::Mul(hn::ConvertTo(d, truncated(hn::Mul(wanted, p))), q), upper = hn::Add(lower, q);
-      const F32 lowerError = hn::Sub(wanted, lower), upperError = hn::Sub(wanted, upper);
-      const auto up = hn::Gt(lowerError, hn::Load(d, &band.thresholds[s][slot]));
-      const auto notNegative = hn::Ge(wanted, zero), notFull = hn::Lt(wanted, full);
-      const F32 level = hn::IfThenElse(notFull, hn::Min(hn::IfThenElse(up, upper, lower), full), full);
-      hn::Store(truncated(hn::IfThenElseZero(notNegative, level)), Tag<int32_t>(), &band.levels[s][slot]);
-      before[v] = hn::IfThenElseZero(hn::And(notNegative, notFull), hn::IfThenElse(up, upperError, lowerError));
-      hn::Store(before[v], d, errors + slot);
+      const F32 sum = hn::Add(wanted[v], hn::Mul(before[v], set(float{kDiffusion.weights[2][1]})));
+      const F32 sample = loadFloats(&band.samples.at[s][v * kLanes<float>]);
+      const F32 value = kNormalize ? hn::Mul(hn::Mul(sample, normal), full) : sample;
+      wanted[v] = hn::Add(value, hn::Mul(sum, set(1 / kDiffusion.divisor)));
     });
-    for (int up = 1; up <= kAbove; ++up) {
-      const F32 lanesBelow = hn::Load(d, errors + (kVectors + kAbove - up) * kLanes<float>);
-      hn::Store(laneUp(lanesBelow, above[up - 1][s + up * kDiffusion.trail]), d, errors + (kAbove - up) * kLanes<float>);
-    }
+    unrolled<kVectors>(
+        [&](auto v) KIP_INLINE_LAMBDA { lower[v] = hn::Mul(hn::ConvertTo(d, truncated(hn::Mul(wanted[v], p))), q); });
+    unrolled<kVectors>([&](auto v) KIP_INLINE_LAMBDA {
+      const auto up = hn::Gt(hn::Sub(wanted[v], lower[v]), hn::Load(d, threshold + v * kLanes<float>));
+      const F32 level = hn::IfThenElse(up, hn::Add(lower[v], q), lower[v]);
+      const auto onScale =
+          hn::And(hn::Ge(wanted[v], hn::Zero(d)), hn::Lt(wanted[v], hn::Load(d, limit + v * kLanes<float>)));
+      // What is beyond the scale saturates when it is packed, and has no error.
+      levels[v] = truncated(hn::IfThenElse(onScale, level, wanted[v]));
+      before[v] = hn::IfThenElseZero(onScale, hn::Sub(wanted[v], level));
+      hn::Store(before[v], d, now + v * kLanes<float>);
+    });
+    unrolled<kVectors / 2>([&](auto pair) KIP_INLINE_LAMBDA {
+      const U16 words = packInOrder(levels[2 * pair], levels[2 * pair + 1]);
+      hn::Store(hn::Min(words, fullWord), Tag<uint16_t>(), &band.levels.at[s][pair * kLanes<uint16_t>]);
+    });
+    hn::Store(laneUp(before[kVectors - 1], above1[s]), d, now - kLanes<float>);
+    hn::Store(laneUp(before[kVectors - 2], above2[s]), d, now - 2 * kLanes<float>);
   }
+}
+
+/// Pixels of one, three or four samples, as layouts that write all that they read.
+template <class T, int kPerPixel>
+struct Whole : C3<T> {};
+template <class T>
+struct Whole<T, 1> : Interleaved<Tag<T>, 1> {
+  using V = Vector<T>;
+  KIP_INLINE Pixels<V> load(const Rows<const Kip8u, 1>& from) const {
+    Pixels<V> px;
+    px.a = hn::LoadU(Tag<T>(), samples<T>(from.at[0]));
+    return px;
+  }
+  KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
+    hn::StoreU(px.a, Tag<T>(), samples<T>(to.at[0]));
+  }
+};
+template <class T>
+struct Whole<T, 4> : AC4<T> {
+  KIP_INLINE void store(const Pixels<Vector<T>>& px, const Rows<Kip8u, 1>& to) const {
+    C4<T>::storeWith(px, px.alpha, to);
+  }
+};
+
+/// Samples as they are diffused: words, signed ones 32768 higher, or floats.
+KIP_INLINE void storeSamples(U8 v, uint16_t* to) {
+  const Tag<uint16_t> d;
+  hn::StoreU(hn::PromoteTo(d, hn::LowerHalf(v)), d, to);
+  hn::StoreU(hn::PromoteTo(d, hn::UpperHalf(hn::Half<Tag<uint8_t>>(), v)), d, to + kLanes<uint16_t>);
+}
+KIP_INLINE void storeSamples(U16 v, uint16_t* to) { hn::StoreU(v, Tag<uint16_t>(), to); }
+KIP_INLINE void storeSamples(I16 v, uint16_t* to) { storeSamples(hn::Xor(as<uint16_t>(v), set<uint16_t>(0x8000)), to); }
+KIP_INLINE void storeSamples(F32 v, float* to) { hn::StoreU(v, Tag<float>(), to); }
+
+/// Levels as samples.
+KIP_INLINE void loadLevels(const uint16_t* from, U8& v) {
+  const hn::Half<Tag<uint8_t>> half;
+  const auto bytes = [&](const uint16_t* words) KIP_INLINE_LAMBDA {
+    return hn::DemoteTo(half, as<int16_t>(hn::LoadU(Tag<uint16_t>(), words)));
+  };
+  v = hn::Combine(Tag<uint8_t>(), bytes(from + kLanes<uint16_t>), bytes(from));
+}
+KIP_INLINE void loadLevels(const uint16_t* from, U16& v) { v = hn::LoadU(Tag<uint16_t>(), from); }
+KIP_INLINE void loadLevels(const uint16_t* from, I16& v) {
+  v = as<int16_t>(hn::Xor(hn::LoadU(Tag<uint16_t>(), from), set<uint16_t>(0x8000)));
+}
+
+template <int kChannel, class V>
+KIP_INLINE auto& channelOf(Pixels<V>& px) {
+  return kChannel == 0 ? px.a : kChannel == 1 ? px.b : kChannel == 2 ? px.c : px.alpha;
+}
+
+/// One channel of kSteps pixels. Which one is known to the compiler, so that it leaves out what is for the others.
+template <class T, int kPerPixel, class Sample>
+void takeChannel(const uint8_t* from, int channel, Sample* to) {
+  using Layout = Whole<T, kPerPixel>;
+  unrolled<kPerPixel>([&](auto candidate) KIP_INLINE_LAMBDA {
+    if (candidate != channel) return;
+    for (int i = 0; i < kSteps; i += Layout::kBlock) {
+      auto px = Layout().load({{from + Layout::bytes(0, i)}});
+      storeSamples(channelOf<candidate>(px), to + i);
+    }
+  });
+}
+
+/// Levels to one channel of kSteps pixels whose other channels stay.
+template <class T, int kPerPixel>
+void replaceChannel(const uint16_t* levels, int channel, uint8_t* to) {
+  using Layout = Whole<T, kPerPixel>;
+  unrolled<kPerPixel>([&](auto candidate) KIP_INLINE_LAMBDA {
+    if (candidate != channel) return;
+    for (int i = 0; i < kSteps; i += Layout::kBlock) {
+      uint8_t* pixels = to + Layout::bytes(0, i);
+      auto px = Layout().load({{pixels}});
+      loadLevels(levels + i, channelOf<candidate>(px));
+      Layout().store(px, {{pixels}});
+    }
+  });
+}
+
+/// Levels to one channel of pixels whose other channels may be another thread's at this moment.
+template <class T, int kPerPixel>
+void putChannel(const uint16_t* levels, uint8_t* to, int count) {
+#pragma GCC unroll 8
+  for (int i = 0; i < count; ++i)
+    samples<T>(to)[i * kPerPixel] = static_cast<T>(levels[i] - (std::is_signed_v<T> ? 32768 : 0));
 }
 
 /// Error diffusion of channels one after the other. The errors of the last rows of one are those above the next one.
 template <class S, class D>
-struct Diffuse {
+class Diffuse {
+ public:
   static void channels(const Job& job, int first, int last) {
     const auto& reduction = *static_cast<const Reduction*>(job.parameters);
     Diffuse diffuse(job, reduction, reduction.errorRows + first * kAbove * reduction.errorRowLength);
+    diffuse.sharesPixels_ = last - first < reduction.channels.reduced;
     for (int c = first; c < last; ++c) diffuse.channel(c);
   }
 
  private:
-  static constexpr float kFull = kFullScale<D>;
-  static constexpr bool kSameScale = !std::is_same_v<S, float> && sizeof(S) == sizeof(D);
-  // Far enough from the scale that no error brings it back: such a sample has no error itself.
-  static constexpr float kOutside = -1e9f;
+  static constexpr bool kFloats = std::is_same_v<S, float>;
+  static constexpr bool kNormalize = kFloats || sizeof(S) != sizeof(D);
+  using Sample = std::conditional_t<kFloats, float, uint16_t>;
 
   Diffuse(const Job& job, const Reduction& reduction, float* errorRows)
-      : job_(job), reduction_(reduction), rowLength_(reduction.errorRowLength) {
-    const float q = intervalOf(reduction.intervals, kFull);
-    scale_ = {kFull, q, reduction.intervals / kFull};
-    for (int up = 0; up < kAbove; ++up) above_[up] = errorRows + up * rowLength_;
-    std::fill_n(errorRows, kAbove * rowLength_, 0.f);
-    for (auto& step : band_.thresholds) std::fill(std::begin(step), std::end(step), q * 0.5f);
+      : job_(job), reduction_(reduction), perPixel_(reduction.channels.perPixel) {
+    const float full = kFullScale<D>, interval = intervalOf(reduction.intervals, full);
+    scale_ = {full, interval, reduction.intervals / full, kNormal<S>};
+    for (int up = 0; up < kAbove; ++up) above_[up] = errorRows + up * reduction.errorRowLength;
+    std::fill_n(errorRows, kAbove * reduction.errorRowLength, 0.f);
+    band_.thresholdStep = reduction.noise != nullptr;
+    std::fill_n(band_.thresholds.at[0], kBand, interval * 0.5f);
   }
 
   void channel(int c) {
     for (int y = 0; y < job_.height; y += kBand) {
       channel_ = c, y_ = y, rows_ = std::min(kBand, job_.height - y);
       switch (reduction_.method) {
-        case kipDitherFS: band<kFloydSteinberg>(); break;
-        case kipDitherStucki: band<kStucki>(); break;
-        default: band<kJarvisJudiceNinke>();
+        case kipDitherFS:
+          band<kFloydSteinberg>();
+          break;
+        case kipDitherStucki:
+          band<kStucki>();
+          break;
+        default:
+          band<kJarvisJudiceNinke>();
       }
     }
   }
@@ -173,92 +340,167 @@ struct Diffuse {
     const int64_t steps = int64_t{job_.width} + trail_ * (rows_ - 1);
     begin();
     for (int64_t s = 0; s < steps; s += kSteps) {
-      readValues(s);
-      if (reduction_.noise != nullptr) readThresholds(s);
-      diffuseSteps<kDiffusion>(band_, scale_, {above_[0] + s, above_[1] + s});
-      writeLevels(s);
-      keepErrors(s);
-      std::memmove(band_.errors[0], band_.errors[kSteps], sizeof(float) * kHistory * BandSteps::kSlots);
+      place(s);
+      readSamples();
+      if (reduction_.noise != nullptr) readThresholds();
+      diffuseSteps<kDiffusion, kNormalize>(band_, scale_, {above_[0] + s, above_[1] + s});
+      writeLevels();
+      for (int up = 1; up <= kAbove; ++up) keepErrors(up, s);
+      std::memmove(band_.errors[0], band_.errors[kSteps], kHistory * sizeof(band_.errors[0]));
     }
   }
 
   /// Before a band's first step there are only the errors of the rows above.
   void begin() {
-    std::fill_n(band_.errors[0], kHistory * BandSteps::kSlots, 0.f);
+    std::fill_n(band_.errors[0], kHistory * band_.kErrorLanes, 0.f);
     for (int up = 1; up <= kAbove; ++up) {
       for (int s = -up * trail_; s < 0; ++s) {
-        band_.errors[kHistory + s][slotOf(-up)] = above_[up - 1][s + up * trail_];
+        band_.errors[kHistory + s][errorLaneOf(-up)] = above_[up - 1][s + up * trail_];
       }
     }
     // The row above a single row will be two rows above the next one; these columns of it come before the first step.
     if (rows_ == 1) std::copy_n(above_[0], trail_, above_[1]);
   }
 
-  /// Calls visit(row of the image, its slot, column, step) for all samples that kSteps steps from s on come by.
-  template <class Visit>
-  KIP_INLINE void forSamples(int64_t s, const Visit& visit) const {
-    for (int r = 0; r < rows_; ++r) visitRow(r, slotOf(r), s, visit);
-  }
-  template <class Visit>
-  KIP_INLINE void visitRow(int r, int slot, int64_t s, const Visit& visit) const {
-    const int64_t column = s - r * trail_;
-    const int begin = static_cast<int>(std::clamp<int64_t>(-column, 0, kSteps));
-    const int end = static_cast<int>(std::clamp<int64_t>(job_.width - column, 0, kSteps));
-    for (int step = begin; step < end; ++step) visit(y_ + r, slot, column + step, step);
+  /// Where a row is during the steps: at column first + i at step i, inside the image from step begin to before step
+  /// end.
+  struct Place {
+    int64_t first;
+    int begin, end;
+    int inside() const { return end - begin; }
+  };
+
+  Place placeOf(int row, int64_t s) const {
+    const int64_t first = s - row * trail_;
+    const auto step = [](int64_t s) { return static_cast<int>(std::clamp<int64_t>(s, 0, kSteps)); };
+    return {first, step(-first), step(job_.width - first)};
   }
 
-  void readValues(int64_t s) {
-    std::fill_n(band_.values[0], kSteps * BandSteps::kSlots, kOutside);
-    forSamples(s, [&](int y, int slot, int64_t x, int step) {
-      const S* row = reinterpret_cast<const S*>(job_.src.row(0, y)) + channel_;
-      band_.values[step][slot] = value(row[x * reduction_.channels.perPixel]);
-    });
-  }
-
-  static float value(S sample) {
-    if constexpr (kSameScale) {
-      return static_cast<float>(sample) + (std::is_signed_v<S> ? 32768 : 0);
+  /// The places of all rows in the steps from s on, and their limits.
+  void place(int64_t s) {
+    bool inside = rows_ == kBand;
+    for (int row = 0; row < kBand; ++row) {
+      place_[row] = row < rows_ ? placeOf(row, s) : Place{};
+      inside = inside && place_[row].inside() == kSteps;
     }
-    float v;
-    if constexpr (std::is_same_v<S, float>) {
-      // As in the other methods; not a number becomes the lower limit.
-      v = sample > -4 ? std::min(sample, 4.f) : -4;
+    band_.limitStep = !inside;
+    setLimits(inside ? 1 : kSteps);
+  }
+
+  /// For each step and row, the scale's end or, where the row is outside the image, minus infinity.
+  void setLimits(int steps) {
+    const Tag<int32_t> d;
+    const F32 full = set(scale_.full), none = set(-std::numeric_limits<float>::infinity());
+    for (int lane = 0; lane < kBand; lane += kLanes<float>) {
+      alignas(64) int32_t begin[kLanes<float>], end[kLanes<float>];
+      for (int i = 0; i < kLanes<float>; ++i) {
+        begin[i] = place_[rowAt(lane + i)].begin;
+        end[i] = place_[rowAt(lane + i)].end;
+      }
+      const I32 first = hn::Load(d, begin), last = hn::Load(d, end);
+      for (int step = 0; step < steps; ++step) {
+        const I32 now = set<int32_t>(step);
+        const auto inside = hn::AndNot(hn::VecFromMask(d, hn::Lt(now, first)), hn::VecFromMask(d, hn::Lt(now, last)));
+        hn::Store(hn::IfThenElse(hn::MaskFromVec(as<float>(inside)), full, none), Tag<float>(),
+                  &band_.limits.at[step][lane]);
+      }
+    }
+  }
+
+  void readSamples() {
+    const int pixelBytes = perPixel_ * sizeof(S);
+    for (int row = 0; row < rows_; ++row) {
+      const Place& place = place_[row];
+      const uint8_t* from = job_.src.row(0, y_ + row) + place.first * pixelBytes;
+      prefetchNext(from, pixelBytes);
+      alignas(64) uint8_t inside[kSteps * 4 * sizeof(S)];
+      if (place.inside() < kSteps) {
+        std::copy(from + place.begin * pixelBytes, from + place.end * pixelBytes, inside + place.begin * pixelBytes);
+        from = inside;
+      }
+      switch (perPixel_) {
+        case 1:
+          takeChannel<S, 1>(from, channel_, samples_.at[row]);
+          break;
+        case 3:
+          takeChannel<S, 3>(from, channel_, samples_.at[row]);
+          break;
+        default:
+          takeChannel<S, 4>(from, channel_, samples_.at[row]);
+      }
+    }
+    toSteps(samples_, band_.samples);
+  }
+
+  /// So many rows at once are more than the processor keeps track of.
+  KIP_INLINE static void prefetchNext(const uint8_t* from, int pixelBytes) {
+    for (int i = 0; i < kSteps * pixelBytes; i += 64) hwy::Prefetch(from + 2 * kSteps * pixelBytes + i);
+  }
+
+  void readThresholds() {
+    for (int row = 0; row < rows_; ++row) {
+      const Place& place = place_[row];
+      const float* noise = reduction_.noise->row(y_ + row);
+      for (int i = place.begin; i < place.end; ++i) {
+        thresholds_.at[row][i] = noise[reduction_.noise->columns()[(place.first + i) % NoiseTables::kCount]];
+      }
+    }
+    toSteps(thresholds_, band_.thresholds);
+  }
+
+  void writeLevels() {
+    toRows(band_.levels, levels_);
+    for (int row = 0; row < rows_; ++row) {
+      switch (perPixel_) {
+        case 1:
+          writeRow<1>(row, levels_.at[row]);
+          break;
+        case 3:
+          writeRow<3>(row, levels_.at[row]);
+          break;
+        default:
+          writeRow<4>(row, levels_.at[row]);
+      }
+    }
+  }
+
+  template <int kPerPixel>
+  void writeRow(int row, const uint16_t* levels) {
+    constexpr int kBytes = kPerPixel * sizeof(D);
+    const Place& place = place_[row];
+    uint8_t* to = job_.dst.row(0, y_ + row) + place.first * kBytes;
+    prefetchNext(to, kBytes);
+    if (sharesPixels_) {
+      putChannel<D, kPerPixel>(levels + place.begin, to + place.begin * kBytes + channel_ * sizeof(D), place.inside());
+    } else if (place.inside() == kSteps) {
+      replaceChannel<D, kPerPixel>(levels, channel_, to);
     } else {
-      v = (static_cast<float>(sample) + (std::is_signed_v<S> ? 32768 : 0)) * kNormal<S>;
+      alignas(64) uint8_t inside[kSteps * kBytes];
+      std::copy(to + place.begin * kBytes, to + place.end * kBytes, inside + place.begin * kBytes);
+      replaceChannel<D, kPerPixel>(levels, channel_, inside);
+      std::copy(inside + place.begin * kBytes, inside + place.end * kBytes, to + place.begin * kBytes);
     }
-    return v * kFull;
   }
 
-  void readThresholds(int64_t s) {
-    forSamples(s, [&](int y, int slot, int64_t x, int step) {
-      band_.thresholds[step][slot] = reduction_.noise->row(y)[reduction_.noise->columns()[x % NoiseTables::kCount]];
-    });
-  }
-
-  void writeLevels(int64_t s) const {
-    forSamples(s, [&](int y, int slot, int64_t x, int step) {
-      D* row = reinterpret_cast<D*>(job_.dst.row(0, y)) + channel_;
-      row[x * reduction_.channels.perPixel] = static_cast<D>(band_.levels[step][slot] - (std::is_signed_v<D> ? 32768 : 0));
-    });
-  }
-
-  /// The errors of the band's last rows, for the band below.
-  void keepErrors(int64_t s) {
-    for (int up = 1; up <= kAbove; ++up) {
-      const int row = rows_ - up;
-      visitRow(row, slotOf(row), s, [&](int, int slot, int64_t x, int step) {
-        above_[up - 1][x] = band_.errors[kHistory + step][slot];
-      });
-    }
+  /// The errors of the row that is `up` rows above the next band.
+  void keepErrors(int up, int64_t s) {
+    const Place place = placeOf(rows_ - up, s);
+    const int lane = errorLaneOf(rows_ - up);
+    for (int i = place.begin; i < place.end; ++i) above_[up - 1][place.first + i] = band_.errors[kHistory + i][lane];
   }
 
   const Job& job_;
   const Reduction& reduction_;
-  size_t rowLength_;
+  int perPixel_;
+  bool sharesPixels_ = false;  // with other threads
   Scale scale_;
   float* above_[kAbove];
   int channel_ = 0, y_ = 0, rows_ = 0, trail_ = 0;
-  BandSteps band_;
+  Place place_[kBand];
+  BandRows<Sample> samples_;
+  BandRows<uint16_t> levels_;
+  BandRows<float> thresholds_;
+  BandState<Sample> band_;
 };
 
 }  // namespace HWY_NAMESPACE

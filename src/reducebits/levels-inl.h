@@ -26,7 +26,9 @@ constexpr float kFullScale = sizeof(T) == 1 ? 255 : 65535;
 
 /// What brings the samples of a type to 0 .. 1.
 template <class T>
-constexpr float kNormal = std::is_same_v<T, float> ? 1.f : sizeof(T) == 1 ? 0.003921568859368563f : 1.5259021893143654e-05f;
+constexpr float kNormal = std::is_same_v<T, float> ? 1.f
+                          : sizeof(T) == 1         ? 0.003921568859368563f
+                                                   : 1.5259021893143654e-05f;
 
 /// A vector of floats from as many samples. Of floats, those beyond four times the nominal range 0 .. 1 come out as its
 /// ends, and NaN as the lower one: they saturate anyway, and no later step overflows.

@@ -5,6 +5,7 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "reducebits/reducebits.cpp"
 #include "hwy/foreach_target.h"
+#include "hwy/cache_control.h"
 #include "hwy/highway.h"
 
 #include "reducebits/diffusion-inl.h"
@@ -106,9 +107,8 @@ KipStatus convert(Kernel kernel, const Depths& depths, const ImageArg& src, cons
   const bool known = request.method == kipDitherNone || request.method == kipDitherBayer || diffuses(request.method);
   if (!known) return kipStatusOk;
 
-  Reduction reduction = {.method = request.method,
-                         .channels = request.channels,
-                         .intervals = static_cast<float>(request.levels - 1)};
+  Reduction reduction = {
+      .method = request.method, .channels = request.channels, .intervals = static_cast<float>(request.levels - 1)};
   NoiseTables noise;
   if (request.noise != 0 && request.method != kipDitherNone) {
     if (const KipStatus status = makeNoise(noise, request, reduction, depths)) return status;
@@ -133,10 +133,11 @@ KipStatus convert(Kernel kernel, const Depths& depths, const ImageArg& src, cons
 }  // namespace
 }  // namespace kip
 
-#define KIP_REDUCE(S, D, channels)                                                                        \
-  (const S* pSrc, int srcStep, D* pDst, int dstStep, KipiSize roiSize, int noise, KipiDitherType dtype,   \
-   int levels),                                                                                           \
-      interleaved(pSrc, srcStep), interleaved(pDst, dstStep), {channels, noise, dtype, levels}
+#define KIP_REDUCE(S, D, channels)                                                                                   \
+  (const S* pSrc, int srcStep, D* pDst, int dstStep, KipiSize roiSize, int noise, KipiDitherType dtype, int levels), \
+      interleaved(pSrc, srcStep), interleaved(pDst, dstStep), {                                                      \
+    channels, noise, dtype, levels                                                                                   \
+  }
 #endif
 
 #define KIP_FUNCTIONS "reducebits/reducebits-functions.h"

@@ -18,14 +18,14 @@ struct Channels {
 struct Reduction {
   KipiDitherType method;
   Channels channels;
-  float intervals;             ///< between the levels: one less than there are levels
+  float intervals;  ///< between the levels: one less than there are levels
   const NoiseTables* noise = nullptr;
   float* errorRows = nullptr;  ///< for error diffusion, of each channel kErrorRows rows
   size_t errorRowLength = 0;
 };
 
-constexpr int kErrorRows = 2;   // the rows above a band of rows: as many as the widest diffusion reaches back
-constexpr int kBand = 32;       // rows whose errors are diffused at the same time
+constexpr int kErrorRows = 2;      // the rows above a band of rows: as many as the widest diffusion reaches back
+constexpr int kBand = 32;          // rows whose errors are diffused at the same time
 constexpr int kErrorRowPad = 256;  // zeros behind an error row, for the rows that trail the first one of a band
 
 /// The size of an interval on a scale, which the contract wants computed as 65280 / 256 where the scale is 255.
