@@ -77,9 +77,8 @@ KIP_INLINE Pixels<F32> upperFloats(const Pixels<V>& px) {
 
 /// Bytes through an arithmetic on 16-bit lanes or on floats.
 template <class Op>
-KIP_INLINE Pixels<U8> applyWidened(const Op& op, const Pixels<U8>& px) {
-  const auto lower = eachChannel(px, [](U8 v) KIP_INLINE_LAMBDA { return lowerBytes(v); });
-  const auto upper = eachChannel(px, [](U8 v) KIP_INLINE_LAMBDA { return upperBytes(v); });
+KIP_INLINE Pixels<U8> applyWidened(const Op& op, const WidePixels& px) {
+  const auto& [lower, upper] = px;
   if constexpr (std::is_same_v<typename Op::Lane, int16_t>) {
     return pack(op(lower), op(upper));
   } else {
@@ -88,6 +87,11 @@ KIP_INLINE Pixels<U8> applyWidened(const Op& op, const Pixels<U8>& px) {
     const auto words = [](I32 l, I32 u) KIP_INLINE_LAMBDA { return packWords(l, u); };
     return pack(packChannels(of[0], of[1], words), packChannels(of[2], of[3], words));
   }
+}
+template <class Op>
+KIP_INLINE Pixels<U8> applyWidened(const Op& op, const Pixels<U8>& px) {
+  return applyWidened(op, WidePixels{eachChannel(px, [](U8 v) KIP_INLINE_LAMBDA { return lowerBytes(v); }),
+                                     eachChannel(px, [](U8 v) KIP_INLINE_LAMBDA { return upperBytes(v); })});
 }
 
 /// 16-bit samples through an arithmetic on floats.
@@ -152,9 +156,9 @@ class Convert {
 
   /// Pixels first .. last - 1 of row y.
   KIP_INLINE void pixels(int y, size_t first, size_t last) const {
-    forBlocks<Blocks<Src>, Blocks<Dst>>(
-        Src::rows(job_.src, y), Dst::rows(job_.dst, y), first, last,
-        [this](const auto& from, const auto& to) KIP_INLINE_LAMBDA { block(from, to); });
+    forBlocks<Blocks<Src>, Blocks<Dst>>(Src::rows(job_.src, y), Dst::rows(job_.dst, y), first, last,
+                                        [this](const auto& from, const auto& to)
+                                            KIP_INLINE_LAMBDA { block(from, to); });
   }
 
  private:
@@ -171,9 +175,17 @@ class Convert {
     static constexpr int kBlock = blocksTogether() * Layout::kBlock;
   };
 
+  /// Bytes that the source can give in the lanes which the arithmetic needs.
+  static constexpr bool kWideBytes = requires(const Src& src, Rows<const Kip8u, Src::kPointers> from) {
+    src.loadWide(from);
+  }
+  &&std::is_same_v<typename Dst::T, uint8_t> && !std::is_same_v<typename Op::Lane, uint8_t> && !Dst::kTakesAlpha;
+
   template <class From, class To>
   KIP_INLINE void block(const From& from, const To& to) const {
-    if constexpr (blocksTogether() == 1) {
+    if constexpr (kWideBytes) {
+      dst_.store(applyWidened(op_, src_.loadWide(from)), to);
+    } else if constexpr (blocksTogether() == 1) {
       const auto px = src_.load(from);
       auto result = convertPixels<typename Src::T, typename Dst::T>(op_, px);
       if constexpr (Dst::kTakesAlpha) result.alpha = px.alpha;

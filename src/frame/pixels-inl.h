@@ -7,8 +7,9 @@
 //   kKeeps               whether the destination's old bytes take part in a store
 //   kTakesAlpha          whether a store takes the source's fourth sample along
 //   kBlock               how many pixels a load or a store is
-// and loads or stores of one block of pixels. Its parameter D says how many those are: a full vector, or, where source
-// and destination samples differ in size, as many as a full vector of the larger ones (SamplesLike).
+// and loads or stores of one block of pixels; byte layouts may have a loadWide besides, for pixels in 16-bit lanes. Its
+// parameter D says how many those are: a full vector, or, where source and destination samples differ in size, as many
+// as a full vector of the larger ones (SamplesLike).
 
 #if defined(KIP_FRAME_PIXELS_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KIP_FRAME_PIXELS_INL_H_
@@ -45,9 +46,17 @@ struct Pixels {
 /// The order of interleaved channels in memory: the space's own, or the reverse.
 enum class Order { kForward, kReverse };
 
+/// Byte pixels widened to 16-bit lanes: the lower and the upper half of each block.
+struct WidePixels {
+  Pixels<I16> lower, upper;
+};
+
 /// The tag for samples of type T, as many as there are Larger ones in a full vector.
 template <class T, class Larger>
 using SamplesLike = hn::Rebind<T, Tag<Larger>>;
+
+template <class D>
+constexpr bool kFullVectors = std::is_same_v<D, Tag<hn::TFromD<D>>>;
 
 /// What interleaved layouts have in common.
 template <class D, int kSamples>
@@ -100,7 +109,7 @@ struct C3 : Interleaved<D, 3> {
     Pixels<V> px;
     auto& first = kOrder == Order::kForward ? px.a : px.c;
     auto& last = kOrder == Order::kForward ? px.c : px.a;
-    if constexpr (kFullVectors) {
+    if constexpr (kFullVectors<D>) {
       ThreeChannels<T>::load(samples<T>(from.at[0]), first, px.b, last);
     } else {
       hn::LoadInterleaved3(D(), samples<T>(from.at[0]), first, px.b, last);
@@ -109,15 +118,12 @@ struct C3 : Interleaved<D, 3> {
   }
   KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
     const V first = kOrder == Order::kForward ? px.a : px.c, last = kOrder == Order::kForward ? px.c : px.a;
-    if constexpr (kFullVectors) {
+    if constexpr (kFullVectors<D>) {
       ThreeChannels<T>::store(first, px.b, last, samples<T>(to.at[0]));
     } else {
       hn::StoreInterleaved3(first, px.b, last, D(), samples<T>(to.at[0]));
     }
   }
-
- private:
-  static constexpr bool kFullVectors = std::is_same_v<D, Tag<T>>;
 };
 
 /// Four interleaved samples, all four written: the fourth is the caller's alpha.
@@ -130,10 +136,11 @@ struct C4 : Interleaved<D, 4> {
   KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const { storeWith(px, alpha, to); }
 
   KIP_INLINE static void storeWith(const Pixels<V>& px, V fourth, const Rows<Kip8u, 1>& to) {
-    if constexpr (kOrder == Order::kForward) {
-      hn::StoreInterleaved4(px.a, px.b, px.c, fourth, D(), samples<T>(to.at[0]));
+    const V first = kOrder == Order::kForward ? px.a : px.c, last = kOrder == Order::kForward ? px.c : px.a;
+    if constexpr (kFullVectors<D>) {
+      FourInterleaved<T>::store(first, px.b, last, fourth, samples<T>(to.at[0]));
     } else {
-      hn::StoreInterleaved4(px.c, px.b, px.a, fourth, D(), samples<T>(to.at[0]));
+      hn::StoreInterleaved4(first, px.b, last, fourth, D(), samples<T>(to.at[0]));
     }
   }
 
@@ -152,12 +159,31 @@ struct AC4 : Interleaved<D, 4> {
     Pixels<V> px;
     auto& first = kOrder == Order::kForward ? px.a : px.c;
     auto& last = kOrder == Order::kForward ? px.c : px.a;
-    hn::LoadInterleaved4(D(), samples<T>(from.at[0]), first, px.b, last, px.alpha);
+    if constexpr (kFullVectors<D>) {
+      FourInterleaved<T>::load(samples<T>(from.at[0]), first, px.b, last, px.alpha);
+    } else {
+      hn::LoadInterleaved4(D(), samples<T>(from.at[0]), first, px.b, last, px.alpha);
+    }
+    return px;
+  }
+  KIP_INLINE WidePixels loadWide(const Rows<const Kip8u, 1>& from) const requires std::is_same_v<T, uint8_t> {
+    WidePixels px;
+    for (int half = 0; half < 2; ++half) {
+      Pixels<I16>& part = half == 0 ? px.lower : px.upper;
+      auto& first = kOrder == Order::kForward ? part.a : part.c;
+      auto& last = kOrder == Order::kForward ? part.c : part.a;
+      FourInterleaved<T>::loadWords(from.at[0], half, first, part.b, last);
+    }
     return px;
   }
   KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
-    const Pixels<V> old = load({{to.at[0]}});
-    C4<T, kOrder, D>::storeWith(px, old.alpha, to);
+    if constexpr (kFullVectors<D>) {
+      const V first = kOrder == Order::kForward ? px.a : px.c, last = kOrder == Order::kForward ? px.c : px.a;
+      FourInterleaved<T>::storeThree(first, px.b, last, samples<T>(to.at[0]));
+    } else {
+      const Pixels<V> old = load({{to.at[0]}});
+      C4<T, kOrder, D>::storeWith(px, old.alpha, to);
+    }
   }
 };
 

@@ -475,6 +475,89 @@ struct ThreeChannels {
   }
 };
 
+/// Four interleaved channels of samples of type T: four vectors, of which each holds a quarter of every block's pixels.
+template <class T>
+struct FourInterleaved {
+  using V = Vector<T>;
+  static constexpr int kVectors = 4;
+  static constexpr int kBlockBytes = 16 * kVectors;
+
+  KIP_INLINE static void load(const T* samples, V& a, V& b, V& c, V& d) {
+    U32 v[kVectors];
+    for (int k = 0; k < kVectors; ++k) v[k] = as<uint32_t>(shuffled(vectorAt(samples, k), kTables.gather));
+    transposeBlocks<uint32_t>(v);
+    a = as<T>(v[0]), b = as<T>(v[1]), c = as<T>(v[2]), d = as<T>(v[3]);
+  }
+
+  /// Bytes of three channels as 16-bit lanes, those of one half of each block, in order.
+  KIP_INLINE static void loadWords(const uint8_t* bytes, int half, I16& a, I16& b, I16& c) {
+    const auto words = [&](int k, const auto& places)
+                           KIP_INLINE_LAMBDA { return as<uint64_t>(shuffled(vectorAt(bytes, 2 * half + k), places)); };
+    const Tag<uint64_t> d64;
+    const Vector<uint64_t> ab0 = words(0, kTables.firstWords), ab1 = words(1, kTables.firstWords);
+    a = as<int16_t>(hn::InterleaveLower(ab0, ab1));
+    b = as<int16_t>(hn::InterleaveUpper(d64, ab0, ab1));
+    c = as<int16_t>(hn::InterleaveLower(words(0, kTables.lastWords), words(1, kTables.lastWords)));
+  }
+
+  KIP_INLINE static void store(V a, V b, V c, V d, T* samples) {
+    U8 v[kVectors];
+    interleave(a, b, c, d, v);
+    for (int k = 0; k < kVectors; ++k) storeAt(v[k], samples, k);
+  }
+
+  /// Leaves the fourth channel in memory as it is.
+  KIP_INLINE static void storeThree(V a, V b, V c, T* samples) {
+    U8 v[kVectors];
+    interleave(a, b, c, hn::Zero(Tag<T>()), v);
+    const U8 fourth = table(kTables.fourth);
+    for (int k = 0; k < kVectors; ++k) v[k] = hn::Or(v[k], hn::And(vectorAt(samples, k), fourth));
+    for (int k = 0; k < kVectors; ++k) storeAt(v[k], samples, k);
+  }
+
+ private:
+  static constexpr int kPixels = 16 / (4 * sizeof(T));  // in a vector's 128 bits
+  struct Tables {
+    uint8_t gather[16];                     // the samples of each channel side by side
+    uint8_t firstWords[16], lastWords[16];  // bytes of the first two, and of the last two channels, as 16-bit lanes
+    uint8_t fourth[16];                     // 0xFF where the fourth channel lies
+    constexpr Tables() : gather(), firstWords(), lastWords(), fourth() {
+      constexpr int kGap = 0x80;
+      for (int i = 0; i < 16; ++i) {
+        const int byte = i % sizeof(T), sample = i / sizeof(T);
+        gather[i] = (sample % kPixels * 4 + sample / kPixels) * sizeof(T) + byte;
+        fourth[i] = sample % 4 == 3 ? 0xFF : 0;
+        const int word = i / 2;
+        firstWords[i] = i % 2 == 1 ? kGap : word % 4 * 4 + word / 4;
+        lastWords[i] = i % 2 == 1 ? kGap : word % 4 * 4 + word / 4 + 2;
+      }
+    }
+  };
+  alignas(16) static constexpr Tables kTables{};
+
+  KIP_INLINE static U8 table(const uint8_t (&bytes)[16]) { return hn::LoadDup128(Tag<uint8_t>(), bytes); }
+  KIP_INLINE static U8 shuffled(U8 v, const uint8_t (&places)[16]) {
+    return sizeof(T) == 4 ? v : hn::TableLookupBytesOr0(v, table(places));
+  }
+  KIP_INLINE static U8 vectorAt(const T* samples, int k) {
+    return loadBlocks(reinterpret_cast<const uint8_t*>(samples) + 16 * k, kBlockBytes);
+  }
+  KIP_INLINE static void storeAt(U8 v, T* samples, int k) {
+    uint8_t* to = reinterpret_cast<uint8_t*>(samples) + 16 * k;
+    storeBlocksAt(v, [&](int b) KIP_INLINE_LAMBDA { return to + b * kBlockBytes; });
+  }
+  KIP_INLINE static void interleave(V a, V b, V c, V d, U8 (&v)[kVectors]) {
+    using Two = hwy::MakeUnsigned<hwy::MakeWide<hwy::MakeUnsigned<T>>>;
+    const Tag<T> tag;
+    const Tag<Two> two;
+    const auto ab = as<Two>(hn::InterleaveLower(a, b)), abUpper = as<Two>(hn::InterleaveUpper(tag, a, b));
+    const auto cd = as<Two>(hn::InterleaveLower(c, d)), cdUpper = as<Two>(hn::InterleaveUpper(tag, c, d));
+    v[0] = as<uint8_t>(hn::InterleaveLower(ab, cd)), v[1] = as<uint8_t>(hn::InterleaveUpper(two, ab, cd));
+    v[2] = as<uint8_t>(hn::InterleaveLower(abUpper, cdUpper));
+    v[3] = as<uint8_t>(hn::InterleaveUpper(two, abUpper, cdUpper));
+  }
+};
+
 // Table look-ups. Loads of single entries, with the places taken out of the vector 64 bits at a time, are twice as fast
 // as gather instructions.
 #if HWY_TARGET != HWY_AVX3 && !KIP_EMULATED
