@@ -39,8 +39,10 @@ struct GrayBytes {
     for (int y = first; y < last; ++y) {
       forBlocks<Src, C1<>>(Src::rows(job.src, y), C1<>::rows(job.dst, y), 0, job.width,
                            [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
-                             const PixelPairs px = pairsOf(Src(), from);
-                             hn::StoreU(packPixels(px, gray), Tag<uint8_t>(), to.at[0]);
+                             const auto half = [&](int h) KIP_INLINE_LAMBDA {
+                               return packPixels(pairsOf(Src(), from, h), gray);
+                             };
+                             hn::StoreU(packBytes(half(0), half(1)), Tag<uint8_t>(), to.at[0]);
                            });
     }
   }

@@ -14,14 +14,15 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
-/// A block of pixels in four vectors, four pixels to each 128 bits; packing the four gives the pixels' order.
+/// Half a block of pixels in two vectors, four pixels to each 128 bits; packing the two gives the pixels' order. (The
+/// whole block would not fit in the registers of an arithmetic.)
 struct PixelPairs {
-  I16 rg[4], gb[4];
+  I16 rg[2], gb[2];
 };
 
 /// Interleaved pixels: each block is loaded where its pixels are and spread by a byte shuffle.
 template <int kSamples, Order kOrder>
-KIP_INLINE PixelPairs loadPairs(const Rows<const Kip8u, 1>& from) {
+KIP_INLINE PixelPairs loadPairs(const Rows<const Kip8u, 1>& from, int half) {
   constexpr int kRed = kOrder == Order::kForward ? 0 : 2, kBlue = 2 - kRed, kGap = 0x80;
   constexpr int kPixelsBytes = 4 * kSamples;  // of the four pixels of a block
   constexpr int kBack = 16 - kPixelsBytes;    // the last load ends where the pixels end
@@ -40,9 +41,9 @@ KIP_INLINE PixelPairs loadPairs(const Rows<const Kip8u, 1>& from) {
   } kTable;
   const Tag<uint8_t> d;
   PixelPairs pairs;
-  for (int k = 0; k < 4; ++k) {
-    const int last = k == 3;
-    const U8 bytes = loadBlocks(from.at[0] + k * kPixelsBytes - last * kBack, 4 * kPixelsBytes);
+  for (int k = 0; k < 2; ++k) {
+    const int place = 2 * half + k, last = place == 3;
+    const U8 bytes = loadBlocks(from.at[0] + place * kPixelsBytes - last * kBack, 4 * kPixelsBytes);
     pairs.rg[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.rg[last])));
     pairs.gb[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.gb[last])));
   }
@@ -50,35 +51,32 @@ KIP_INLINE PixelPairs loadPairs(const Rows<const Kip8u, 1>& from) {
 }
 
 template <Order kOrder>
-KIP_INLINE PixelPairs pairsOf(const C3<uint8_t, kOrder>&, const Rows<const Kip8u, 1>& from) {
-  return loadPairs<3, kOrder>(from);
+KIP_INLINE PixelPairs pairsOf(const C3<uint8_t, kOrder>&, const Rows<const Kip8u, 1>& from, int half) {
+  return loadPairs<3, kOrder>(from, half);
 }
 template <Order kOrder>
-KIP_INLINE PixelPairs pairsOf(const AC4<uint8_t, kOrder>&, const Rows<const Kip8u, 1>& from) {
-  return loadPairs<4, kOrder>(from);
+KIP_INLINE PixelPairs pairsOf(const AC4<uint8_t, kOrder>&, const Rows<const Kip8u, 1>& from, int half) {
+  return loadPairs<4, kOrder>(from, half);
 }
-KIP_INLINE PixelPairs pairsOf(const P3<uint8_t>& layout, const Rows<const Kip8u, 3>& from) {
-  const Pixels<U8> px = layout.load(from);
+/// Channels in 16-bit lanes, in order.
+KIP_INLINE PixelPairs pairsOf(const Pixels<I16>& px) {
   const Tag<int16_t> d;
   PixelPairs pairs;
-  for (int half = 0; half < 2; ++half) {
-    const auto widen = [&](U8 v) { return half == 0 ? lowerBytes(v) : upperBytes(v); };
-    const I16 r = widen(px.a), g = widen(px.b), b = widen(px.c);
-    pairs.rg[2 * half] = hn::InterleaveLower(r, g);
-    pairs.gb[2 * half] = hn::InterleaveLower(g, b);
-    pairs.rg[2 * half + 1] = hn::InterleaveUpper(d, r, g);
-    pairs.gb[2 * half + 1] = hn::InterleaveUpper(d, g, b);
-  }
+  pairs.rg[0] = hn::InterleaveLower(px.a, px.b);
+  pairs.gb[0] = hn::InterleaveLower(px.b, px.c);
+  pairs.rg[1] = hn::InterleaveUpper(d, px.a, px.b);
+  pairs.gb[1] = hn::InterleaveUpper(d, px.b, px.c);
   return pairs;
 }
+KIP_INLINE PixelPairs pairsOf(const P3<uint8_t>& layout, const Rows<const Kip8u, 3>& from, int half) {
+  return pairsOf(eachChannel(layout.load(from),
+                             [half](U8 v) KIP_INLINE_LAMBDA { return half == 0 ? lowerBytes(v) : upperBytes(v); }));
+}
 
-/// One 32-bit result per pixel from function(rg, gb), saturated to bytes.
+/// One 32-bit result per pixel from function(rg, gb), saturated to 16-bit lanes in order.
 template <class Function>
-KIP_INLINE U8 packPixels(const PixelPairs& px, const Function& function) {
-  const auto half = [&](int h) KIP_INLINE_LAMBDA {
-    return packWords(function(px.rg[2 * h], px.gb[2 * h]), function(px.rg[2 * h + 1], px.gb[2 * h + 1]));
-  };
-  return packBytes(half(0), half(1));
+KIP_INLINE I16 packPixels(const PixelPairs& px, const Function& function) {
+  return packWords(function(px.rg[0], px.gb[0]), function(px.rg[1], px.gb[1]));
 }
 
 }  // namespace HWY_NAMESPACE

@@ -151,17 +151,8 @@ struct FromWords : WordsOf<kFields, kOrder> {
 };
 
 template <const Fields& kFields, Order kOrder>
-KIP_INLINE PixelPairs pairsOf(const FromWords<kFields, kOrder>&, const Rows<const Kip8u, 1>& from) {
-  const Tag<int16_t> d;
-  PixelPairs pairs;
-  for (int half = 0; half < 2; ++half) {
-    const Pixels<I16> px = FromWords<kFields, kOrder>::loadLanes(from, half);
-    pairs.rg[2 * half] = hn::InterleaveLower(px.a, px.b);
-    pairs.gb[2 * half] = hn::InterleaveLower(px.b, px.c);
-    pairs.rg[2 * half + 1] = hn::InterleaveUpper(d, px.a, px.b);
-    pairs.gb[2 * half + 1] = hn::InterleaveUpper(d, px.b, px.c);
-  }
-  return pairs;
+KIP_INLINE PixelPairs pairsOf(const FromWords<kFields, kOrder>&, const Rows<const Kip8u, 1>& from, int half) {
+  return pairsOf(FromWords<kFields, kOrder>::loadLanes(from, half));
 }
 
 /// Bytes as they are.

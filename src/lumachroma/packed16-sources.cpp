@@ -38,7 +38,7 @@ struct PackedPairs {
       const Kip8u* word = advance<Src>(Src::rows(job.src, y), x).at[0];
       const Kip8u pair[4] = {word[0], word[1], word[0], word[1]};
       PaddedBlock<Dst> out;
-      YCbCr<Src, Dst>::walk(job, {{pair}}, out.rows, 2);
+      YCbCr<Src, Dst>(job).group({{pair}}, out.rows, 2);
       out.copyTo(advance<Dst>(Dst::rows(job.dst, y), x), 1);
     }
   }

@@ -30,7 +30,8 @@ using Yuv420 = Decode<yuv::PerPair<yuv::Inverse2>, Planar420, Dst>;
 template <class Dst>
 struct Planes422 {
   static void rows(const Job& job, int first, int last) {
-    for (int y = first; y < last; ++y) Groups<Planar422, Dst>::pixels(job, y, 0, job.width);
+    const Groups<Planar422, Dst> groups(job);
+    for (int y = first; y < last; ++y) groups.pixels(y, 0, job.width);
   }
 };
 

@@ -2,10 +2,11 @@
 // that share their chroma. What is computed comes from the families' arithmetic types.
 //
 // Encoding works on pixels as pairs of channels. An encoder is a type with
-//   struct Sums                       what the chroma of a block's groups is computed from
-//   Sums row(const PixelPairs&, y)    one row's share of it; sets the row's luma samples
-//   Sums add(Sums, Sums)              what two rows have in sum
-//   void chroma(Sums, samples)        sets the chroma samples
+//   Sums                              what the chroma of the groups in half a block is computed from
+//   I16 luma(const PixelPairs&)       the luma of half a block of pixels, at the encoder's own scale
+//   Sums sums(pairs, luma)            from the sums of all rows
+//   I16 toByte(luma)                  that luma as samples
+//   void chroma(Sums[2], samples)     sets the chroma samples from both halves
 //
 // A decoder is a type with
 //   load(layout, rows)                the source's samples in the lanes that it works on
@@ -168,6 +169,12 @@ struct Planar411 : InLowerBytes {
 // ---------------------------------------------------------------------------------------------------------------------
 // Sums over groups of pixels
 
+KIP_INLINE PixelPairs operator+(const PixelPairs& a, const PixelPairs& b) {
+  PixelPairs sum;
+  for (int k = 0; k < 2; ++k) sum.rg[k] = hn::Add(a.rg[k], b.rg[k]), sum.gb[k] = hn::Add(a.gb[k], b.gb[k]);
+  return sum;
+}
+
 /// Sums over neighbouring pixels: one pair of 16-bit sums for each two lanes of `lower`, then of `upper`.
 KIP_INLINE I16 addNeighbours(I16 lower, I16 upper) {
   const I32 a = as<int32_t>(lower), b = as<int32_t>(upper);
@@ -185,33 +192,58 @@ constexpr int wholeGroups(int width) {
 
 /// Pixels to subsampled chroma. Pixels beyond a row's last whole group are left out.
 template <class Op, class Src, class Dst>
-struct Encode {
+class Encode {
+ public:
   using GroupOf = std::conditional_t<Dst::kLumaRows == 2, TwoRows<Src>, Src>;
 
-  KIP_INLINE static void walk(const Job& job, const Rows<const Kip8u, GroupOf::kPointers>& from,
-                              const Rows<Kip8u, Dst::kPointers>& to, size_t pixels) {
-    const Op op = makeFor<Op>(job);
-    const Dst dst = makeFor<Dst>(job);
-    forBlocks<GroupOf, Dst>(from, to, 0, pixels,
-                            [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA { dst.store(block(op, in), out); });
-  }
+  KIP_INLINE explicit Encode(const Job& job) : op_(makeFor<Op>(job)), dst_(makeFor<Dst>(job)) {}
 
   static void rows(const Job& job, int first, int last) {
+    const Encode encode(job);
     const int pixels = wholeGroups<Dst>(job.width);
-    for (int y = first; y < last; ++y) walk(job, GroupOf::rows(job.src, y), Dst::rows(job.dst, y), pixels);
+    for (int y = first; y < last; ++y) encode.group(GroupOf::rows(job.src, y), Dst::rows(job.dst, y), pixels);
+  }
+
+  /// The first pixels of a row group.
+  KIP_INLINE void group(const Rows<const Kip8u, GroupOf::kPointers>& from, const Rows<Kip8u, Dst::kPointers>& to,
+                        size_t pixels) const {
+    forBlocks<GroupOf, Dst>(from, to, 0, pixels,
+                            [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { dst_.store(block(in), out); });
   }
 
  private:
-  KIP_INLINE static typename Dst::Samples block(const Op& op, const Rows<const Kip8u, GroupOf::kPointers>& from) {
-    typename Dst::Samples s;
-    if constexpr (Dst::kLumaRows == 1) {
-      op.chroma(op.row(pairsOf(Src(), from), s.y[0]), s);
-    } else {
-      const auto upper = op.row(pairsOf(Src(), GroupOf::row(from, 0)), s.y[0]);
-      op.chroma(op.add(upper, op.row(pairsOf(Src(), GroupOf::row(from, 1)), s.y[1])), s);
+  static constexpr int kRows = Dst::kLumaRows;
+
+  KIP_INLINE typename Dst::Samples block(const Rows<const Kip8u, GroupOf::kPointers>& from) const {
+    typename Op::Sums sums[2];
+    I16 luma[kRows][2];
+    for (int half = 0; half < 2; ++half) {
+      auto pairs = pairsOf(Src(), rowOf(from, 0), half);
+      I16 all = luma[0][half] = op_.luma(pairs);
+      if constexpr (kRows == 2) {
+        const auto lower = pairsOf(Src(), rowOf(from, 1), half);
+        luma[1][half] = op_.luma(lower);
+        all = hn::Add(all, luma[1][half]);
+        pairs = pairs + lower;
+      }
+      sums[half] = op_.sums(pairs, all);
     }
+    typename Dst::Samples s;
+    for (int r = 0; r < kRows; ++r) s.y[r] = packBytes(op_.toByte(luma[r][0]), op_.toByte(luma[r][1]));
+    op_.chroma(sums, s);
     return s;
   }
+
+  KIP_INLINE static auto rowOf(const Rows<const Kip8u, GroupOf::kPointers>& from, int which) {
+    if constexpr (kRows == 2) {
+      return GroupOf::row(from, which);
+    } else {
+      return from;
+    }
+  }
+
+  Op op_;
+  Dst dst_;
 };
 
 /// One pixel as the order of its space has it: what is left of odd widths.
@@ -231,34 +263,46 @@ Pixel pixelAt(const Rows<const Kip8u, Src::kPointers>& row, size_t x) {
 
 /// Subsampled chroma to pixels, each chroma sample serving its group.
 template <class Op, class Src, class Dst>
-struct Decode {
+class Decode {
+ public:
   using GroupOf = std::conditional_t<Src::kLumaRows == 2, TwoRows<Dst>, Dst>;
 
-  KIP_INLINE static void pixels(const Job& job, int group, size_t first, size_t last) {
-    walk(job, Src::rows(job.src, group), GroupOf::rows(job.dst, group), first, last);
-  }
-
-  KIP_INLINE static void walk(const Job& job, const Rows<const Kip8u, Src::kPointers>& from,
-                              const Rows<Kip8u, GroupOf::kPointers>& to, size_t first, size_t last) {
-    const Op op = makeFor<Op>(job);
-    const Src src = makeFor<Src>(job);
-    const Dst dst = makeFor<Dst>(job);
-    forBlocks<Src, GroupOf>(from, to, first, last, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
-      const auto s = op.load(src, in);
-      const auto terms = op.terms(s);
-      for (int r = 0; r < Src::kLumaRows; ++r) {
-        if constexpr (Src::kLumaRows == 2) {
-          dst.store(op.row(s, r, terms), GroupOf::row(out, r));
-        } else {
-          dst.store(op.row(s, r, terms), out);
-        }
-      }
-    });
-  }
+  KIP_INLINE explicit Decode(const Job& job)
+      : job_(job), op_(makeFor<Op>(job)), src_(makeFor<Src>(job)), dst_(makeFor<Dst>(job)) {}
 
   static void rows(const Job& job, int first, int last) {
-    for (int y = first; y < last; ++y) pixels(job, y, 0, wholeGroups<Src>(job.width));
+    const Decode decode(job);
+    for (int y = first; y < last; ++y) decode.pixels(y, 0, wholeGroups<Src>(job.width));
   }
+
+  /// Pixels first .. last - 1 of a row group.
+  KIP_INLINE void pixels(int group, size_t first, size_t last) const {
+    this->group(Src::rows(job_.src, group), GroupOf::rows(job_.dst, group), first, last);
+  }
+  KIP_INLINE void group(const Rows<const Kip8u, Src::kPointers>& from, const Rows<Kip8u, GroupOf::kPointers>& to,
+                        size_t first, size_t last) const {
+    forBlocks<Src, GroupOf>(from, to, first, last,
+                            [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { block(in, out); });
+  }
+
+ private:
+  template <class From, class To>
+  KIP_INLINE void block(const From& from, const To& to) const {
+    const auto s = op_.load(src_, from);
+    const auto terms = op_.terms(s);
+    for (int r = 0; r < Src::kLumaRows; ++r) {
+      if constexpr (Src::kLumaRows == 2) {
+        dst_.store(op_.row(s, r, terms), GroupOf::row(to, r));
+      } else {
+        dst_.store(op_.row(s, r, terms), to);
+      }
+    }
+  }
+
+  const Job& job_;
+  Op op_;
+  Src src_;
+  Dst dst_;
 };
 
 /// The last pixel of an odd width in packed 4:2:2, made a pair. It has luma and one chroma byte, and borrows the chroma
@@ -291,7 +335,7 @@ struct DecodePacked {
     const auto to = advance<Dst>(Dst::rows(job.dst, y), job.width - 1);
     PaddedBlock<Dst> out;
     out.copyFrom(to, 1);
-    Decode<Op, Src, Dst>::walk(job, {{pair}}, out.rows, 0, 2);
+    Decode<Op, Src, Dst>(job).group({{pair}}, out.rows, 0, 2);
     out.copyTo(to, 1);
   }
 };

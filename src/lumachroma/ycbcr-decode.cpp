@@ -67,14 +67,14 @@ struct PerFilteredGroup {
 template <const InverseSet& kSet, class Dst>
 struct DecodeFiltered {
   static void rows(const Job& job, int first, int last) {
-    using Walk = Decode<PerFilteredGroup<kSet>, Filtered420, Dst>;
     const size_t end = wholeGroups<Filtered420>(job.width);
     if (end == 0) return;
+    const Decode<PerFilteredGroup<kSet>, Filtered420, Dst> decode(job);
     for (int group = first; group < last; ++group) {
       const auto to = TwoRows<Dst>::rows(job.dst, group);
-      Walk::walk(job, Filtered420::rows(job.src, group, 1), to, 0, end - 2);
+      decode.group(Filtered420::rows(job.src, group, 1), to, 0, end - 2);
       // The last pair has no sample after its own.
-      Walk::walk(job, Filtered420::rows(job.src, group, 0), to, end - 2, end);
+      decode.group(Filtered420::rows(job.src, group, 0), to, end - 2, end);
     }
   }
 };

@@ -39,19 +39,10 @@ KIP_INLINE I32 pinnedPerPixel(int even, int odd) {
   return as<int32_t>(pinned<uint64_t>(both));
 }
 
-/// The luma samples of a block of pixels, their sums x 2^kBits given by weigh(rg, gb).
-template <int kBits, class Weigh>
-KIP_INLINE U8 lumaOf(const PixelPairs& px, I32 offset, const Weigh& weigh) {
-  return packPixels(
-      px, [&](I16 rg, I16 gb) KIP_INLINE_LAMBDA { return hn::ShiftRight<kBits>(hn::Add(weigh(rg, gb), offset)); });
-}
-
 /// kPixels pixels to a group.
 template <const ForwardSet& kSet, const Rounding& kRounding, int kPixels>
 struct GroupSums {
-  struct Sums {
-    I16 d[4];  // differences (G - R, B - G)
-  };
+  using Sums = I16;  // differences (G - R, B - G)
   Forward<kSet> forward;
   I32 lumaZero = pinnedPerPixel(lumaOffset(kSet, kRounding.evenLuma), lumaOffset(kSet, kRounding.oddLuma));
   I32 cbZero = pinned<int32_t>(chromaOffset(kRounding.chroma, kPixels));
@@ -59,24 +50,20 @@ struct GroupSums {
 
   KIP_INLINE GroupSums() {}
 
-  KIP_INLINE Sums row(const PixelPairs& px, U8& y) const {
-    y = settled(lumaOf<16>(px, lumaZero, [&](I16 rg, I16 gb) KIP_INLINE_LAMBDA { return forward.y(rg, gb); }));
-    Sums sums;
-    for (int k = 0; k < 4; ++k) sums.d[k] = settled(forward.differences(px.rg[k], px.gb[k]));
-    return sums;
+  KIP_INLINE I16 luma(const PixelPairs& px) const {
+    return packPixels(px, [this](I16 rg, I16 gb)
+                              KIP_INLINE_LAMBDA { return hn::ShiftRight<16>(hn::Add(forward.y(rg, gb), lumaZero)); });
   }
-  KIP_INLINE Sums add(const Sums& upper, const Sums& lower) const {
-    Sums sums;
-    for (int k = 0; k < 4; ++k) sums.d[k] = hn::Add(upper.d[k], lower.d[k]);
-    return sums;
+  KIP_INLINE static I16 toByte(I16 luma) { return luma; }
+  KIP_INLINE Sums sums(const PixelPairs& px, I16) const {
+    return addNeighbours(forward.differences(px.rg[0], px.gb[0]), forward.differences(px.rg[1], px.gb[1]));
   }
-  KIP_INLINE void chroma(const Sums& sums, Subsampled& s) const {
-    const I16 lower = addNeighbours(sums.d[0], sums.d[1]), upper = addNeighbours(sums.d[2], sums.d[3]);
-    s.u = packWords(cb(lower), cb(upper));
-    s.v = packWords(cr(lower), cr(upper));
+  KIP_INLINE void chroma(const Sums (&half)[2], Subsampled& s) const {
+    s.u = packWords(cb(half[0]), cb(half[1]));
+    s.v = packWords(cr(half[0]), cr(half[1]));
   }
-  KIP_INLINE void chroma(const Sums& sums, Subsampled4& s) const {
-    const I16 d = addNeighbours(addNeighbours(sums.d[0], sums.d[1]), addNeighbours(sums.d[2], sums.d[3]));
+  KIP_INLINE void chroma(const Sums (&half)[2], Subsampled4& s) const {
+    const I16 d = addNeighbours(half[0], half[1]);
     s.u = cb(d);
     s.v = cr(d);
   }

@@ -53,11 +53,11 @@ constexpr Row kCr15 = {3596, -3015, -582}, kCrCentre15 = {7193, -6030, -1164};
 struct WithLeft : C3<> {
   static constexpr int kPointers = 2;
 };
-struct PairsWithLeft {
-  PixelPairs px, left;
+struct PairsWithLeft : PixelPairs {
+  PixelPairs left;
 };
-KIP_INLINE PairsWithLeft pairsOf(const WithLeft&, const Rows<const Kip8u, 2>& from) {
-  return {pairsOf(C3<>(), {{from.at[0]}}), pairsOf(C3<>(), {{from.at[1]}})};
+KIP_INLINE PairsWithLeft pairsOf(const WithLeft&, const Rows<const Kip8u, 2>& from, int half) {
+  return {pairsOf(C3<>(), {{from.at[0]}}, half), pairsOf(C3<>(), {{from.at[1]}}, half)};
 }
 
 /// Weighted sums of (R, G) and (G, B), the weights different for even and odd pixels.
@@ -74,7 +74,7 @@ class WeighAlternately {
 
 struct ThreeTaps {
   struct Sums {
-    PixelPairs px;  // the first pixel of each pair, and the sum of both neighbours
+    I32 cb, cr;
   };
   WeighAlternately y{kY15, kY15}, cb{kCbCentre15, kCb15}, cr{kCrCentre15, kCr15};
   I16 oddPixels = as<int16_t>(pinnedPerPixel(0, -1));
@@ -83,29 +83,29 @@ struct ThreeTaps {
 
   KIP_INLINE ThreeTaps() {}
 
-  KIP_INLINE Sums row(const PairsWithLeft& both, U8& luma) const {
-    luma = lumaOf<15>(both.px, lumaZero, y);
-    const auto withLeft = [&](I16 here, I16 left) KIP_INLINE_LAMBDA { return hn::Add(here, hn::And(left, oddPixels)); };
-    Sums sums;
-    for (int k = 0; k < 4; ++k) {
-      sums.px.rg[k] = withLeft(both.px.rg[k], both.left.rg[k]);
-      sums.px.gb[k] = withLeft(both.px.gb[k], both.left.gb[k]);
-    }
-    return sums;
+  KIP_INLINE I16 luma(const PixelPairs& px) const {
+    return packPixels(
+        px, [this](I16 rg, I16 gb) KIP_INLINE_LAMBDA { return hn::ShiftRight<15>(hn::Add(y(rg, gb), lumaZero)); });
   }
-  KIP_INLINE void chroma(const Sums& sums, Subsampled& s) const {
-    s.u = chromaOf(sums.px, cb);
-    s.v = chromaOf(sums.px, cr);
+  KIP_INLINE static I16 toByte(I16 luma) { return luma; }
+  KIP_INLINE Sums sums(const PairsWithLeft& px, I16) const {
+    PixelPairs taps;  // the first pixel of each pair, and the sum of both neighbours
+    for (int k = 0; k < 2; ++k) {
+      taps.rg[k] = hn::Add(px.rg[k], hn::And(px.left.rg[k], oddPixels));
+      taps.gb[k] = hn::Add(px.gb[k], hn::And(px.left.gb[k], oddPixels));
+    }
+    return {chromaOf(taps, cb), chromaOf(taps, cr)};
+  }
+  KIP_INLINE static void chroma(const Sums (&half)[2], Subsampled& s) {
+    s.u = packWords(half[0].cb, half[1].cb);
+    s.v = packWords(half[0].cr, half[1].cr);
   }
 
  private:
-  KIP_INLINE I16 chromaOf(const PixelPairs& px, const WeighAlternately& weigh) const {
-    const auto half = [&](int k) KIP_INLINE_LAMBDA {
-      const I32 lower = weigh(px.rg[k], px.gb[k]), upper = weigh(px.rg[k + 1], px.gb[k + 1]);
-      const I32 sum = hn::Add(evenLanes(lower, upper), oddLanes(lower, upper));
-      return hn::ShiftRight<15>(hn::Add(sum, chromaZero));
-    };
-    return packWords(half(0), half(2));
+  KIP_INLINE I32 chromaOf(const PixelPairs& px, const WeighAlternately& weigh) const {
+    const I32 lower = weigh(px.rg[0], px.gb[0]), upper = weigh(px.rg[1], px.gb[1]);
+    const I32 sum = hn::Add(evenLanes(lower, upper), oddLanes(lower, upper));
+    return hn::ShiftRight<15>(hn::Add(sum, chromaZero));
   }
 };
 
@@ -123,21 +123,24 @@ struct Transferred {
 /// missing neighbour has no chroma.
 template <class Read>
 struct Smoothed {
+  using Taps = Encode<ThreeTaps, WithLeft, CbYCrY>;
+
   static void rows(const Job& job, int first, int last) {
-    for (int y = first; y < last; ++y) row(job, job.src.row(0, y), job.dst.row(0, y));
+    const Taps encode(job);
+    for (int y = first; y < last; ++y) row(encode, job.width, job.src.row(0, y), job.dst.row(0, y));
   }
 
  private:
   static constexpr int kPixelBytes = 3, kLeftBytes = 2 * kPixelBytes;
   static constexpr int kPiece = 512;  // pixels
 
-  static void row(const Job& job, const Kip8u* from, Kip8u* to) {
+  static void row(const Taps& encode, int width, const Kip8u* from, Kip8u* to) {
     Kip8u memory[kLeftBytes + kPiece * kPixelBytes] = {};
     Kip8u* const pixels = memory + kLeftBytes;
-    for (int left = job.width; left > 0; left -= kPiece) {
+    for (int left = width; left > 0; left -= kPiece) {
       const int count = std::min(left, kPiece), pairs = wholeGroups<CbYCrY>(count);
       Read::copy(from, count * kPixelBytes, pixels);
-      Encode<ThreeTaps, WithLeft, CbYCrY>::walk(job, {{pixels, memory}}, {{to}}, pairs);
+      encode.group({{pixels, memory}}, {{to}}, pairs);
       if (pairs < count) {
         writeLonePixel<kBt601, kToNearest, CbYCrY>(pixelAt<C3<>>({{pixels}}, pairs), to + CbYCrY::bytes(0, pairs));
       }

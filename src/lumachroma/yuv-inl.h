@@ -83,51 +83,30 @@ struct Differences {
 // Forward, subsampled: the chroma of a group is that of its mean colour
 
 /// Encodes by the sums of a group's colours and luma. Of the arithmetic it wants
-///   I32 luma(rg, gb)                  the luma of one vector of pixels, at the arithmetic's scale
-///   I16 toByte(luma)                  that luma as a sample
+///   I32 luma(rg, gb)                      the luma of one vector of pixels, at the arithmetic's scale
+///   I16 toByte(luma)                      that luma as a sample
 ///   I16 u(blues, lumas), v(reds, lumas)   the chroma of groups from their sums
 template <class Arithmetic>
 struct EncodeSums : Arithmetic {
   struct Sums {
-    PixelPairs px;
-    I16 luma[2];
+    I32 red, blue, luma;
   };
 
   KIP_INLINE EncodeSums() {}
 
-  KIP_INLINE Sums row(const PixelPairs& px, U8& y) const {
-    Sums sums;
-    sums.px = px;
-    for (int half = 0; half < 2; ++half) {
-      sums.luma[half] =
-          packWords(this->luma(px.rg[2 * half], px.gb[2 * half]), this->luma(px.rg[2 * half + 1], px.gb[2 * half + 1]));
-    }
-    y = packBytes(this->toByte(sums.luma[0]), this->toByte(sums.luma[1]));
-    return sums;
+  KIP_INLINE I16 luma(const PixelPairs& px) const {
+    return packPixels(px, [this](I16 rg, I16 gb) KIP_INLINE_LAMBDA { return Arithmetic::luma(rg, gb); });
   }
-  KIP_INLINE Sums add(const Sums& upper, const Sums& lower) const {
-    Sums sums;
-    for (int k = 0; k < 4; ++k) {
-      sums.px.rg[k] = hn::Add(upper.px.rg[k], lower.px.rg[k]);
-      sums.px.gb[k] = hn::Add(upper.px.gb[k], lower.px.gb[k]);
-    }
-    for (int half = 0; half < 2; ++half) sums.luma[half] = hn::Add(upper.luma[half], lower.luma[half]);
-    return sums;
+  KIP_INLINE Sums sums(const PixelPairs& px, I16 luma) const {
+    const I32 redGreen = as<int32_t>(addNeighbours(px.rg[0], px.rg[1]));
+    const I32 greenBlue = as<int32_t>(addNeighbours(px.gb[0], px.gb[1]));
+    return {hn::And(redGreen, set<int32_t>(0xFFFF)), hn::ShiftRight<16>(greenBlue), dotPairs(luma, set<int16_t>(1))};
   }
-  KIP_INLINE void chroma(const Sums& sums, Subsampled& s) const {
-    const I16 one = set<int16_t>(1);
-    const I16 luma = packWords(dotPairs(sums.luma[0], one), dotPairs(sums.luma[1], one));
-    const auto& [rg, gb] = sums.px;
-    const I16 red[2] = {addNeighbours(rg[0], rg[1]), addNeighbours(rg[2], rg[3])};
-    const I16 blue[2] = {addNeighbours(gb[0], gb[1]), addNeighbours(gb[2], gb[3])};
-    s.u = this->u(packWords(upper(blue[0]), upper(blue[1])), luma);
-    s.v = this->v(packWords(lower(red[0]), lower(red[1])), luma);
+  KIP_INLINE void chroma(const Sums (&half)[2], Subsampled& s) const {
+    const I16 luma = packWords(half[0].luma, half[1].luma);
+    s.u = this->u(packWords(half[0].blue, half[1].blue), luma);
+    s.v = this->v(packWords(half[0].red, half[1].red), luma);
   }
-
- private:
-  /// One channel of pairs of sums.
-  KIP_INLINE static I32 lower(I16 pairs) { return hn::And(as<int32_t>(pairs), set<int32_t>(0xFFFF)); }
-  KIP_INLINE static I32 upper(I16 pairs) { return hn::ShiftRight<16>(as<int32_t>(pairs)); }
 };
 
 /// Sums of a pixel pair; the mean luma is floored, so S = (Y2 + Y2) >> 1 against R + R.

@@ -245,7 +245,8 @@ constexpr int converted(int width) {
 template <class Op, class Src, class Dst>
 struct DecodeAll {
   static void rows(const Job& job, int first, int last) {
-    for (int y = first; y < last; ++y) Decode<PerPair<Op>, Src, Dst>::pixels(job, y, 0, converted<Src>(job.width));
+    const Decode<PerPair<Op>, Src, Dst> decode(job);
+    for (int y = first; y < last; ++y) decode.pixels(y, 0, converted<Src>(job.width));
   }
 };
 
@@ -254,9 +255,11 @@ template <int kRun, class Op, class Rest, class Src, class Dst>
 struct DecodeRuns {
   static void rows(const Job& job, int first, int last) {
     const int end = converted<Src>(job.width), runs = end - end % kRun;
+    const Decode<PerPair<Op>, Src, Dst> run(job);
+    const Decode<PerPair<Rest>, Src, Dst> rest(job);
     for (int y = first; y < last; ++y) {
-      Decode<PerPair<Op>, Src, Dst>::pixels(job, y, 0, runs);
-      Decode<PerPair<Rest>, Src, Dst>::pixels(job, y, runs, end);
+      run.pixels(y, 0, runs);
+      rest.pixels(y, runs, end);
     }
   }
 };
