@@ -30,10 +30,10 @@ template <class Src>
 struct GrayBytes {
   static void rows(const Job& job, int first, int last) {
     const float* w = grayWeights(job);
-    const I16 rg = pinnedPairs(weight12(w[0]), weight12(w[1])), b = pinnedPairs(0, weight12(w[2]));
+    const I16 brWeights = pinnedPairs(weight12(w[2]), weight12(w[0])), gWeight = pinnedPairs(weight12(w[1]), 0);
     const I32 half = pinned<int32_t>(1 << 11), byte = pinned<int32_t>(0xFF);
-    const auto gray = [&](I16 rgPairs, I16 gbPairs) KIP_INLINE_LAMBDA {
-      const I32 sum = hn::Add(hn::Add(dotPairs(rgPairs, rg), dotPairs(gbPairs, b)), half);
+    const auto gray = [&](I16 br, I16 gg) KIP_INLINE_LAMBDA {
+      const I32 sum = hn::Add(hn::Add(dotPairs(br, brWeights), dotPairs(gg, gWeight)), half);
       return hn::And(hn::ShiftRight<12>(sum), byte);
     };
     for (int y = first; y < last; ++y) {

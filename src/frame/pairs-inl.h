@@ -1,5 +1,5 @@
-// Byte pixels as pairs of 16-bit channels in 32-bit lanes, (R, G) and (G, B), so that dotPairs weights them exactly.
-// Splitting a coefficient for G over both pairs allows coefficients above 32767.
+// Byte pixels as pairs of 16-bit channels in 32-bit lanes, (B, R) and (G, G), so that dotPairs weights them exactly. G
+// is there twice for coefficients above 32767, which are split over both.
 
 #if defined(KIP_FRAME_PAIRS_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KIP_FRAME_PAIRS_INL_H_
@@ -17,7 +17,7 @@ namespace HWY_NAMESPACE {
 /// Half a block of pixels in two vectors, four pixels to each 128 bits; packing the two gives the pixels' order. (The
 /// whole block would not fit in the registers of an arithmetic.)
 struct PixelPairs {
-  I16 rg[2], gb[2];
+  I16 br[2], gg[2];
 };
 
 /// Interleaved pixels: each block is loaded where its pixels are and spread by a byte shuffle.
@@ -27,14 +27,14 @@ KIP_INLINE PixelPairs loadPairs(const Rows<const Kip8u, 1>& from, int half) {
   constexpr int kPixelsBytes = 4 * kSamples;  // of the four pixels of a block
   constexpr int kBack = 16 - kPixelsBytes;    // the last load ends where the pixels end
   alignas(16) static constexpr struct Table {
-    uint8_t rg[2][16], gb[2][16];
-    constexpr Table() : rg(), gb() {
+    uint8_t br[2][16], gg[2][16];
+    constexpr Table() : br(), gg() {
       for (int last = 0; last < 2; ++last) {
         for (int p = 0; p < 4; ++p) {
           const int at = p * kSamples + last * kBack;
-          rg[last][4 * p] = at + kRed, gb[last][4 * p + 2] = at + kBlue;
-          rg[last][4 * p + 2] = gb[last][4 * p] = at + 1;
-          rg[last][4 * p + 1] = rg[last][4 * p + 3] = gb[last][4 * p + 1] = gb[last][4 * p + 3] = kGap;
+          br[last][4 * p] = at + kBlue, br[last][4 * p + 2] = at + kRed;
+          gg[last][4 * p] = gg[last][4 * p + 2] = at + 1;
+          br[last][4 * p + 1] = br[last][4 * p + 3] = gg[last][4 * p + 1] = gg[last][4 * p + 3] = kGap;
         }
       }
     }
@@ -44,8 +44,12 @@ KIP_INLINE PixelPairs loadPairs(const Rows<const Kip8u, 1>& from, int half) {
   for (int k = 0; k < 2; ++k) {
     const int place = 2 * half + k, last = place == 3;
     const U8 bytes = loadBlocks(from.at[0] + place * kPixelsBytes - last * kBack, 4 * kPixelsBytes);
-    pairs.rg[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.rg[last])));
-    pairs.gb[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.gb[last])));
+    if constexpr (kSamples == 4 && kOrder == Order::kReverse) {
+      pairs.br[k] = evenBytes(bytes);  // they lie like that
+    } else {
+      pairs.br[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.br[last])));
+    }
+    pairs.gg[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.gg[last])));
   }
   return pairs;
 }
@@ -62,10 +66,10 @@ KIP_INLINE PixelPairs pairsOf(const AC4<uint8_t, kOrder>&, const Rows<const Kip8
 KIP_INLINE PixelPairs pairsOf(const Pixels<I16>& px) {
   const Tag<int16_t> d;
   PixelPairs pairs;
-  pairs.rg[0] = hn::InterleaveLower(px.a, px.b);
-  pairs.gb[0] = hn::InterleaveLower(px.b, px.c);
-  pairs.rg[1] = hn::InterleaveUpper(d, px.a, px.b);
-  pairs.gb[1] = hn::InterleaveUpper(d, px.b, px.c);
+  pairs.br[0] = hn::InterleaveLower(px.c, px.a);
+  pairs.gg[0] = hn::InterleaveLower(px.b, px.b);
+  pairs.br[1] = hn::InterleaveUpper(d, px.c, px.a);
+  pairs.gg[1] = hn::InterleaveUpper(d, px.b, px.b);
   return pairs;
 }
 KIP_INLINE PixelPairs pairsOf(const P3<uint8_t>& layout, const Rows<const Kip8u, 3>& from, int half) {
@@ -73,10 +77,10 @@ KIP_INLINE PixelPairs pairsOf(const P3<uint8_t>& layout, const Rows<const Kip8u,
                              [half](U8 v) KIP_INLINE_LAMBDA { return half == 0 ? lowerBytes(v) : upperBytes(v); }));
 }
 
-/// One 32-bit result per pixel from function(rg, gb), saturated to 16-bit lanes in order.
+/// One 32-bit result per pixel from function(br, gg), saturated to 16-bit lanes in order.
 template <class Function>
 KIP_INLINE I16 packPixels(const PixelPairs& px, const Function& function) {
-  return packWords(function(px.rg[0], px.gb[0]), function(px.rg[1], px.gb[1]));
+  return packWords(function(px.br[0], px.gg[0]), function(px.br[1], px.gg[1]));
 }
 
 }  // namespace HWY_NAMESPACE

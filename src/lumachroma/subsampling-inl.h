@@ -171,7 +171,7 @@ struct Planar411 : InLowerBytes {
 
 KIP_INLINE PixelPairs operator+(const PixelPairs& a, const PixelPairs& b) {
   PixelPairs sum;
-  for (int k = 0; k < 2; ++k) sum.rg[k] = hn::Add(a.rg[k], b.rg[k]), sum.gb[k] = hn::Add(a.gb[k], b.gb[k]);
+  for (int k = 0; k < 2; ++k) sum.br[k] = hn::Add(a.br[k], b.br[k]), sum.gg[k] = hn::Add(a.gg[k], b.gg[k]);
   return sum;
 }
 

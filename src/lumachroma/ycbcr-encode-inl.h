@@ -42,21 +42,22 @@ KIP_INLINE I32 pinnedPerPixel(int even, int odd) {
 /// kPixels pixels to a group.
 template <const ForwardSet& kSet, const Rounding& kRounding, int kPixels>
 struct GroupSums {
-  using Sums = I16;  // differences (G - R, B - G)
+  using Sums = I16;  // differences (B - G, R - G)
   Forward<kSet> forward;
-  I32 lumaZero = pinnedPerPixel(lumaOffset(kSet, kRounding.evenLuma), lumaOffset(kSet, kRounding.oddLuma));
+  U16 lumaZero = as<uint16_t>(pinnedPairs(twiceLumaZero(kRounding.evenLuma), twiceLumaZero(kRounding.oddLuma)));
   I32 cbZero = pinned<int32_t>(chromaOffset(kRounding.chroma, kPixels));
   I32 crZero = pinned<int32_t>(chromaOffset(kRounding.chroma, kPixels) - kRounding.crLess);
 
   KIP_INLINE GroupSums() {}
 
   KIP_INLINE I16 luma(const PixelPairs& px) const {
-    return packPixels(px, [this](I16 rg, I16 gb)
-                              KIP_INLINE_LAMBDA { return hn::ShiftRight<16>(hn::Add(forward.y(rg, gb), lumaZero)); });
+    const I16 twice =
+        packPixels(px, [this](I16 br, I16 gg) KIP_INLINE_LAMBDA { return hn::ShiftRight<15>(forward.y(br, gg)); });
+    return as<int16_t>(hn::AverageRound(as<uint16_t>(twice), lumaZero));
   }
   KIP_INLINE static I16 toByte(I16 luma) { return luma; }
   KIP_INLINE Sums sums(const PixelPairs& px, I16) const {
-    return addNeighbours(forward.differences(px.rg[0], px.gb[0]), forward.differences(px.rg[1], px.gb[1]));
+    return addNeighbours(forward.differences(px.br[0], px.gg[0]), forward.differences(px.br[1], px.gg[1]));
   }
   KIP_INLINE void chroma(const Sums (&half)[2], Subsampled& s) const {
     s.u = packWords(cb(half[0]), cb(half[1]));
@@ -69,6 +70,9 @@ struct GroupSums {
   }
 
  private:
+  /// What the average of it and twice a luma adds to that luma: the average rounds up, so one less truncates.
+  static constexpr int twiceLumaZero(int rounding) { return 2 * kSet.lumaZero - (rounding == kHalf ? 0 : 1); }
+
   static constexpr int kShift = 16 + (kPixels == 4 ? 2 : 1);
   KIP_INLINE I32 cb(I16 d) const { return hn::ShiftRight<kShift>(hn::Add(forward.cb(d), cbZero)); }
   KIP_INLINE I32 cr(I16 d) const { return hn::ShiftRight<kShift>(hn::Add(forward.cr(d), crZero)); }

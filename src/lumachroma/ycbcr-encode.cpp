@@ -25,8 +25,8 @@ struct PerPixel {
 
   KIP_INLINE PerPixel() {}
   KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
-    const Sums even = sums(pairEven(px.a, px.b), pairEven(px.b, px.c));
-    const Sums odd = sums(pairOdd(px.a, px.b), pairOdd(px.b, px.c));
+    const Sums even = sums(pairEven(px.c, px.a), pairEven(px.b, px.b));
+    const Sums odd = sums(pairOdd(px.c, px.a), pairOdd(px.b, px.b));
     return {mergeUpper(even.y, odd.y), mergeUpper(even.cb, odd.cb), mergeUpper(even.cr, odd.cr)};
   }
 
@@ -34,9 +34,9 @@ struct PerPixel {
   struct Sums {
     I32 y, cb, cr;
   };
-  KIP_INLINE Sums sums(I16 rg, I16 gb) const {
-    const I16 d = forward.differences(rg, gb);
-    return {hn::Add(forward.y(rg, gb), lumaZero), hn::Add(forward.cb(d), chromaZero),
+  KIP_INLINE Sums sums(I16 br, I16 gg) const {
+    const I16 d = forward.differences(br, gg);
+    return {hn::Add(forward.y(br, gg), lumaZero), hn::Add(forward.cb(d), chromaZero),
             hn::Add(forward.cr(d), chromaZero)};
   }
 };
@@ -60,16 +60,16 @@ KIP_INLINE PairsWithLeft pairsOf(const WithLeft&, const Rows<const Kip8u, 2>& fr
   return {pairsOf(C3<>(), {{from.at[0]}}, half), pairsOf(C3<>(), {{from.at[1]}}, half)};
 }
 
-/// Weighted sums of (R, G) and (G, B), the weights different for even and odd pixels.
+/// Weighted sums of (B, R) and (G, G), the weights different for even and odd pixels.
 class WeighAlternately {
  public:
   KIP_INLINE WeighAlternately(const Row& even, const Row& odd)
-      : rg_(as<int16_t>(pinnedPerPixel(pairBits(even.r, even.g), pairBits(odd.r, odd.g)))),
-        gb_(as<int16_t>(pinnedPerPixel(pairBits(0, even.b), pairBits(0, odd.b)))) {}
-  KIP_INLINE I32 operator()(I16 rg, I16 gb) const { return hn::Add(dotPairs(rg, rg_), dotPairs(gb, gb_)); }
+      : br_(as<int16_t>(pinnedPerPixel(pairBits(even.b, even.r), pairBits(odd.b, odd.r)))),
+        gg_(as<int16_t>(pinnedPerPixel(pairBits(even.g, 0), pairBits(odd.g, 0)))) {}
+  KIP_INLINE I32 operator()(I16 br, I16 gg) const { return hn::Add(dotPairs(br, br_), dotPairs(gg, gg_)); }
 
  private:
-  I16 rg_, gb_;
+  I16 br_, gg_;
 };
 
 struct ThreeTaps {
@@ -85,14 +85,14 @@ struct ThreeTaps {
 
   KIP_INLINE I16 luma(const PixelPairs& px) const {
     return packPixels(
-        px, [this](I16 rg, I16 gb) KIP_INLINE_LAMBDA { return hn::ShiftRight<15>(hn::Add(y(rg, gb), lumaZero)); });
+        px, [this](I16 br, I16 gg) KIP_INLINE_LAMBDA { return hn::ShiftRight<15>(hn::Add(y(br, gg), lumaZero)); });
   }
   KIP_INLINE static I16 toByte(I16 luma) { return luma; }
   KIP_INLINE Sums sums(const PairsWithLeft& px, I16) const {
     PixelPairs taps;  // the first pixel of each pair, and the sum of both neighbours
     for (int k = 0; k < 2; ++k) {
-      taps.rg[k] = hn::Add(px.rg[k], hn::And(px.left.rg[k], oddPixels));
-      taps.gb[k] = hn::Add(px.gb[k], hn::And(px.left.gb[k], oddPixels));
+      taps.br[k] = hn::Add(px.br[k], hn::And(px.left.br[k], oddPixels));
+      taps.gg[k] = hn::Add(px.gg[k], hn::And(px.left.gg[k], oddPixels));
     }
     return {chromaOf(taps, cb), chromaOf(taps, cr)};
   }
@@ -103,7 +103,7 @@ struct ThreeTaps {
 
  private:
   KIP_INLINE I32 chromaOf(const PixelPairs& px, const WeighAlternately& weigh) const {
-    const I32 lower = weigh(px.rg[0], px.gb[0]), upper = weigh(px.rg[1], px.gb[1]);
+    const I32 lower = weigh(px.br[0], px.gg[0]), upper = weigh(px.br[1], px.gg[1]);
     const I32 sum = hn::Add(evenLanes(lower, upper), oddLanes(lower, upper));
     return hn::ShiftRight<15>(hn::Add(sum, chromaZero));
   }

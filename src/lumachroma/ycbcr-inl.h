@@ -84,26 +84,26 @@ constexpr ForwardSet kBt601 = {{16843, 33030, 6423}, 16, {-9699, -19071, 28770},
 constexpr ForwardSet kBt709Csc = {{11993, 40239, 4063}, 16, {-6619, -22151, 28770}, {28770, -26149, -2621}};
 constexpr ForwardSet kBt709Hdtv = {{13959, 46858, 4719}, 0, {-7668, -25821, 33489}, {33489, -30409, -3080}};
 
-/// A chroma sum from pairs (G - R, B - G): the factors of R, G and B add up to zero, so these differences say all.
+/// A chroma sum from pairs (B - G, R - G): the factors of R, G and B add up to zero, so these differences say all.
 template <const Row& kRow>
-struct WeighDifferences : WeighPairs<-kRow.r, kRow.b> {
+struct WeighDifferences : WeighPairs<kRow.b, kRow.r> {
   static_assert(kRow.r + kRow.g + kRow.b == 0);
   KIP_INLINE WeighDifferences() {}
 };
 
-/// The sums x 2^16 of a coefficient set, from pairs (R, G) and (G, B) and their differences.
+/// The sums x 2^16 of a coefficient set, from pairs (B, R) and (G, G) and their differences.
 template <const ForwardSet& kSet>
 struct Forward {
   KIP_INLINE Forward() {}
 
-  // The factor of G may have more than 16 bits: each pair takes half of it.
+  // The factor of G may have more than 16 bits: each of the two takes half of it.
   static constexpr int kGreenHalf = kSet.y.g / 2;
-  I16 rgWeights = pinnedPairs(kSet.y.r, kGreenHalf), gbWeights = pinnedPairs(kSet.y.g - kGreenHalf, kSet.y.b);
+  I16 brWeights = pinnedPairs(kSet.y.b, kSet.y.r), ggWeights = pinnedPairs(kGreenHalf, kSet.y.g - kGreenHalf);
   WeighDifferences<kSet.cb> cb;
   WeighDifferences<kSet.cr> cr;
 
-  KIP_INLINE I32 y(I16 rg, I16 gb) const { return hn::Add(dotPairs(rg, rgWeights), dotPairs(gb, gbWeights)); }
-  KIP_INLINE static I16 differences(I16 rg, I16 gb) { return hn::Sub(gb, rg); }
+  KIP_INLINE I32 y(I16 br, I16 gg) const { return hn::Add(dotPairs(br, brWeights), dotPairs(gg, ggWeights)); }
+  KIP_INLINE static I16 differences(I16 br, I16 gg) { return hn::Sub(br, gg); }
 };
 
 // ---------------------------------------------------------------------------------------------------------------------

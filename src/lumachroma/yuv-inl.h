@@ -55,12 +55,13 @@ class ChromaZero {
 
 /// 2 Y from pairs of channels: the weighted R and G floored together, B by itself.
 struct DoubledLuma {
-  I16 rgWeights = pinnedPairs(kR15, kG15), bWeight = pinnedPairs(0, kB15);
+  I16 rWeight = pinnedPairs(0, kR15), gWeight = pinnedPairs(kG15, 0), bWeight = pinnedPairs(kB15, 0);
 
   KIP_INLINE DoubledLuma() {}
 
-  KIP_INLINE I32 operator()(I16 rg, I16 gb) const {
-    return hn::Add(hn::ShiftRight<14>(dotPairs(rg, rgWeights)), hn::ShiftRight<14>(dotPairs(gb, bWeight)));
+  KIP_INLINE I32 operator()(I16 br, I16 gg) const {
+    const I32 rg = hn::Add(dotPairs(br, rWeight), dotPairs(gg, gWeight));
+    return hn::Add(hn::ShiftRight<14>(rg), hn::ShiftRight<14>(dotPairs(br, bWeight)));
   }
 };
 
@@ -83,7 +84,7 @@ struct Differences {
 // Forward, subsampled: the chroma of a group is that of its mean colour
 
 /// Encodes by the sums of a group's colours and luma. Of the arithmetic it wants
-///   I32 luma(rg, gb)                      the luma of one vector of pixels, at the arithmetic's scale
+///   I32 luma(br, gg)                      the luma of one vector of pixels, at the arithmetic's scale
 ///   I16 toByte(luma)                      that luma as a sample
 ///   I16 u(blues, lumas), v(reds, lumas)   the chroma of groups from their sums
 template <class Arithmetic>
@@ -95,12 +96,11 @@ struct EncodeSums : Arithmetic {
   KIP_INLINE EncodeSums() {}
 
   KIP_INLINE I16 luma(const PixelPairs& px) const {
-    return packPixels(px, [this](I16 rg, I16 gb) KIP_INLINE_LAMBDA { return Arithmetic::luma(rg, gb); });
+    return packPixels(px, [this](I16 br, I16 gg) KIP_INLINE_LAMBDA { return Arithmetic::luma(br, gg); });
   }
   KIP_INLINE Sums sums(const PixelPairs& px, I16 luma) const {
-    const I32 redGreen = as<int32_t>(addNeighbours(px.rg[0], px.rg[1]));
-    const I32 greenBlue = as<int32_t>(addNeighbours(px.gb[0], px.gb[1]));
-    return {hn::And(redGreen, set<int32_t>(0xFFFF)), hn::ShiftRight<16>(greenBlue), dotPairs(luma, set<int16_t>(1))};
+    const I32 br = as<int32_t>(addNeighbours(px.br[0], px.br[1]));
+    return {hn::ShiftRight<16>(br), hn::And(br, set<int32_t>(0xFFFF)), dotPairs(luma, set<int16_t>(1))};
   }
   KIP_INLINE void chroma(const Sums (&half)[2], Subsampled& s) const {
     const I16 luma = packWords(half[0].luma, half[1].luma);
@@ -123,13 +123,13 @@ struct Mean422 {
 
 /// Sums of a 2 x 2 block, brought to the scale of one doubled pixel.
 struct Mean420 {
-  I16 rgWeights = pinnedPairs(kR15, kG15), bWeight = pinnedPairs(0, kB15);
+  I16 brWeights = pinnedPairs(kB15, kR15), gWeight = pinnedPairs(kG15, 0);
   Differences differences;
 
   KIP_INLINE Mean420() {}
 
-  KIP_INLINE I32 luma(I16 rg, I16 gb) const {
-    return hn::ShiftRight<14>(hn::Add(dotPairs(rg, rgWeights), dotPairs(gb, bWeight)));
+  KIP_INLINE I32 luma(I16 br, I16 gg) const {
+    return hn::ShiftRight<14>(hn::Add(dotPairs(br, brWeights), dotPairs(gg, gWeight)));
   }
   KIP_INLINE I16 toByte(I16 y2) const { return hn::ShiftRight<1>(y2); }
   KIP_INLINE I16 u(I16 blues, I16 lumas) const {

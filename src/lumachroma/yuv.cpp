@@ -83,9 +83,7 @@ struct ForwardRest {
   KIP_INLINE ForwardRest() {}
 
   KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
-    const Tag<int16_t> d;
-    const I16 y2 = packWords(luma(hn::InterleaveLower(px.a, px.b), hn::InterleaveLower(px.b, px.c)),
-                             luma(hn::InterleaveUpper(d, px.a, px.b), hn::InterleaveUpper(d, px.b, px.c)));
+    const I16 y2 = packPixels(pairsOf(px), luma);
     return {hn::ShiftRight<1>(y2), chroma.u(shiftLeft<1>(px.c), y2), chroma.v(shiftLeft<1>(px.a), y2)};
   }
 };
@@ -109,25 +107,22 @@ struct DifferenceRun {
 struct DifferenceRest {
   using Lane = int16_t;
   KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
-    const Tag<int16_t> d;
-    const Sums lower = sums(hn::InterleaveLower(px.a, px.b), hn::InterleaveLower(px.c, px.b));
-    const Sums upper = sums(hn::InterleaveUpper(d, px.a, px.b), hn::InterleaveUpper(d, px.c, px.b));
-    return {packWords(lower.y, upper.y), packWords(lower.u, upper.u), packWords(lower.v, upper.v)};
+    const PixelPairs pairs = pairsOf(px);
+    const Pixels<I32> lower = samples(pairs.br[0], pairs.gg[0]), upper = samples(pairs.br[1], pairs.gg[1]);
+    return packChannels(lower, upper, [](I32 l, I32 u) KIP_INLINE_LAMBDA { return packWords(l, u); });
   }
 
  private:
-  struct Sums {
-    I32 y, u, v;
-  };
-  KIP_INLINE static Sums sums(I16 rg, I16 bg) {
+  KIP_INLINE static Pixels<I32> samples(I16 br, I16 gg) {
     constexpr int kGreenHalf = 38470 / 2;  // too large for one signed 16-bit factor
-    const I32 s = hn::Add(dotPairs(rg, setPairs(19595, kGreenHalf)), dotPairs(bg, setPairs(7471, kGreenHalf)));
-    const auto chroma = [&](I16 pairs, int factor) {
-      const I32 channel16 = hn::ShiftLeft<16>(as<int32_t>(pairs));  // the even channel x 2^16
+    const I32 s = hn::Add(dotPairs(br, setPairs(7471, 19595)), dotPairs(gg, setPairs(kGreenHalf, kGreenHalf)));
+    const auto chroma = [&](I32 channel16, int factor) {
       const I32 rounded = hn::ShiftRight<16>(hn::Add(hn::Sub(channel16, s), set<int32_t>(32767)));
       return hn::Add(hn::ShiftRight<16>(hn::Mul(rounded, set<int32_t>(factor))), set<int32_t>(kChromaZero));
     };
-    return {hn::ShiftRight<16>(s), chroma(bg, 32244), chroma(rg, 57475)};
+    const I32 both = as<int32_t>(br);
+    const I32 blue16 = hn::ShiftLeft<16>(both), red16 = hn::And(both, as<int32_t>(setPairs(0, -1)));
+    return {hn::ShiftRight<16>(s), chroma(blue16, 32244), chroma(red16, 57475)};
   }
 };
 
