@@ -179,7 +179,8 @@ class Convert {
   static constexpr bool kWideBytes = requires(const Src& src, Rows<const Kip8u, Src::kPointers> from) {
     src.loadWide(from);
   }
-  &&std::is_same_v<typename Dst::T, uint8_t> && !std::is_same_v<typename Op::Lane, uint8_t> && !Dst::kTakesAlpha;
+  &&std::is_same_v<typename Dst::T, uint8_t> && !Dst::kTakesAlpha &&
+      (std::is_same_v<typename Op::Lane, int16_t> || std::is_same_v<typename Op::Lane, float>);
 
   template <class From, class To>
   KIP_INLINE void block(const From& from, const To& to) const {

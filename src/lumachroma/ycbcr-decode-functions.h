@@ -1,7 +1,7 @@
 // The functions from YCbCr to RGB: name, arguments, rules, kernel.
 // clang-format off
-KIP_FUNCTION(kipiYCbCrToRGB_8u_C3R,           KIP_C_C(Kip8u, Kip8u),      kAnySize, Full<kFloored1, C3<>, C3<>>)
-KIP_FUNCTION(kipiYCbCrToRGB_8u_AC4R,          KIP_C_C(Kip8u, Kip8u),      kAnySize, Full<kFloored1, AC4<>, AC4<>>)
+KIP_FUNCTION(kipiYCbCrToRGB_8u_C3R,           KIP_C_C(Kip8u, Kip8u),      kAnySize, FullInterleaved<kFloored1, C3<>>)
+KIP_FUNCTION(kipiYCbCrToRGB_8u_AC4R,          KIP_C_C(Kip8u, Kip8u),      kAnySize, FullInterleaved<kFloored1, AC4<>>)
 KIP_FUNCTION(kipiYCbCrToRGB_8u_P3R,           KIP_P_P(Kip8u, Kip8u, 3),   kAnySize, Full<kFloored1, P3<>, P3<>>)
 KIP_FUNCTION(kipiYCbCrToRGB_8u_P3C3R,         KIP_P_C(Kip8u, Kip8u, 3),   kAnySize, Full<kFloored2, P3<>, Rgb>)
 KIP_FUNCTION(kipiYCbCrToRGB_8u_P3C4R,         KIP_P_CA(Kip8u, Kip8u, 3),  kAnySize, Full<kFloored2, P3<>, RgbAval>)

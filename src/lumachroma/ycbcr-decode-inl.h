@@ -7,6 +7,7 @@
 #define KIP_LUMACHROMA_YCBCR_DECODE_INL_H_
 #endif
 
+#include "frame/lanes-inl.h"
 #include "lumachroma/ycbcr-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -56,6 +57,39 @@ class PerPixel {
   WeighSample<kX.cbToB> cbToB_;
   U8 lumaZero_ = pinned<uint8_t>(kSet.lumaZero), chromaZero_ = pinned<uint8_t>(kChromaZero);
   I32 rounding_ = pinned<int32_t>(kSet.rounding.r);
+};
+
+/// The same for pixels in 32-bit lanes.
+template <const InverseSet& kSet>
+class PerLane {
+ public:
+  using Lane = PixelLanes;
+
+  KIP_INLINE PerLane() {}
+  KIP_INLINE U8 operator()(U8 px) const {
+    const I16 lumaAndCr = dotBytes(px, forR_);
+    const I32 luma = y_(lumaAndCr);
+    return packLanes({hn::Add(yAndCrToR_(lumaAndCr), r_), hn::Add(hn::Add(luma, toG_(dotBytes(px, forG_))), g_),
+                      hn::Add(hn::Add(luma, toB_(dotBytes(px, forB_))), b_)});
+  }
+
+ private:
+  static constexpr Factors kX = kSet.factors;
+
+  // Bytes Y, Cb, Cr of a lane to two 16-bit samples, scaled so that the rest of a factor fits.
+  KIP_INLINE static I8 scales(int y, int cb, int cr) {
+    return as<int8_t>(pinnedPairs(bytePair(y, cb), bytePair(cr, 0)));
+  }
+  I8 forR_ = scales(scaleOf(kX.y), 0, scaleOf(kX.crToR));
+  I8 forG_ = scales(0, scaleOf(kX.cbToG), scaleOf(kX.crToG));
+  I8 forB_ = scales(0, scaleOf(kX.cbToB), 0);
+  WeighPairs<afterScale(kX.y), 0> y_;
+  WeighPairs<afterScale(kX.y), afterScale(kX.crToR)> yAndCrToR_;
+  WeighPairs<-afterScale(kX.cbToG), -afterScale(kX.crToG)> toG_;
+  WeighPairs<afterScale(kX.cbToB), 0> toB_;
+  I32 r_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.r, kX.crToR));
+  I32 g_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.g, -kX.cbToG - kX.crToG));
+  I32 b_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.b, kX.cbToB));
 };
 
 /// Pixels that share chroma, in 16-bit lanes.

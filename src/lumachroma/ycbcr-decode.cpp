@@ -83,6 +83,8 @@ struct DecodeFiltered {
 
 template <const InverseSet& kSet, class Src, class Dst>
 using Full = Convert<PerPixel<kSet>, Src, Dst>;
+template <const InverseSet& kSet, class Layout>
+using FullInterleaved = Convert<PerLane<kSet>, Whole<Layout>, Whole<Layout>>;
 template <const InverseSet& kSet, class Src, class Dst>
 using Planes = Decode<PerGroup<kSet, Src>, Src, Dst>;
 template <const InverseSet& kSet, class Src, class Dst>

@@ -143,6 +143,11 @@ constexpr InverseSet kFloored4 = {kBt601Factors4, 16, kDown};
 constexpr InverseSet kRounded709Csc = {kBt709CscFactors, 16, kNearest};
 constexpr InverseSet kRounded709Hdtv = {kBt709HdtvFactors, 0, kNearest};
 
+/// What the zeros of luma and chroma, and the rounding, come to in the sum of a channel with that factor of chroma.
+constexpr int constantOf(const InverseSet& set, int rounding, int chroma) {
+  return rounding - set.lumaZero * set.factors.y - kChromaZero * chroma;
+}
+
 /// RGB from subsampled luma and chroma. Layout says where in their lanes the samples are.
 template <const InverseSet& kSet, class Layout>
 class InversePairs {
@@ -177,9 +182,6 @@ class InversePairs {
     const int forCb = only(Layout::kChromaByte, cb), forCr = only(Layout::kChromaByte, cr);
     return as<int8_t>(Layout::kChromaSwapped ? pinnedPairs(forCr, forCb) : pinnedPairs(forCb, forCr));
   }
-  KIP_INLINE static I32 constant(int rounding, int chroma) {
-    return pinned<int32_t>(rounding - kSet.lumaZero * kX.y - kChromaZero * chroma);
-  }
 
   I8 lumaScale_ = as<int8_t>(pinned<int16_t>(only(Layout::kLumaByte, scaleOf(kX.y))));
   WeighPairs<afterScale(kX.y), 0> evenLuma_;
@@ -189,9 +191,9 @@ class InversePairs {
   Weigh<0, afterScale(kX.crToR)> toR_;
   Weigh<-afterScale(kX.cbToG), -afterScale(kX.crToG)> toG_;
   Weigh<afterScale(kX.cbToB), 0> toB_;
-  I32 r_ = constant(kSet.rounding.r, kX.crToR);
-  I32 g_ = constant(kSet.rounding.g, -kX.cbToG - kX.crToG);
-  I32 b_ = constant(kSet.rounding.b, kX.cbToB);
+  I32 r_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.r, kX.crToR));
+  I32 g_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.g, -kX.cbToG - kX.crToG));
+  I32 b_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.b, kX.cbToB));
 };
 
 /// The sums of a channel at full resolution, x 2^16: 32 bits for the even and for the odd pixels, and what is to be
