@@ -1118,8 +1118,7 @@ KIPAPI KipStatus kipiYCoCgToSBGR_Rev_32s16s_P3C4R(const Kip32s* pSrc[3], int src
  *  / 2) wide, those of YCbCr420 Dither ceil(height / 2) high; the last pixel of an odd width in C2 has the chroma of
  *  the pair before it, and a single one has its one chroma byte for both. 420 without Dither and all of YUV420 convert
  *  whole blocks of 2 x 2 and return kipStatusOddSize when width or height is odd. 411 converts whole groups of 4
- *  columns and returns kipStatusOk. RGB565ToYUV422 converts whole pairs and returns kipStatusOddSize when the width is
- *  odd.
+ *  columns without a warning; RGB565ToYUV422 whole pairs, with kipStatusOddSize when the width is odd.
  *
  *  Only RGB565ToRGB, BGR565ToBGR, RGBToRGB565 and BGRToBGR565 check their steps, after the size: kipStatusBadStep below
  *  1.
