@@ -1106,8 +1106,8 @@ KIPAPI KipStatus kipiYCoCgToSBGR_Rev_32s16s_P3C4R(const Kip32s* pSrc[3], int src
  *  packed 422 are those of the 8-bit functions; each sample serves its pixels unchanged.
  *
  *  Dither: each level is raised to the next one where the rest is above a threshold from a 4 x 4 Bayer matrix, whose
- *  first row and column are those of the region. Flat fields get patterns of 4 x 4 pixels. The colours come from
- *  factors of 13 bits with each product floored, and may differ by one from those of the plain functions.
+ *  first row and column are those of the region. Flat fields get patterns of 4 x 4 pixels. YCbCr has factors of 13 bits
+ *  here, each product floored: its colours may differ by one from those of the plain functions.
  *
  *  From words: each field becomes the upper bits of a byte whose lower bits are zero; then the conversion is that of
  *  the 8-bit functions of the same name, with their minimum sizes and warnings. RGB565ToRGB and BGR565ToBGR put the
@@ -1118,7 +1118,7 @@ KIPAPI KipStatus kipiYCoCgToSBGR_Rev_32s16s_P3C4R(const Kip32s* pSrc[3], int src
  *  / 2) wide, those of YCbCr420 Dither ceil(height / 2) high; the last pixel of an odd width in C2 has the chroma of
  *  the pair before it, and a single one has its one chroma byte for both. 420 without Dither and all of YUV420 convert
  *  whole blocks of 2 x 2 and return kipStatusOddSize when width or height is odd. 411 converts whole groups of 4
- *  columns. RGB565ToYUV422 converts whole pairs and returns kipStatusOddSize when the width is odd.
+ *  columns without a warning; RGB565ToYUV422 whole pairs, with kipStatusOddSize when the width is odd.
  *
  *  Only RGB565ToRGB, BGR565ToBGR, RGBToRGB565 and BGRToBGR565 check their steps, after the size: kipStatusBadStep below
  *  1.

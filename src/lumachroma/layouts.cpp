@@ -165,22 +165,22 @@ using YCbCr411P3 = ThreePlanes<4, 1>;
 using YCbCr411P2 = TwoPlanes<4, 1>;
 using YCbCr1620P3 = ThreePlanes<4, 4>;
 
-/// kTimes rows of chroma of a layout, behind a row of luma where kLuma.
-template <class Layout, bool kLuma, int kTimes = 1>
+/// Rows of chroma of a layout, behind rows of luma.
+template <class Layout, int kLumas, int kTimes = 1>
 struct RowsOf : Layout {
   static constexpr int kEach = Layout::kPointers;
-  static constexpr int kPointers = kLuma + kTimes * kEach;
+  static constexpr int kPointers = kLumas + kTimes * kEach;
   static constexpr size_t bytes(int p, size_t pixels) {
-    return p < kLuma ? Luma::bytes(0, pixels) : Layout::bytes((p - kLuma) % kEach, pixels);
+    return p < kLumas ? Luma::bytes(0, pixels) : Layout::bytes((p - kLumas) % kEach, pixels);
   }
   template <class Byte>
   static void set(Rows<Byte, kPointers>& rows, int which, const Rows<Byte, kEach>& row) {
-    for (int p = 0; p < kEach; ++p) rows.at[kLuma + which * kEach + p] = row.at[p];
+    for (int p = 0; p < kEach; ++p) rows.at[kLumas + which * kEach + p] = row.at[p];
   }
   template <class Byte>
   KIP_INLINE static Rows<Byte, kEach> get(const Rows<Byte, kPointers>& rows, int which) {
     Rows<Byte, kEach> row;
-    for (int p = 0; p < kEach; ++p) row.at[p] = rows.at[kLuma + which * kEach + p];
+    for (int p = 0; p < kEach; ++p) row.at[p] = rows.at[kLumas + which * kEach + p];
     return row;
   }
 };
@@ -198,6 +198,7 @@ struct Place {
 /// What most rules have in common.
 struct RuleBase {
   static constexpr int kGroup = 1;           ///< rows of luma that belong together, if more than the layouts say
+  static constexpr bool kAlike = true;       ///< whether all rows of chroma are made in the same way
   static bool copies(int) { return false; }  ///< whether Nearest gives this row, too
 };
 
@@ -244,6 +245,7 @@ KIP_INLINE I16 upperSums(U8 a, U8 b, I8 weights) {
 /// Twice the rows: the even ones are the source's, the odd ones (9 (b + c) - a - d + 8) >> 4 of the four rows around.
 struct FourTap : RuleBase {
   static constexpr int kTaps = 4;
+  static constexpr bool kAlike = false;
   static bool copies(int row) { return row % 2 == 0; }
 
   int taps[kTaps];
@@ -265,6 +267,7 @@ template <int kBits>
 struct OfField : RuleBase {
   static constexpr int kTaps = 2;
   static constexpr int kGroup = 4;
+  static constexpr bool kAlike = false;
 
   int taps[kTaps];
   I8 weights;
@@ -361,18 +364,8 @@ struct Relayout {
 
   static void rows(const Job& job, int first, int last) {
     const int top = first * kRows, bottom = last * kRows;
-    if constexpr (!Src::kPacked && !Dst::kPacked) {
-      copyLuma(job, top, bottom, columns(job));
-      chroma(job, top / Dst::kDown, bottom / Dst::kDown);
-    } else if constexpr (kRowForRow) {
-      chroma(job, top, bottom);
-    } else {
-      for (int y = top; y < bottom; ++y) {
-        const bool hasChroma = y % Dst::kDown == 0;
-        if (hasChroma) chroma(job, y / Dst::kDown, y / Dst::kDown + 1);
-        if (!hasChroma || !kTogether) unpackLuma(job, y);
-      }
-    }
+    if (!Src::kPacked && !Dst::kPacked) copyLuma(job, top, bottom, columns(job));
+    chroma(job, top / Dst::kDown, bottom / Dst::kDown);
   }
 
  private:
@@ -380,25 +373,14 @@ struct Relayout {
   static constexpr bool kExchange = Src::kCrFirst != Dst::kCrFirst;
   static_assert(!kExchange || Src::kPlanes == 3 || Dst::kPlanes == 3, "Cb and Cr change places where they are planes");
 
-  /// Whether each row is made from the source's row of the same number, and all alike.
-  static constexpr bool kRowForRow = Src::kDown == Dst::kDown && std::is_same_v<Rule, Nearest>;
-
-  /// Whether luma goes along with the chroma of its row, as it is packed with it.
-  static constexpr bool kTogether = Dst::kPacked || (Src::kPacked && Rule::kTaps == 1);
+  /// Rows of luma that are unpacked along with a row of chroma: those from which it is made, and the next ones.
+  static constexpr int kUnpacked = Src::kPacked && !Dst::kPacked ? Dst::kDown : 0;
 
   static size_t columns(const Job& job) { return job.width / kColumns * kColumns; }
 
-  static void unpackLuma(const Job& job, int y) {
-    if constexpr (!Dst::kPacked) {
-      forBlocks<Src, Luma>({{job.src.row(0, y)}}, {{job.dst.row(0, y)}}, 0, columns(job),
-                           [](const auto& in, const auto& out)
-                               KIP_INLINE_LAMBDA { Src::luma(in.at[0]).store(out.at[0]); });
-    }
-  }
-
   /// Rows of the destination's chroma.
   static void chroma(const Job& job, int first, int last) {
-    if constexpr (kRowForRow) {
+    if constexpr (Rule::kAlike) {
       chroma<Rule>(job, first, last);
     } else {
       for (int row = first; row < last; ++row) {
@@ -419,21 +401,23 @@ struct Relayout {
   /// Rows that have the rule of the first one in common.
   template <class R>
   static void chroma(const Job& job, int first, int last) {
-    constexpr bool kLumaBehind = kTogether && !Dst::kPacked;
-    using From = RowsOf<Src, Dst::kPacked, R::kTaps>;
-    using To = RowsOf<Dst, kLumaBehind>;
+    constexpr int kRead = std::max(R::kTaps, kUnpacked);
+    using From = RowsOf<Src, Dst::kPacked, kRead>;
+    using To = RowsOf<Dst, kUnpacked>;
     const auto rowsAt = [&](int row, Rows<const Kip8u, From::kPointers>& from, Rows<Kip8u, To::kPointers>& to) {
       const Place place = placeOf(job, row);
       const R rule(place);
       if (Dst::kPacked) from.at[0] = job.src.row(0, row);
-      for (int t = 0; t < R::kTaps; ++t) {
-        From::set(from, t, Src::rows(job.src, rule.taps[t], kExchange && Src::kPlanes == 3));
+      for (int i = 0; i < kRead; ++i) {
+        const int read = i < R::kTaps ? rule.taps[i] : place.nearest + i;
+        From::set(from, i, Src::rows(job.src, read, kExchange && Src::kPlanes == 3));
+        if (i < kUnpacked) to.at[i] = job.dst.row(0, read);
       }
-      if (kLumaBehind) to.at[0] = job.dst.row(0, place.nearest);
       To::set(to, 0, Dst::rows(job.dst, row, kExchange && Src::kPlanes != 3));
     };
     const R rule(placeOf(job, first));
     forRows<From, To>(first, last, columns(job), rowsAt, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+      const Unpacked luma = unpackLuma<From>(in);
       Chroma<Dst::kAcross> taps[R::kTaps], c;
       for (int t = 0; t < R::kTaps; ++t) taps[t] = resample<R, Lane, Dst::kAcross>(Src::load(From::get(in, t), Lane()));
       for (int i = 0; i < 4 / Dst::kAcross; ++i) {
@@ -444,10 +428,22 @@ struct Relayout {
       if constexpr (Dst::kPacked) {
         Dst::store(Luma::load(in.at[0]), c, out);
       } else {
-        if constexpr (kLumaBehind) Src::luma(in.at[0]).store(out.at[0]);
+        for (int i = 0; i < kUnpacked; ++i) luma.row[i].store(out.at[i]);
         Dst::store(c, To::get(out, 0), Lane());
       }
     });
+  }
+
+  struct Unpacked {
+    Luma row[std::max(kUnpacked, 1)];
+  };
+  template <class From>
+  KIP_INLINE static Unpacked unpackLuma(const Rows<const Kip8u, From::kPointers>& from) {
+    Unpacked luma;
+    if constexpr (kUnpacked > 0) {
+      for (int i = 0; i < kUnpacked; ++i) luma.row[i] = Src::luma(From::get(from, i).at[0]);
+    }
+    return luma;
   }
 };
 
@@ -475,7 +471,7 @@ struct Double1620 {
   /// From kTaps rows, each twice: as it is and one sample further on.
   template <int kTaps>
   static void chroma(const Job& job, int row, const int (&taps)[kTaps]) {
-    using From = RowsOf<Src, false, 2 * kTaps>;
+    using From = RowsOf<Src, 0, 2 * kTaps>;
     Rows<const Kip8u, From::kPointers> inner, last;
     const size_t end = job.width - Src::kAcross;
     for (int t = 0; t < kTaps; ++t) {
@@ -503,7 +499,7 @@ struct Double1620 {
    private:
     template <class From>
     KIP_INLINE static Chroma<2> doubled(const From& in, int tap) {
-      using Source = RowsOf<Src, false, 2 * kTaps>;
+      using Source = RowsOf<Src, 0, 2 * kTaps>;
       const U8 here = Src::load(Source::get(in, 2 * tap), Sample()).part[0];
       const U8 next = Src::load(Source::get(in, 2 * tap + 1), Sample()).part[0];
       Chroma<2> c;

@@ -167,7 +167,7 @@ HWY_AFTER_NAMESPACE();
 #include "frame/convert.h"
 
 namespace kip {
-constexpr Rules kEveryPixel = {};
+constexpr Rules kAnySize = {};
 constexpr Rules kWholeBlocks420 = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
 constexpr Rules kPositiveSteps = {.steps = StepCheck::kAfterSize};
 }  // namespace kip

@@ -61,26 +61,14 @@ class Words {
   PlaneContent& plane_;
 };
 
-constexpr int kThresholds5[16] = {0, 1118, 279, 1398, 1678, 559, 1957, 839, 419, 1538, 139, 1258, 2097, 978, 1817, 699};
-constexpr int kThresholds4[16] = {0,   2312, 578, 2890, 3468, 1156, 4046, 1734,
-                                  867, 3179, 289, 2601, 4335, 2023, 3757, 1445};
+constexpr int kBayersOrder[16] = {0, 8, 2, 10, 12, 4, 14, 6, 3, 11, 1, 9, 15, 7, 13, 5};
 
+/// A level, or the next one where the rest is above the threshold of the pixel's place. The sixteen thresholds divide
+/// what lies between two levels in steps of 17/256; those of 6 bits are half of those of 5.
 int dithered(int value, int bits, int x, int y) {
-  const int place = 4 * (y % 4) + x % 4;
-  switch (bits) {
-    case 4: {
-      const int q = 15 * value >> 8;
-      return 256 * value - 4352 * q > kThresholds4[place] ? q + 1 : q;
-    }
-    case 5: {
-      const int q = 31 * value >> 8;
-      return 256 * value - 2105 * q > kThresholds5[place] ? q + 1 : q;
-    }
-    default: {
-      const int q = 63 * value >> 8;
-      return 256 * value - 1036 * q > kThresholds5[place] >> 1 ? q + 1 : q;
-    }
-  }
+  const int last = (1 << bits) - 1, level = last * value >> 8, rest = 256 * value - 65280 / last * level;
+  const int threshold = kBayersOrder[4 * (y % 4) + x % 4] * 255 * 17 / (bits == 4 ? 15 : 31);
+  return level + (rest > (bits == 6 ? threshold >> 1 : threshold));
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -197,24 +185,16 @@ TEST(Packed16, WhiteIsWhite) {
     Content result = flatField(*find(name), {2, 2}, white);
     EXPECT_EQ(Words(result).get(1, 1), word) << name;
   }
-  // 254 is not quite white: dithered it is one level lower where the thresholds are highest.
-  const Function& function = *find("kipiYCbCrToRGB565Dither_8u16u_C3R");
-  Content result = flatField(function, {4, 4}, white);
-  const Packing packing(function.parts);
-  for (int i = 0; i < 16; ++i) {
-    const int word = Words(result).get(i % 4, i / 4), threshold = kThresholds5[i];
-    const int redOrBlue = threshold == 1957 || threshold == 2097 ? 30 : 31;
-    const int green = redOrBlue == 30 || threshold == 1678 || threshold == 1817 ? 62 : 63;
-    EXPECT_EQ(packing.level(word, 0), redOrBlue) << "place " << i;
-    EXPECT_EQ(packing.level(word, 1), green) << "place " << i;
-    EXPECT_EQ(packing.level(word, 2), redOrBlue) << "place " << i;
-  }
+  // Which is 254: dithered, it is one level lower where the thresholds are highest.
+  Content result = flatField(*find("kipiYCbCrToRGB565Dither_8u16u_C3R"), {4, 4}, white);
+  const int words[16] = {0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFDF, 0xFFFF, 0xF7DE, 0xFFFF,
+                         0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xF7DE, 0xFFFF, 0xFFDF, 0xFFFF};
+  for (int i = 0; i < 16; ++i) EXPECT_EQ(Words(result).get(i % 4, i / 4), words[i]) << "place " << i;
 }
 
 /// Between two levels, pixels of a 4 x 4 square are raised one by one in Bayer's order, as grey grows; the same in
 /// every square, from the region's first pixel on, and as many as the grey asks for.
 TEST(Packed16, DitherPatternsGrowInBayersOrder) {
-  constexpr int kOrder[16] = {0, 8, 2, 10, 12, 4, 14, 6, 3, 11, 1, 9, 15, 7, 13, 5};
   for (const char* name : {"kipiYUV420ToRGB565Dither_8u16u_P3C3R", "kipiYUV420ToBGR555Dither_8u16u_P3C3R",
                            "kipiYUV420ToRGB444Dither_8u16u_P3C3R"}) {
     const Function& function = *find(name);
@@ -232,7 +212,7 @@ TEST(Packed16, DitherPatternsGrowInBayersOrder) {
         const double ideal = grey * 16 * ((1 << packing.bits[c]) - 1) / 255.0;
         EXPECT_NEAR(16 * lowest + raised, ideal, 4.2) << name << ", grey " << grey;
         for (int i = 0; i < 12 * 8; ++i) {
-          const int x = i % 12, y = i / 12, wanted = lowest + (kOrder[4 * (y % 4) + x % 4] < raised);
+          const int x = i % 12, y = i / 12, wanted = lowest + (kBayersOrder[4 * (y % 4) + x % 4] < raised);
           ASSERT_EQ(level(x, y), wanted) << name << ", grey " << grey << " at " << x << ", " << y;
         }
       }

@@ -1,5 +1,7 @@
 // Packed 16-bit RGB: bands of few levels, and how dithering breaks them up.
 
+#include <set>
+
 #include "page.h"
 
 namespace {
@@ -51,6 +53,23 @@ Picture showWords(Page& page, const Picture& photo, Planes& ycbcr, const Space& 
   return picture;
 }
 
+/// The top left corner of the square, of all those on a grid, with most colours: there bands meet.
+Corner mostColours(const Picture& picture, int side) {
+  Corner corner = {0, 0};
+  size_t most = 0;
+  for (int y = 0; y + side <= picture.height; y += side / 2) {
+    for (int x = 0; x + side <= picture.width; x += side / 2) {
+      std::set<std::array<Kip8u, 3>> colours;
+      for (int i = 0; i < side * side; ++i) {
+        const Kip8u* rgb = picture.at(x + i % side, y + i / side);
+        colours.insert({rgb[0], rgb[1], rgb[2]});
+      }
+      if (colours.size() > most) most = colours.size(), corner = {x, y};
+    }
+  }
+  return corner;
+}
+
 void show(Page& page, const Picture& photo) {
   page.section("Packed 16-bit RGB",
                "Three channels in one word: few levels, which show as bands where colours change slowly.");
@@ -63,8 +82,8 @@ void show(Page& page, const Picture& photo) {
     dithered = showWords(page, photo, ycbcr, space, true);
   }
 
-  const auto [x, y] = worstSquare(plain, dithered, kCloseUp);
-  page.row("Close up", "Where dithering " + std::string(kSpaces[1].name) + " changes most.");
+  const auto [x, y] = mostColours(plain, kCloseUp);
+  page.row("Close up", "Where bands of " + std::string(kSpaces[1].name) + " meet.");
   const auto closeUp = [&](const Picture& picture, const std::string& title) {
     page.show(
         {.picture = enlarge(crop(picture, x, y, kCloseUp, kCloseUp), kZoom, kZoom), .title = title + " close up"});
