@@ -7,6 +7,7 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
+#include "frame/bytetable-inl.h"
 #include "lumachroma/ycbcr-encode-inl.h"
 #include "frame/transfer709.h"
 
@@ -109,19 +110,29 @@ struct ThreeTaps {
   }
 };
 
-/// Source samples as they are, or through a table.
+/// What happens to the source samples first: nothing, or the transfer curve. There may be some more behind them, so
+/// that they make whole vectors.
 struct Linear {
-  static void copy(const Kip8u* from, size_t count, Kip8u* to) { std::memcpy(to, from, count); }
+  static void transfer(Kip8u*, size_t) {}
 };
 struct Transferred {
-  static void copy(const Kip8u* from, size_t count, Kip8u* to) {
-    for (size_t i = 0; i < count; ++i) to[i] = kTransfer709[from[i]];
+  static constexpr int kTogether = 4;
+  static constexpr size_t kBytes = kTogether * kLanes<uint8_t>;
+
+  static void transfer(Kip8u* samples, size_t count) {
+    const Tag<uint8_t> d;
+    for (size_t i = 0; i < count; i += kBytes) {
+      U8 v[kTogether];
+      for (int k = 0; k < kTogether; ++k) v[k] = hn::LoadU(d, samples + i + k * kLanes<uint8_t>);
+      ByteTable<kTransfer709>::lookUp(v);
+      for (int k = 0; k < kTogether; ++k) hn::StoreU(v[k], d, samples + i + k * kLanes<uint8_t>);
+    }
   }
 };
 
 /// A row goes through a piece of memory that has two pixels more on the left. At the row's start they are black: the
 /// missing neighbour has no chroma.
-template <class Read>
+template <class Curve>
 struct Smoothed {
   using Taps = Encode<ThreeTaps, WithLeft, CbYCrY>;
 
@@ -132,14 +143,15 @@ struct Smoothed {
 
  private:
   static constexpr int kPixelBytes = 3, kLeftBytes = 2 * kPixelBytes;
-  static constexpr int kPiece = 512;  // pixels
+  static constexpr int kPiece = 512;  // pixels: whole vectors, however many the curve takes at once
 
   static void row(const Taps& encode, int width, const Kip8u* from, Kip8u* to) {
     Kip8u memory[kLeftBytes + kPiece * kPixelBytes] = {};
     Kip8u* const pixels = memory + kLeftBytes;
     for (int left = width; left > 0; left -= kPiece) {
       const int count = std::min(left, kPiece), pairs = wholeGroups<CbYCrY>(count);
-      Read::copy(from, count * kPixelBytes, pixels);
+      std::memcpy(pixels, from, count * kPixelBytes);
+      Curve::transfer(pixels, count * kPixelBytes);
       encode.group({{pixels, memory}}, {{to}}, pairs);
       if (pairs < count) {
         writeLonePixel<kBt601, kToNearest, CbYCrY>(pixelAt<C3<>>({{pixels}}, pairs), to + CbYCrY::bytes(0, pairs));
