@@ -117,12 +117,18 @@ double psnr(const Picture& a, const Picture& b) {
   return 10 * std::log10(255. * 255. * a.samples.size() / squares);
 }
 
-Corner worstSquare(const Picture& a, const Picture& b, int side) {
+Corner worstSquare(const Picture& a, const Picture& b, int side) { return worstSquare({{a, b}}, side); }
+
+Corner worstSquare(std::initializer_list<Pair> pairs, int side) {
+  const KipiSize size = pairs.begin()->a.size();
   Corner worst = {0, 0};
   double lowest = std::numeric_limits<double>::infinity();
-  for (int y = 0; y + side <= a.height; y += side / 2) {
-    for (int x = 0; x + side <= a.width; x += side / 2) {
-      const double quality = psnr(crop(a, x, y, side, side), crop(b, x, y, side, side));
+  for (int y = 0; y + side <= size.height; y += side / 2) {
+    for (int x = 0; x + side <= size.width; x += side / 2) {
+      double quality = 0;
+      for (const auto& [a, b] : pairs) {
+        quality = std::max(quality, psnr(crop(a, x, y, side, side), crop(b, x, y, side, side)));
+      }
       if (quality < lowest) lowest = quality, worst = {x, y};
     }
   }

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <filesystem>
+#include <initializer_list>
 #include <vector>
 
 #include "kipcc.h"
@@ -59,3 +60,8 @@ struct Corner {
   int x, y;
 };
 Corner worstSquare(const Picture& a, const Picture& b, int side);
+/// The same for several pairs of pictures: the pair that differs least decides.
+struct Pair {
+  const Picture &a, &b;
+};
+Corner worstSquare(std::initializer_list<Pair> pairs, int side);

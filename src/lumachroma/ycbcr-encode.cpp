@@ -7,6 +7,7 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
+#include "frame/bytetable-inl.h"
 #include "lumachroma/ycbcr-encode-inl.h"
 #include "frame/transfer709.h"
 
@@ -49,23 +50,46 @@ constexpr Row kY15 = {8422, 16515, 3212};
 constexpr Row kCb15 = {-1213, -2385, 3596}, kCbCentre15 = {-2426, -4769, 7193};
 constexpr Row kCr15 = {3596, -3015, -582}, kCrCentre15 = {7193, -6030, -1164};
 
-/// RGB pixels that can see those two to their left: a pointer to each.
+/// RGB pixels, and before each of their pairs the one to its left. The pointer is one pixel and a byte before them: so
+/// a load of 16 bytes has four pixels and the one before.
 struct WithLeft : C3<> {
-  static constexpr int kPointers = 2;
+  static constexpr int kBefore = 4;  // bytes
 };
-struct PairsWithLeft : PixelPairs {
-  PixelPairs left;
+struct Taps : PixelPairs {  // in gg, the second pixel of a pair has the left one's G beside its own
+  I16 leftBr[2];            // to the second pixel of each pair; the first one has zeros
 };
-KIP_INLINE PairsWithLeft pairsOf(const WithLeft&, const Rows<const Kip8u, 2>& from, int half) {
-  return {pairsOf(C3<>(), {{from.at[0]}}, half), pairsOf(C3<>(), {{from.at[1]}}, half)};
+KIP_INLINE Taps pairsOf(const WithLeft&, const Rows<const Kip8u, 1>& from, int half) {
+  alignas(16) static constexpr struct Table {
+    uint8_t br[16], gg[16], leftBr[16];
+    constexpr Table() : br(), gg(), leftBr() {
+      constexpr int kGap = 0x80;
+      for (int p = 0; p < 4; ++p) {
+        const int at = WithLeft::kBefore + 3 * p, left = at - 2 * 3;
+        const bool second = p % 2 == 1;
+        br[4 * p] = at + 2, br[4 * p + 2] = at;
+        gg[4 * p] = at + 1, gg[4 * p + 2] = second ? left + 1 : kGap;
+        leftBr[4 * p] = second ? left + 2 : kGap, leftBr[4 * p + 2] = second ? left : kGap;
+        for (uint8_t* table : {br, gg, leftBr}) table[4 * p + 1] = table[4 * p + 3] = kGap;
+      }
+    }
+  } kTable;
+  Taps taps;
+  for (int k = 0; k < 2; ++k) {
+    const U8 bytes = loadBlocks(from.at[0] + (2 * half + k) * 12, 48);
+    const auto spread = [&](const uint8_t(&table)[16]) KIP_INLINE_LAMBDA {
+      return as<int16_t>(lookUp(bytes, hn::LoadDup128(Tag<uint8_t>(), table)));
+    };
+    taps.br[k] = spread(kTable.br), taps.gg[k] = spread(kTable.gg), taps.leftBr[k] = spread(kTable.leftBr);
+  }
+  return taps;
 }
 
-/// Weighted sums of (B, R) and (G, G), the weights different for even and odd pixels.
-class WeighAlternately {
+/// Weighted sums of (B, R) and (G, left G), the weights different for even and odd pixels.
+class WeighTaps {
  public:
-  KIP_INLINE WeighAlternately(const Row& even, const Row& odd)
+  KIP_INLINE WeighTaps(const Row& even, const Row& odd, int leftG)
       : br_(as<int16_t>(pinnedPerPixel(pairBits(even.b, even.r), pairBits(odd.b, odd.r)))),
-        gg_(as<int16_t>(pinnedPerPixel(pairBits(even.g, 0), pairBits(odd.g, 0)))) {}
+        gg_(as<int16_t>(pinnedPerPixel(pairBits(even.g, 0), pairBits(odd.g, leftG)))) {}
   KIP_INLINE I32 operator()(I16 br, I16 gg) const { return hn::Add(dotPairs(br, br_), dotPairs(gg, gg_)); }
 
  private:
@@ -76,76 +100,81 @@ struct ThreeTaps {
   struct Sums {
     I32 cb, cr;
   };
-  WeighAlternately y{kY15, kY15}, cb{kCbCentre15, kCb15}, cr{kCrCentre15, kCr15};
-  I16 oddPixels = as<int16_t>(pinnedPerPixel(0, -1));
+  WeighTaps y{kY15, kY15, 0}, cb{kCbCentre15, kCb15, kCb15.g}, cr{kCrCentre15, kCr15, kCr15.g};
   I32 lumaZero = pinned<int32_t>(16 * kOne15 + kOne15 / 2);
   I32 chromaZero = pinned<int32_t>(kChromaZero * kOne15 + kOne15 / 2 - 1);  // one less than to the nearest, on purpose
 
   KIP_INLINE ThreeTaps() {}
 
-  KIP_INLINE I16 luma(const PixelPairs& px) const {
+  KIP_INLINE I16 luma(const Taps& px) const {
     return packPixels(
         px, [this](I16 br, I16 gg) KIP_INLINE_LAMBDA { return hn::ShiftRight<15>(hn::Add(y(br, gg), lumaZero)); });
   }
   KIP_INLINE static I16 toByte(I16 luma) { return luma; }
-  KIP_INLINE Sums sums(const PairsWithLeft& px, I16) const {
-    PixelPairs taps;  // the first pixel of each pair, and the sum of both neighbours
-    for (int k = 0; k < 2; ++k) {
-      taps.br[k] = hn::Add(px.br[k], hn::And(px.left.br[k], oddPixels));
-      taps.gg[k] = hn::Add(px.gg[k], hn::And(px.left.gg[k], oddPixels));
-    }
-    return {chromaOf(taps, cb), chromaOf(taps, cr)};
+  KIP_INLINE Sums sums(const Taps& px, I16) const {
+    const I16 br[2] = {hn::Add(px.br[0], px.leftBr[0]), hn::Add(px.br[1], px.leftBr[1])};
+    const auto chromaOf = [&](const WeighTaps& weigh) KIP_INLINE_LAMBDA {
+      const I32 lower = weigh(br[0], px.gg[0]), upper = weigh(br[1], px.gg[1]);
+      const I32 sum = hn::Add(evenLanes(lower, upper), oddLanes(lower, upper));
+      return hn::ShiftRight<15>(hn::Add(sum, chromaZero));
+    };
+    return {chromaOf(cb), chromaOf(cr)};
   }
   KIP_INLINE static void chroma(const Sums (&half)[2], Subsampled& s) {
     s.u = packWords(half[0].cb, half[1].cb);
     s.v = packWords(half[0].cr, half[1].cr);
   }
-
- private:
-  KIP_INLINE I32 chromaOf(const PixelPairs& px, const WeighAlternately& weigh) const {
-    const I32 lower = weigh(px.br[0], px.gg[0]), upper = weigh(px.br[1], px.gg[1]);
-    const I32 sum = hn::Add(evenLanes(lower, upper), oddLanes(lower, upper));
-    return hn::ShiftRight<15>(hn::Add(sum, chromaZero));
-  }
 };
 
-/// Source samples as they are, or through a table.
+/// What happens to the source samples first: nothing, or the transfer curve. There may be some more behind them, so
+/// that they make whole vectors.
 struct Linear {
-  static void copy(const Kip8u* from, size_t count, Kip8u* to) { std::memcpy(to, from, count); }
+  static void transfer(Kip8u*, size_t) {}
 };
 struct Transferred {
-  static void copy(const Kip8u* from, size_t count, Kip8u* to) {
-    for (size_t i = 0; i < count; ++i) to[i] = kTransfer709[from[i]];
+  static constexpr int kTogether = 4;
+  static constexpr size_t kBytes = kTogether * kLanes<uint8_t>;
+
+  static void transfer(Kip8u* samples, size_t count) {
+    const Tag<uint8_t> d;
+    for (size_t i = 0; i < count; i += kBytes) {
+      U8 v[kTogether];
+      for (int k = 0; k < kTogether; ++k) v[k] = hn::LoadU(d, samples + i + k * kLanes<uint8_t>);
+      ByteTable<kTransfer709>::lookUp(v);
+      for (int k = 0; k < kTogether; ++k) hn::StoreU(v[k], d, samples + i + k * kLanes<uint8_t>);
+    }
   }
 };
 
-/// A row goes through a piece of memory that has two pixels more on the left. At the row's start they are black: the
-/// missing neighbour has no chroma.
-template <class Read>
-struct Smoothed {
-  using Taps = Encode<ThreeTaps, WithLeft, CbYCrY>;
-
+/// A row goes through a piece of memory that has the pixel to the left before it, and whole blocks. At the row's start
+/// that pixel is black: the missing neighbour has no chroma.
+template <class Curve>
+class Smoothed {
+ public:
   static void rows(const Job& job, int first, int last) {
-    const Taps encode(job);
+    const Walk encode(job);
     for (int y = first; y < last; ++y) row(encode, job.width, job.src.row(0, y), job.dst.row(0, y));
   }
 
  private:
-  static constexpr int kPixelBytes = 3, kLeftBytes = 2 * kPixelBytes;
-  static constexpr int kPiece = 512;  // pixels
+  using Walk = Encode<ThreeTaps, WithLeft, CbYCrY>;
+  static constexpr int kBefore = WithLeft::kBefore;
+  static constexpr int kPiece = 512;  // pixels: whole blocks, and whole vectors, however many the curve takes at once
 
-  static void row(const Taps& encode, int width, const Kip8u* from, Kip8u* to) {
-    Kip8u memory[kLeftBytes + kPiece * kPixelBytes] = {};
-    Kip8u* const pixels = memory + kLeftBytes;
+  static void row(const Walk& encode, int width, const Kip8u* from, Kip8u* to) {
+    Kip8u memory[kBefore + WithLeft::bytes(0, kPiece)] = {}, result[CbYCrY::bytes(0, kPiece)];
+    Kip8u* const pixels = memory + kBefore;
     for (int left = width; left > 0; left -= kPiece) {
       const int count = std::min(left, kPiece), pairs = wholeGroups<CbYCrY>(count);
-      Read::copy(from, count * kPixelBytes, pixels);
-      encode.group({{pixels, memory}}, {{to}}, pairs);
+      std::memcpy(pixels, from, WithLeft::bytes(0, count));
+      Curve::transfer(pixels, WithLeft::bytes(0, count));
+      encode.group({{memory}}, {{count == kPiece ? to : result}}, hwy::RoundUpTo(count, CbYCrY::kBlock));
+      if (count < kPiece) std::memcpy(to, result, CbYCrY::bytes(0, pairs));
       if (pairs < count) {
         writeLonePixel<kBt601, kToNearest, CbYCrY>(pixelAt<C3<>>({{pixels}}, pairs), to + CbYCrY::bytes(0, pairs));
       }
-      std::memcpy(memory, memory + kPiece * kPixelBytes, kLeftBytes);
-      from += count * kPixelBytes;
+      std::memcpy(memory, memory + WithLeft::bytes(0, kPiece), kBefore);
+      from += WithLeft::bytes(0, count);
       to += CbYCrY::bytes(0, count);
     }
   }

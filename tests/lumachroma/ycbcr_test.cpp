@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numeric>
+#include <span>
 
 #include "support/reference.h"
 #include "support/samples.h"
@@ -10,7 +10,7 @@
 namespace kip {
 namespace {
 
-int dot(const Pixel& weights, const Pixel& c) { return std::inner_product(c.begin(), c.end(), weights.begin(), 0); }
+int dot(const Pixel& weights, const Pixel& c) { return weights[0] * c[0] + weights[1] * c[1] + weights[2] * c[2]; }
 
 // ---------------------------------------------------------------------------------------------------------------------
 // What is to be computed, x 2^16
@@ -24,50 +24,56 @@ constexpr ForwardSet kBt601 = {{16843, 33030, 6423}, 1081344, {-9699, -19071, 28
 constexpr ForwardSet kCsc = {{11993, 40239, 4063}, 1081344, {-6619, -22151, 28770}, {28770, -26149, -2621}};
 constexpr ForwardSet kHdtv = {{13959, 46858, 4719}, 32768, {-7668, -25821, 33489}, {33489, -30409, -3080}};
 
-/// An encoder's offsets: of the chroma sums of a group of 2^groupBits pixels, and of a lone pixel.
+/// An arithmetic, with its offsets of the chroma sums of a group of 2^groupBits pixels, and the functions that have it.
 struct Encoder {
-  const char* name;
   const ForwardSet& set;
-  int groupBits, cbOffset, crOffset, loneOffset;
-  int oddLumaLess = 0;
+  int groupBits, cbOffset, crOffset, oddLumaLess;
+  std::vector<const char*> names;
 };
 
-// clang-format off
-constexpr Encoder kEncoders[] = {
-    {"kipiRGBToYCbCr_8u_C3R", kBt601, 0, 8421376, 8421376, 0},
-    {"kipiRGBToYCbCr_8u_AC4R", kBt601, 0, 8421376, 8421376, 0},
-    {"kipiRGBToYCbCr_8u_C3P3R", kBt601, 0, 8421376, 8421376, 0},
-    {"kipiRGBToYCbCr_8u_P3R", kBt601, 0, 8421376, 8421376, 0},
-    {"kipiRGBToYCbCr_8u_AC4P3R", kBt601, 0, 8421376, 8421376, 0},
+const Encoder kEncoders[] = {
+    {kBt601,
+     0,
+     8421376,
+     8421376,
+     0,
+     {"kipiRGBToYCbCr_8u_C3R", "kipiRGBToYCbCr_8u_AC4R", "kipiRGBToYCbCr_8u_C3P3R", "kipiRGBToYCbCr_8u_P3R",
+      "kipiRGBToYCbCr_8u_AC4P3R"}},
     // The second luma of each pair is truncated.
-    {"kipiRGBToYCbCr422_8u_C3C2R", kBt601, 1, 16842752, 16842752, 8421376, 32768},
-    {"kipiRGBToYCbCr422_8u_P3C2R", kBt601, 1, 16842752, 16842752, 8421376, 32768},
-    {"kipiRGBToYCrCb422_8u_C3C2R", kBt601, 1, 16842752, 16842752, 8421376, 32768},
-    {"kipiRGBToYCrCb422_8u_P3C2R", kBt601, 1, 16842752, 16842752, 8421376, 32768},
-    {"kipiRGBToYCbCr422_8u_C3P3R", kBt601, 1, 16793600, 16793600, 0},
-    {"kipiRGBToYCbCr420_8u_C3P3R", kBt601, 2, 33587200, 33587200, 0},
-    {"kipiRGBToYCrCb420_8u_AC4P3R", kBt601, 2, 33587200, 33587200, 0},
-    {"kipiBGRToYCbCr422_8u_C3C2R", kBt601, 1, 16793600, 16793600, 8396800},
-    {"kipiBGRToYCbCr422_8u_AC4C2R", kBt601, 1, 16793600, 16793600, 8396800},
-    {"kipiBGRToYCbCr422_8u_C3P3R", kBt601, 1, 16793600, 16793600, 0},
-    {"kipiBGRToYCbCr422_8u_AC4P3R", kBt601, 1, 16793600, 16793600, 0},
-    {"kipiBGRToYCbCr420_8u_C3P3R", kBt601, 2, 33587200, 33587200, 0},
-    {"kipiBGRToYCbCr420_8u_AC4P3R", kBt601, 2, 33587200, 33587200, 0},
-    {"kipiBGRToYCrCb420_8u_C3P3R", kBt601, 2, 33587200, 33587200, 0},
-    {"kipiBGRToYCrCb420_8u_AC4P3R", kBt601, 2, 33587200, 33587200, 0},
-    {"kipiBGRToYCbCr411_8u_C3P3R", kBt601, 2, 33587200, 33587200, 0},
-    {"kipiBGRToYCbCr411_8u_AC4P3R", kBt601, 2, 33587200, 33587200, 0},
-    {"kipiBGRToYCbCr420_709CSC_8u_C3P3R", kCsc, 2, 33587200, 33587200, 0},
-    {"kipiBGRToYCbCr420_709CSC_8u_AC4P3R", kCsc, 2, 33587200, 33587200, 0},
-    {"kipiBGRToYCrCb420_709CSC_8u_C3P3R", kCsc, 2, 33587200, 33587200, 0},
-    {"kipiBGRToYCrCb420_709CSC_8u_AC4P3R", kCsc, 2, 33587200, 33587200, 0},
-    {"kipiBGRToYCbCr420_709HDTV_8u_AC4P3R", kHdtv, 2, 33587200, 33587200, 0},
+    {kBt601,
+     1,
+     16842752,
+     16842752,
+     32768,
+     {"kipiRGBToYCbCr422_8u_C3C2R", "kipiRGBToYCbCr422_8u_P3C2R", "kipiRGBToYCrCb422_8u_C3C2R",
+      "kipiRGBToYCrCb422_8u_P3C2R"}},
+    {kBt601,
+     1,
+     16793600,
+     16793600,
+     0,
+     {"kipiRGBToYCbCr422_8u_C3P3R", "kipiBGRToYCbCr422_8u_C3C2R", "kipiBGRToYCbCr422_8u_AC4C2R",
+      "kipiBGRToYCbCr422_8u_C3P3R", "kipiBGRToYCbCr422_8u_AC4P3R"}},
+    {kBt601,
+     2,
+     33587200,
+     33587200,
+     0,
+     {"kipiRGBToYCbCr420_8u_C3P3R", "kipiRGBToYCrCb420_8u_AC4P3R", "kipiBGRToYCbCr420_8u_C3P3R",
+      "kipiBGRToYCbCr420_8u_AC4P3R", "kipiBGRToYCrCb420_8u_C3P3R", "kipiBGRToYCrCb420_8u_AC4P3R"}},
+    {kBt601, 2, 33587200, 33587200, 0, {"kipiBGRToYCbCr411_8u_C3P3R", "kipiBGRToYCbCr411_8u_AC4P3R"}},
+    {kCsc,
+     2,
+     33587200,
+     33587200,
+     0,
+     {"kipiBGRToYCbCr420_709CSC_8u_C3P3R", "kipiBGRToYCbCr420_709CSC_8u_AC4P3R", "kipiBGRToYCrCb420_709CSC_8u_C3P3R",
+      "kipiBGRToYCrCb420_709CSC_8u_AC4P3R"}},
+    {kHdtv, 2, 33587200, 33587200, 0, {"kipiBGRToYCbCr420_709HDTV_8u_AC4P3R"}},
     // Cr gets two less than Cb.
-    {"kipiBGRToCbYCr422_8u_AC4C2R", kBt601, 1, 16842752, 16842750, 8421376},
-    {"kipiBGRToCbYCr422_709HDTV_8u_AC4C2R", kHdtv, 1, 16842752, 16842750, 8421376},
-    {"kipiBGRToCbYCr422_709HDTV_8u_C3C2R", kHdtv, 1, 16842752, 16842750, 8421376},
+    {kBt601, 1, 16842752, 16842750, 0, {"kipiBGRToCbYCr422_8u_AC4C2R"}},
+    {kHdtv, 1, 16842752, 16842750, 0, {"kipiBGRToCbYCr422_709HDTV_8u_AC4C2R", "kipiBGRToCbYCr422_709HDTV_8u_C3C2R"}},
 };
-// clang-format on
 
 /// The sums of R, G and B are weights times (Y, Cb, Cr) and an offset.
 struct InverseSet {
@@ -92,42 +98,31 @@ constexpr InverseSet kHdtvBack = centred(65536, 100925, 11993, 30081, 119013, 0,
 constexpr InverseSet kBiased1 = {
     {76284, 0, 104595}, {76284, -25690, -53281}, {76284, 132186, 0}, {-14608761, 8887730, -18140365}};
 
+/// An arithmetic of one kind of chroma, and the functions that have both.
 struct Decoder {
-  const char* name;
   const InverseSet& set;
+  std::vector<const char*> names;
 };
 
-constexpr Decoder kDecoders[] = {
-    {"kipiYCbCrToRGB_8u_C3R", kFloored1},
-    {"kipiYCbCrToRGB_8u_AC4R", kFloored1},
-    {"kipiYCbCrToRGB_8u_P3R", kFloored1},
-    {"kipiYCbCrToRGB_8u_P3C3R", kFloored2},
-    {"kipiYCbCrToRGB_8u_P3C4R", kFloored2},
-    {"kipiYCbCrToBGR_8u_P3C3R", kFloored2},
-    {"kipiYCbCrToBGR_8u_P3C4R", kFloored2},
-    {"kipiYCbCrToBGR_709CSC_8u_P3C3R", kCscBack},
-    {"kipiYCbCrToBGR_709CSC_8u_P3C4R", kCscBack},
-    {"kipiYCbCr422ToRGB_8u_C2C3R", kBiased1},
-    {"kipiYCbCr422ToRGB_8u_C2P3R", kBiased1},
-    {"kipiYCbCr422ToRGB_8u_P3C3R", kRounded2},
-    {"kipiYCbCr422ToBGR_8u_C2C3R", kBiased1},
-    {"kipiYCbCr422ToBGR_8u_C2C4R", kBiased1},
-    {"kipiYCbCr422ToBGR_8u_P3C3R", kBiased1},
-    {"kipiYCrCb422ToRGB_8u_C2C3R", kBiased1},
-    {"kipiYCrCb422ToRGB_8u_C2P3R", kBiased1},
-    {"kipiCbYCr422ToRGB_8u_C2C3R", kRounded2},
-    {"kipiCbYCr422ToBGR_8u_C2C4R", kRounded2},
-    {"kipiCbYCr422ToBGR_709HDTV_8u_C2C3R", kHdtvBack},
-    {"kipiCbYCr422ToBGR_709HDTV_8u_C2C4R", kHdtvBack},
-    {"kipiYCbCr420ToRGB_8u_P3C3R", kRounded1},
-    {"kipiYCbCr420ToBGR_8u_P3C3R", kRounded1},
-    {"kipiYCbCr420ToBGR_8u_P3C4R", kRounded1},
-    {"kipiYCrCb420ToRGB_8u_P3C4R", kRounded1},
-    {"kipiYCbCr420ToBGR_709CSC_8u_P3C3R", kCscBack},
-    {"kipiYCbCr420ToBGR_709HDTV_8u_P3C4R", kHdtvBack},
-    {"kipiYCrCb420ToBGR_Filter_8u_P3C4R", kFloored4},
-    {"kipiYCbCr411ToBGR_8u_P3C3R", kFloored3},
-    {"kipiYCbCr411ToBGR_8u_P3C4R", kFloored3},
+const Decoder kDecoders[] = {
+    {kFloored1, {"kipiYCbCrToRGB_8u_C3R", "kipiYCbCrToRGB_8u_AC4R", "kipiYCbCrToRGB_8u_P3R"}},
+    {kFloored2,
+     {"kipiYCbCrToRGB_8u_P3C3R", "kipiYCbCrToRGB_8u_P3C4R", "kipiYCbCrToBGR_8u_P3C3R", "kipiYCbCrToBGR_8u_P3C4R"}},
+    {kCscBack, {"kipiYCbCrToBGR_709CSC_8u_P3C3R", "kipiYCbCrToBGR_709CSC_8u_P3C4R"}},
+    {kBiased1,
+     {"kipiYCbCr422ToRGB_8u_C2C3R", "kipiYCbCr422ToRGB_8u_C2P3R", "kipiYCbCr422ToBGR_8u_C2C3R",
+      "kipiYCbCr422ToBGR_8u_C2C4R", "kipiYCrCb422ToRGB_8u_C2C3R", "kipiYCrCb422ToRGB_8u_C2P3R"}},
+    {kBiased1, {"kipiYCbCr422ToBGR_8u_P3C3R"}},
+    {kRounded2, {"kipiYCbCr422ToRGB_8u_P3C3R"}},
+    {kRounded2, {"kipiCbYCr422ToRGB_8u_C2C3R", "kipiCbYCr422ToBGR_8u_C2C4R"}},
+    {kHdtvBack, {"kipiCbYCr422ToBGR_709HDTV_8u_C2C3R", "kipiCbYCr422ToBGR_709HDTV_8u_C2C4R"}},
+    {kRounded1,
+     {"kipiYCbCr420ToRGB_8u_P3C3R", "kipiYCbCr420ToBGR_8u_P3C3R", "kipiYCbCr420ToBGR_8u_P3C4R",
+      "kipiYCrCb420ToRGB_8u_P3C4R"}},
+    {kCscBack, {"kipiYCbCr420ToBGR_709CSC_8u_P3C3R"}},
+    {kHdtvBack, {"kipiYCbCr420ToBGR_709HDTV_8u_P3C4R"}},
+    {kFloored4, {"kipiYCrCb420ToBGR_Filter_8u_P3C4R"}},
+    {kFloored3, {"kipiYCbCr411ToBGR_8u_P3C3R", "kipiYCbCr411ToBGR_8u_P3C4R"}},
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -135,24 +130,22 @@ constexpr Decoder kDecoders[] = {
 uint8_t sample(int sum, int bits) { return static_cast<uint8_t>(clampByte(sum >> bits)); }
 
 /// What an encoder should make of a source.
-Content encoded(const Encoder& encoder, const Function& function, KipiSize size, Content source) {
-  Content expected = untouched(function, Side::kDestination, size);
+Content expected(const Encoder& encoder, const Function& function, KipiSize size, Content source) {
+  Content result = untouched(function, Side::kDestination, size);
   const Pixels8 from(function, Side::kSource, source);
-  Samples to(function, Side::kDestination, expected);
+  Samples to(function, Side::kDestination, result);
   const ForwardSet& set = encoder.set;
-  const auto luma = [&](int x, int y) {
-    const int offset = set.lumaOffset - (x % 2 ? encoder.oddLumaLess : 0);
-    to.luma(x, y) = sample(dot(set.y, from.get(x, y)) + offset, 16);
-  };
   const int width = to.groupWidth(), height = to.groupHeight(), bits = 16 + encoder.groupBits;
   for (int y = 0; y + height <= size.height; y += height) {
     int x = 0;
     for (; x + width <= size.width; x += width) {
       Pixel sums = {};
-      for (int i = 0; i < width * height; ++i) {
-        const int px = x + i % width, py = y + i / width;
-        luma(px, py);
-        for (int c = 0; c < 3; ++c) sums[c] += from.get(px, py)[c];
+      for (int py = y; py < y + height; ++py) {
+        for (int px = x; px < x + width; ++px) {
+          const Pixel pixel = from.get(px, py);
+          to.luma(px, py) = sample(dot(set.y, pixel) + set.lumaOffset - px % 2 * encoder.oddLumaLess, 16);
+          for (int c = 0; c < 3; ++c) sums[c] += pixel[c];
+        }
       }
       to.cb(x, y) = sample(dot(set.cb, sums) + encoder.cbOffset, bits);
       to.cr(x, y) = sample(dot(set.cr, sums) + encoder.crOffset, bits);
@@ -162,9 +155,9 @@ Content encoded(const Encoder& encoder, const Function& function, KipiSize size,
     Pixel lone = from.get(x, y);
     if (function.parts.is("kipiBGRToCbYCr422_8u_AC4C2R")) std::swap(lone[0], lone[2]);  // read as R, G, B
     to.luma(x, y) = sample(dot(set.y, lone) + set.lumaOffset, 16);
-    to.firstChroma(x, y) = sample(dot(to.crFirst() ? set.cr : set.cb, lone) + encoder.loneOffset, 16);
+    to.firstChroma(x, y) = sample(dot(to.crFirst() ? set.cr : set.cb, lone) + encoder.cbOffset / 2, 16);
   }
-  return expected;
+  return result;
 }
 
 /// The chroma that a pixel receives.
@@ -186,22 +179,23 @@ Pixel withChroma(Samples& from, int x, int y, KipiSize size, bool filter) {
 constexpr int kAlpha = 77;
 
 /// What a decoder should make of a source.
-Content decoded(const Decoder& decoder, const Function& function, KipiSize size, Content source) {
-  Content expected = untouched(function, Side::kDestination, size);
+Content expected(const Decoder& decoder, const Function& function, KipiSize size, Content source) {
+  Content result = untouched(function, Side::kDestination, size);
   Samples from(function, Side::kSource, source);
-  const Pixels8 to(function, Side::kDestination, expected);
+  const Pixels8 to(function, Side::kDestination, result);
+  const bool filter = function.parts.has("Filter");
   const KipiSize whole = function.contract.converted(size);
   const InverseSet& set = decoder.set;
   for (int y = 0; y < whole.height; ++y) {
     for (int x = 0; x < whole.width; ++x) {
-      const Pixel c = withChroma(from, x, y, size, function.parts.has("Filter"));
+      const Pixel c = withChroma(from, x, y, size, filter);
       to.set(x, y,
              {sample(dot(set.r, c) + set.offset[0], 16), sample(dot(set.g, c) + set.offset[1], 16),
               sample(dot(set.b, c) + set.offset[2], 16)});
       if (function.shape.alpha) to.fourth(x, y) = kAlpha;
     }
   }
-  return expected;
+  return result;
 }
 
 Arguments withAlpha() {
@@ -211,14 +205,8 @@ Arguments withAlpha() {
 }
 
 template <class Coder>
-void expectExact(const Coder& coder, KipiSize size, const Content& source) {
-  const Function& function = *find(coder.name);
-  const Content result = convert(function, size, source, withAlpha());
-  if constexpr (std::is_same_v<Coder, Encoder>) {
-    expectEqual(result, encoded(coder, function, size, source), coder.name);
-  } else {
-    expectEqual(result, decoded(coder, function, size, source), coder.name);
-  }
+void expectExact(const Coder& coder, const Function& function, KipiSize size, const Content& source) {
+  expectEqual(convert(function, size, source, withAlpha()), expected(coder, function, size, source), function.name);
 }
 
 /// Every width that a kernel might treat apart, and larger images.
@@ -232,59 +220,51 @@ std::vector<KipiSize> sizesOf(const Function& function) {
 
 TEST(YCbCr, EveryFunctionIsExactForEveryWidth) {
   const auto check = [](const auto& coder) {
-    const Function& function = *find(coder.name);
-    for (const KipiSize size : sizesOf(function)) {
-      SCOPED_TRACE(size.width);
-      expectExact(coder, size, Case(function, size, {}).source);
+    for (const char* name : coder.names) {
+      const Function& function = *find(name);
+      for (const KipiSize size : sizesOf(function)) {
+        SCOPED_TRACE(size.width);
+        expectExact(coder, function, size, Case(function, size, {}).source);
+      }
     }
   };
   for (const Encoder& encoder : kEncoders) check(encoder);
   for (const Decoder& decoder : kDecoders) check(decoder);
 }
 
-/// One function for each arithmetic.
 TEST(YCbCr, EncodersAreExactForAllColours) {
-  for (const char* name : {"kipiRGBToYCbCr_8u_P3R", "kipiRGBToYCbCr422_8u_C3C2R", "kipiBGRToYCbCr422_8u_C3P3R",
-                           "kipiBGRToYCbCr420_709CSC_8u_C3P3R", "kipiBGRToCbYCr422_709HDTV_8u_C3C2R"}) {
-    const Encoder& encoder = *std::find_if(std::begin(kEncoders), std::end(kEncoders),
-                                           [&](const Encoder& e) { return std::string(e.name) == name; });
-    const Function& function = *find(name);
+  for (const Encoder& encoder : kEncoders) {
+    const Function& function = *find(encoder.names[0]);
     forAllColours(4096, [&](const PixelImage& colours) {
       Content source = untouched(function, Side::kSource, colours.size);
       const Pixels8 to(function, Side::kSource, source);
       for (int y = 0; y < colours.size.height; ++y) {
         for (int x = 0; x < colours.size.width; ++x) to.set(x, y, colours.at(x, y));
       }
-      expectExact(encoder, colours.size, source);
+      expectExact(encoder, function, colours.size, source);
     });
-    if (testing::Test::HasFailure()) return;
+    if (HasFailure()) return;
   }
 }
 
-/// One function for each arithmetic. Tiles of 128 x 2 pixels hold all luma values and share their chroma.
+/// Tiles of 128 x 2 pixels hold all luma values and share their chroma.
 TEST(YCbCr, DecodersAreExactForAllColours) {
   constexpr int kTile = 128;
-  for (const char* name :
-       {"kipiYCbCrToRGB_8u_P3R", "kipiYCbCrToRGB_8u_P3C3R", "kipiYCbCrToBGR_709CSC_8u_P3C3R",
-        "kipiYCbCr422ToRGB_8u_C2P3R", "kipiCbYCr422ToRGB_8u_C2C3R", "kipiYCbCr420ToRGB_8u_P3C3R",
-        "kipiYCbCr420ToBGR_709HDTV_8u_P3C4R", "kipiYCrCb420ToBGR_Filter_8u_P3C4R", "kipiYCbCr411ToBGR_8u_P3C3R"}) {
-    const Decoder& decoder = *std::find_if(std::begin(kDecoders), std::end(kDecoders),
-                                           [&](const Decoder& d) { return std::string(d.name) == name; });
-    const Function& function = *find(name);
+  for (const Decoder& decoder : kDecoders) {
+    const Function& function = *find(decoder.names[0]);
     forAllColours(256 * kTile, [&](const PixelImage& colours) {
       const int cb = colours.at(0, 0)[0];
-      const KipiSize size = colours.size;
-      Content source = untouched(function, Side::kSource, size);
+      Content source = untouched(function, Side::kSource, colours.size);
       Samples to(function, Side::kSource, source);
-      for (int y = 0; y < size.height; ++y) {
-        for (int x = 0; x < size.width; ++x) {
+      for (int y = 0; y < colours.size.height; ++y) {
+        for (int x = 0; x < colours.size.width; ++x) {
           to.luma(x, y) = static_cast<uint8_t>(y % 2 * kTile + x % kTile);
           to.cb(x, y) = static_cast<uint8_t>(cb), to.cr(x, y) = static_cast<uint8_t>(x / kTile);
         }
       }
-      expectExact(decoder, size, source);
+      expectExact(decoder, function, colours.size, source);
     });
-    if (testing::Test::HasFailure()) return;
+    if (HasFailure()) return;
   }
 }
 
@@ -297,14 +277,9 @@ int transferred(int v) {
 }
 
 /// The output row of a source row of R, G, B.
-std::vector<Kip8u> smoothed(std::vector<Pixel> row, bool gamma) {
+std::vector<Kip8u> smoothed(const std::vector<Pixel>& row) {
   constexpr Pixel kCentre[2] = {{-2426, -4769, 7193}, {7193, -6030, -1164}};
   constexpr Pixel kSide[2] = {{-1213, -2385, 3596}, {3596, -3015, -582}};
-  if (gamma) {
-    for (Pixel& pixel : row) {
-      for (int& v : pixel) v = transferred(v);
-    }
-  }
   std::vector<Kip8u> out(2 * row.size());
   for (size_t x = 0; x + 1 < row.size(); x += 2) {
     for (int i = 0; i < 2; ++i) {
@@ -320,20 +295,32 @@ std::vector<Kip8u> smoothed(std::vector<Pixel> row, bool gamma) {
   return out;
 }
 
-TEST(YCbCr, SmoothedChromaIsExactForEveryWidth) {
-  for (const bool gamma : {false, true}) {
-    const auto function = gamma ? kipiRGBToCbYCr422Gamma_8u_C3C2R : kipiRGBToCbYCr422_8u_C3C2R;
-    for (int width = 1; width <= 1100; width += width < 140 ? 1 : 67) {
-      std::vector<Kip8u> from(3 * width), to(2 * width);
-      std::vector<Pixel> row;
-      for (int x = 0; x < width; ++x) {
-        row.push_back({x * 37 & 255, x * x & 255, x * 149 >> 2 & 255});
-        std::copy(row[x].begin(), row[x].end(), &from[3 * x]);
-      }
-      ASSERT_EQ(function(from.data(), 3 * width, to.data(), 2 * width, {width, 1}), kipStatusOk);
-      ASSERT_EQ(to, smoothed(row, gamma)) << width;
-    }
+/// Through both functions: as it is, and with the transfer curve before it.
+void expectSmoothed(std::vector<Pixel> row) {
+  static const auto curve = [] {
+    std::array<int, 256> values;
+    for (int v = 0; v < 256; ++v) values[v] = transferred(v);
+    return values;
+  }();
+  const int width = static_cast<int>(row.size());
+  std::vector<Kip8u> from, to(2 * width);
+  for (const Pixel& pixel : row) from.insert(from.end(), pixel.begin(), pixel.end());
+  ASSERT_EQ(kipiRGBToCbYCr422_8u_C3C2R(from.data(), 3 * width, to.data(), 2 * width, {width, 1}), kipStatusOk);
+  ASSERT_TRUE(to == smoothed(row)) << width;
+  for (Pixel& pixel : row) {
+    for (int& v : pixel) v = curve[v];
   }
+  ASSERT_EQ(kipiRGBToCbYCr422Gamma_8u_C3C2R(from.data(), 3 * width, to.data(), 2 * width, {width, 1}), kipStatusOk);
+  ASSERT_TRUE(to == smoothed(row)) << width;
+}
+
+TEST(YCbCr, SmoothedChromaIsExactForEveryWidthAndAllColours) {
+  for (int width = 1; width <= 1100; width += width < 140 ? 1 : 67) {
+    std::vector<Pixel> row;
+    for (int x = 0; x < width; ++x) row.push_back({x * 37 & 255, x * x & 255, x * 149 >> 2 & 255});
+    expectSmoothed(row);
+  }
+  forAllColours(1 << 15, [&](const PixelImage& colours) { expectSmoothed(colours.pixels); });
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -393,22 +380,76 @@ TEST(YCbCr, FirstSmoothedPairHasThreeQuartersOfTheChroma) {
   EXPECT_EQ(ycc[6], 240);
 }
 
-/// Full-resolution encoder and decoder, for all colours.
-TEST(YCbCr, RoundTripStaysWithinTwo) {
-  const Function &there = *find("kipiRGBToYCbCr_8u_P3R"), &back = *find("kipiYCbCrToRGB_8u_P3R");
-  int worst = 0;
-  forAllColours(4096, [&](const PixelImage& colours) {
-    Content source = untouched(there, Side::kSource, colours.size);
-    const Pixels8 from(there, Side::kSource, source);
-    for (int i = 0; i < static_cast<int>(colours.pixels.size()); ++i) from.set(i, 0, colours.pixels[i]);
-    const Content rgb = convert(back, colours.size, convert(there, colours.size, source));
-    for (int c = 0; c < 3; ++c) {
-      for (size_t i = 0; i < rgb[c].bytes.size(); ++i) {
-        worst = std::max(worst, std::abs(rgb[c].bytes[i] - source[c].bytes[i]));
-      }
+// ---------------------------------------------------------------------------------------------------------------------
+// Round trips
+
+/// There and back over blocks of one colour, large enough that the two pixels in a block's middle have neither chroma
+/// nor a filter's neighbour from other blocks.
+struct RoundTrip {
+  const char *there, *back;
+  KipiSize block;
+  int largestError;
+};
+
+constexpr RoundTrip kRoundTrips[] = {
+    {"kipiRGBToYCbCr_8u_C3R", "kipiYCbCrToRGB_8u_C3R", {2, 1}, 2},
+    {"kipiRGBToYCbCr_8u_C3P3R", "kipiYCbCrToRGB_8u_P3C3R", {2, 1}, 2},
+    {"kipiRGBToYCbCr422_8u_C3C2R", "kipiYCbCr422ToRGB_8u_C2C3R", {2, 1}, 3},
+    {"kipiBGRToYCbCr422_8u_C3C2R", "kipiYCbCr422ToBGR_8u_C2C3R", {2, 1}, 3},
+    {"kipiRGBToYCbCr422_8u_C3P3R", "kipiYCbCr422ToRGB_8u_P3C3R", {2, 1}, 3},
+    {"kipiBGRToCbYCr422_8u_AC4C2R", "kipiCbYCr422ToBGR_8u_C2C4R", {2, 1}, 2},
+    {"kipiRGBToCbYCr422_8u_C3C2R", "kipiCbYCr422ToRGB_8u_C2C3R", {6, 1}, 2},
+    {"kipiBGRToCbYCr422_709HDTV_8u_AC4C2R", "kipiCbYCr422ToBGR_709HDTV_8u_C2C4R", {2, 1}, 6},
+    {"kipiBGRToYCbCr420_8u_C3P3R", "kipiYCbCr420ToBGR_8u_P3C3R", {2, 2}, 3},
+    {"kipiBGRToYCrCb420_8u_AC4P3R", "kipiYCrCb420ToBGR_Filter_8u_P3C4R", {6, 2}, 3},
+    {"kipiBGRToYCbCr420_709CSC_8u_C3P3R", "kipiYCbCr420ToBGR_709CSC_8u_P3C3R", {2, 2}, 3},
+    {"kipiBGRToYCbCr420_709HDTV_8u_AC4P3R", "kipiYCbCr420ToBGR_709HDTV_8u_P3C4R", {2, 2}, 6},
+    {"kipiBGRToYCbCr411_8u_C3P3R", "kipiYCbCr411ToBGR_8u_P3C3R", {4, 1}, 3},
+};
+
+/// How far samples came back from what they were.
+struct Errors {
+  int64_t samples = 0, sum = 0;
+  int largest = 0;
+
+  void add(int error) { ++samples, sum += error, largest = std::max(largest, error); }
+};
+
+void add(const RoundTrip& trip, std::span<const Pixel> colours, Errors& errors) {
+  const Function &there = *find(trip.there), &back = *find(trip.back);
+  const auto [width, height] = trip.block;
+  const int blocks = static_cast<int>(colours.size());
+  const KipiSize size = {blocks * width, height};
+  Content source = untouched(there, Side::kSource, size);
+  const Pixels8 from(there, Side::kSource, source);
+  for (int y = 0; y < height; ++y) {
+    for (int k = 0; k < blocks; ++k) {
+      for (int x = k * width; x < (k + 1) * width; ++x) from.set(x, y, colours[k]);
     }
-  });
-  EXPECT_EQ(worst, 2);
+  }
+  Content result = convert(back, size, convert(there, size, source));
+  const Pixels8 to(back, Side::kDestination, result);
+  for (int k = 0; k < blocks; ++k) {
+    const int middle = k * width + width / 2;
+    for (const int x : {middle - 1, middle}) {
+      for (int c = 0; c < 3; ++c) errors.add(std::abs(to.get(x, 0)[c] - colours[k][c]));
+    }
+  }
+}
+
+/// Prints the figures of docs/accuracy.md.
+TEST(YCbCr, RoundTripsOfAllColours) {
+  for (const RoundTrip& trip : kRoundTrips) {
+    Errors errors;
+    forAllColours(1 << 12, [&](const PixelImage& colours) {
+      for (int y = 0; y < colours.size.height; ++y) {
+        add(trip, {&colours.at(0, y), static_cast<size_t>(colours.size.width)}, errors);
+      }
+    });
+    std::printf("%-36s %-36s largest %d, mean %.3f\n", trip.there, trip.back, errors.largest,
+                static_cast<double>(errors.sum) / static_cast<double>(errors.samples));
+    EXPECT_EQ(errors.largest, trip.largestError) << trip.there;
+  }
 }
 
 }  // namespace

@@ -30,8 +30,8 @@ void expectEqual(const Content& result, const Content& expected, const std::stri
   for (size_t p = 0; p < result.size(); ++p) {
     const std::vector<uint8_t>&is = result[p].bytes, &should = expected[p].bytes;
     ASSERT_EQ(is.size(), should.size()) << what;
+    if (is == should) continue;
     const auto at = std::mismatch(is.begin(), is.end(), should.begin());
-    if (at.first == is.end()) continue;
     const auto byte = at.first - is.begin();
     const int rowBytes = result[p].plane.rowBytes;
     FAIL() << what << ": plane " << p << " row " << byte / rowBytes << " byte " << byte % rowBytes << " is "

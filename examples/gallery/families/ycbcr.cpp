@@ -4,8 +4,8 @@
 
 namespace {
 
-constexpr int kCloseUp = 48;  // pixels
-constexpr int kZoom = 8;
+constexpr int kCloseUp = 32;  // pixels
+constexpr int kZoom = 12;
 
 /// R and B exchanged; of four channels the fourth is dropped.
 Picture reversed(const Kip8u* samples, KipiSize size, int channels) {
@@ -86,8 +86,10 @@ void show(Page& page, const Picture& photo) {
                .speed = trip.speed,
                .psnr = psnr(even, trip.back)});
   }
-  const auto [x, y] = worstSquare(even, trips[1].back, kCloseUp);
-  page.row("The same detail", "Where 4:2:0 changes most.");
+  const Picture& shared = trips[1].back;
+  const auto [x, y] =
+      worstSquare({{shared, trips[0].back}, {shared, trips[2].back}, {shared, trips[3].back}}, kCloseUp);
+  page.row("The same detail", "Where the other three differ most from 4:2:0.");
   const auto closeUp = [&](const Picture& picture, const std::string& title) {
     const Picture part = crop(picture, x, y, kCloseUp, kCloseUp);
     page.show({.picture = enlarge(part, kZoom, kZoom), .title = title + " close up"});
