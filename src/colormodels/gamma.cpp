@@ -15,6 +15,7 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
+#include "frame/bytetable-inl.h"
 #include "frame/pixels-inl.h"
 
 #ifndef KIP_COLORMODELS_GAMMA_ONCE
@@ -129,50 +130,16 @@ using Planes3 = MapSamples<T, Map, 3, 1, false>;
 // ---------------------------------------------------------------------------------------------------------------------
 // Bytes
 
-/// A table of 256 bytes as sixteen shuffles. A shuffle gives 0 where the index's top bit is set and else looks only at
-/// the low four bits. So each sixteenth of the table is kept as its differences (exclusive or) to the sixteenth before:
-/// while 16 is taken off the index step by step, what it passes adds up to its own entry. Indices from 128 do the same
-/// with the upper half.
 template <Curve kCurve>
-class ByteCurve {
+class ByteSamples {
  public:
-  KIP_INLINE explicit ByteCurve(const Job&) {}
-
+  KIP_INLINE explicit ByteSamples(const Job&) {}
   KIP_INLINE void operator()(Several<uint8_t>& s) const {
-    const U8 sixteen = set<uint8_t>(16);
-    U8 lower[kAtOnce], upper[kAtOnce];
-    for (int k = 0; k < kAtOnce; ++k) {
-      lower[k] = staying(s.v[k]), upper[k] = staying(hn::Xor(s.v[k], set<uint8_t>(0x80)));
-      s.v[k] = hn::Zero(Tag<uint8_t>());
+    if constexpr (kCurve == Curve::kForward) {
+      ByteTable<kTransfer709>::lookUp(s.v);
+    } else {
+      ByteTable<kInverse709>::lookUp(s.v);
     }
-    for (int part = 0; part < 8; ++part) {
-      for (int k = 0; k < kAtOnce; ++k) {
-        const U8 below = lookUp(differences(part), lower[k]);
-        const U8 above = lookUp(differences(8 + part), upper[k]);
-        s.v[k] = hn::Xor(s.v[k], hn::Xor(below, above));
-        lower[k] = hn::Sub(lower[k], sixteen), upper[k] = hn::Sub(upper[k], sixteen);
-      }
-    }
-  }
-
- private:
-  /// Indices with the top bit set keep it through all steps.
-  KIP_INLINE static U8 staying(U8 index) { return hn::Or(index, as<uint8_t>(hn::BroadcastSignBit(as<int8_t>(index)))); }
-
-  struct Parts {
-    Kip8u of[16][16];
-    constexpr Parts() : of() {
-      const auto& table = kCurve == Curve::kForward ? kTransfer709 : kInverse709;
-      for (int part = 0; part < 16; ++part) {
-        for (int i = 0; i < 16; ++i) {
-          of[part][i] = table[16 * part + i] ^ (part % 8 == 0 ? 0 : table[16 * (part - 1) + i]);
-        }
-      }
-    }
-  };
-  KIP_INLINE static U8 differences(int part) {
-    alignas(16) static constexpr Parts kParts;
-    return hn::LoadDup128(Tag<uint8_t>(), kParts.of[part]);
   }
 };
 
