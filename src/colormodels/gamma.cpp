@@ -65,26 +65,27 @@ using DoubleTag = Tag<double>;
 // Rows as samples that are all mapped alike
 
 /// Vectors that go through a curve at once: what one of them waits for, the others need not.
-constexpr int kAtOnce = 4;
+template <class T>
+constexpr int kAtOnce = sizeof(T) == 1 ? 2 : 4;
 template <class T>
 struct Several {
-  Vector<T> v[kAtOnce];
+  Vector<T> v[kAtOnce<T>];
 };
 
 /// The samples of a plane, or of interleaved pixels, one after the other.
 template <class T, bool kKeepsFourth = false>
 struct Samples : Planar<Tag<T>, 1> {
-  static constexpr int kBlock = kAtOnce * kLanes<T>;
+  static constexpr int kBlock = kAtOnce<T> * kLanes<T>;
   static constexpr bool kKeeps = kKeepsFourth;
 
   KIP_INLINE static Several<T> load(const Kip8u* from) {
     Several<T> s;
-    for (int k = 0; k < kAtOnce; ++k) s.v[k] = hn::LoadU(Tag<T>(), samples<T>(from) + k * kLanes<T>);
+    for (int k = 0; k < kAtOnce<T>; ++k) s.v[k] = hn::LoadU(Tag<T>(), samples<T>(from) + k * kLanes<T>);
     return s;
   }
   KIP_INLINE static void store(const Several<T>& s, Kip8u* to) {
     const Several<T> old = load(to);
-    for (int k = 0; k < kAtOnce; ++k) {
+    for (int k = 0; k < kAtOnce<T>; ++k) {
       hn::StoreU(kKeepsFourth ? withFourth(s.v[k], old.v[k]) : s.v[k], Tag<T>(), samples<T>(to) + k * kLanes<T>);
     }
   }
@@ -130,17 +131,16 @@ using Planes3 = MapSamples<T, Map, 3, 1, false>;
 // ---------------------------------------------------------------------------------------------------------------------
 // Bytes
 
-template <Curve kCurve>
-class ByteSamples {
+template <const Kip8u (&kTable)[256]>
+class ByteCurve {
  public:
-  KIP_INLINE explicit ByteSamples(const Job&) {}
+  KIP_INLINE explicit ByteCurve(const Job&) {}
   KIP_INLINE void operator()(Several<uint8_t>& s) const {
-    if constexpr (kCurve == Curve::kForward) {
-      ByteTable<kTransfer709>::lookUp(s.v);
-    } else {
-      ByteTable<kInverse709>::lookUp(s.v);
-    }
+    for (U8& v : s.v) v = table_(v);
   }
+
+ private:
+  ByteTable<kTable> table_;
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -228,14 +228,14 @@ class FloatCurve {
   KIP_INLINE void operator()(Several<float>& s) const {
     const Tag<float> d;
     const HalfTag half;
-    Halves halves[kAtOnce];
-    F32 rough[kAtOnce];
-    for (int k = 0; k < kAtOnce; ++k) {
+    Halves halves[kAtOnce<float>];
+    F32 rough[kAtOnce<float>];
+    for (int k = 0; k < kAtOnce<float>; ++k) {
       halves[k] = Halves(hn::Sub(s.v[k], min32_), perSpan_);
       rough[k] = inverseRoot<FastPower<kCurve>::kRoot>(
           hn::Combine(d, hn::DemoteTo(half, halves[k].upper.base), hn::DemoteTo(half, halves[k].lower.base)));
     }
-    for (int k = 0; k < kAtOnce; ++k) {
+    for (int k = 0; k < kAtOnce<float>; ++k) {
       bool sure = true;
       const auto low = finish(halves[k].lower, hn::LowerHalf(rough[k]), sure);
       const auto high = finish(halves[k].upper, hn::UpperHalf(half, rough[k]), sure);
@@ -308,7 +308,7 @@ void fillTable(Kip16u* table) {
   const Tag<float> d;
   for (int i = 0; i < kWordValues;) {
     Several<float> s;
-    for (int k = 0; k < kAtOnce; ++k) s.v[k] = hn::Iota(d, static_cast<float>(i + k * kLanes<float>));
+    for (int k = 0; k < kAtOnce<float>; ++k) s.v[k] = hn::Iota(d, static_cast<float>(i + k * kLanes<float>));
     curve(s);
     for (const F32& v : s.v) {
       alignas(64) int32_t whole[kLanes<float>];

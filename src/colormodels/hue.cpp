@@ -306,25 +306,38 @@ class FromHue {
 class ToHls32f {
  public:
   using Lane = float;
+  static constexpr int kTogether = 4;
   KIP_INLINE ToHls32f() {}
 
-  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const {
-    const F32 r = px.a, g = px.b, b = px.c;
-    const F32 max = atLeast(atLeast(r, g), b), min = atMost(atMost(g, r), b);
-    const F32 delta = hn::Sub(max, min), sum = hn::Add(max, min), lightness = hn::Mul(half_, sum);
-    const auto gray = hn::Le(delta, epsilon_);
-    // The lesser of the two is max + min up to a lightness of one half.
-    const F32 denominator = hn::Min(hn::Sub(two_, sum), sum);
+  template <int kCount>
+  KIP_INLINE void convert(const Pixels<F32>* px, Pixels<F32>* hls) const {
+    F32 delta[kCount], angle[kCount], offset[kCount];
+    for (int k = 0; k < kCount; ++k) {
+      const F32 r = px[k].a, g = px[k].b, b = px[k].c;
+      const F32 max = atLeast(atLeast(r, g), b), min = atMost(atMost(g, r), b), sum = hn::Add(max, min);
+      delta[k] = hn::Sub(max, min), hls[k].b = hn::Mul(half_, sum);
+      // The lesser of the two is max + min up to a lightness of one half.
+      hls[k].c = hn::Min(hn::Sub(two_, sum), sum);
 
-    const auto red = hn::Eq(r, max), green = hn::Eq(g, max);
-    const auto pick = [&](F32 inRed, F32 inGreen, F32 inBlue) KIP_INLINE_LAMBDA {
-      return hn::IfThenElse(red, inRed, hn::IfThenElse(green, inGreen, inBlue));
-    };
-    const F32 difference = hn::Sub(pick(g, b, r), pick(b, r, g));
-    const F32 angle = hn::Div(hn::Mul(difference, d60_), delta);
-    const F32 wrap = hn::IfThenElseZero(hn::Lt(angle, hn::Zero(Tag<float>())), d360_);
-    const F32 hue = hn::Div(hn::Add(angle, pick(wrap, d120_, d240_)), d360_);
-    return {hn::IfThenZeroElse(gray, hue), lightness, hn::IfThenZeroElse(gray, hn::Div(delta, denominator))};
+      const auto red = hn::Eq(r, max), green = hn::Eq(g, max);
+      const auto pick = [&](F32 inRed, F32 inGreen, F32 inBlue) KIP_INLINE_LAMBDA {
+        return hn::IfThenElse(red, inRed, hn::IfThenElse(green, inGreen, inBlue));
+      };
+      angle[k] = hn::Mul(hn::Sub(pick(g, b, r), pick(b, r, g)), d60_);
+      offset[k] = hn::IfThenZeroElse(red, hn::IfThenElse(green, d120_, d240_));
+    }
+    for (int k = 0; k < kCount; ++k) {
+      angle[k] = hn::Div(angle[k], delta[k]);
+      hls[k].c = hn::Div(delta[k], hls[k].c);
+    }
+    for (int k = 0; k < kCount; ++k) {
+      const F32 zero = hn::Zero(Tag<float>());
+      // Angles below zero are red's: from green and from blue they are at most 60 degrees.
+      const auto wraps = hn::And(hn::Lt(angle[k], zero), hn::Eq(offset[k], zero));
+      const auto gray = hn::Le(delta[k], epsilon_);
+      const F32 hue = hn::Div(hn::Add(angle[k], hn::IfThenElse(wraps, d360_, offset[k])), d360_);
+      hls[k].a = hn::IfThenZeroElse(gray, hue), hls[k].c = hn::IfThenZeroElse(gray, hls[k].c);
+    }
   }
 
  private:
@@ -349,24 +362,37 @@ template <class Sixtieth>
 class FromHls32f {
  public:
   using Lane = float;
+  static constexpr int kTogether = 4;
   KIP_INLINE FromHls32f() {}
 
-  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const {
-    const F32 h = hn::Mul(px.a, d360_), l = px.b, s = px.c;
-    const F32 high =
-        hn::IfThenElse(hn::Le(l, half_), hn::Mul(l, hn::Add(one_, s)), hn::Sub(hn::Add(l, s), hn::Mul(l, s)));
-    const F32 low = hn::Sub(hn::Add(l, l), high), span = hn::Sub(high, low);
-    const F32 ahead = hn::Add(h, d120_), behind = hn::Sub(h, d120_);
-    const auto gray = hn::Eq(s, hn::Zero(Tag<float>()));
-    const auto channel = [&](F32 x) KIP_INLINE_LAMBDA { return hn::IfThenElse(gray, l, value(x, high, low, span)); };
-    return {channel(hn::Sub(ahead, hn::IfThenElseZero(hn::Gt(ahead, d360_), d360_))), channel(h),
-            channel(hn::Add(behind, hn::IfThenElseZero(hn::Lt(behind, hn::Zero(Tag<float>())), d360_)))};
+  template <int kCount>
+  KIP_INLINE void convert(const Pixels<F32>* hls, Pixels<F32>* rgb) const {
+    F32 h[kCount], high[kCount], low[kCount];
+    for (int k = 0; k < kCount; ++k) {
+      const F32 l = hls[k].b, s = hls[k].c;
+      h[k] = hn::Mul(hls[k].a, d360_);
+      high[k] = hn::IfThenElse(hn::Le(l, half_), hn::Mul(l, hn::Add(one_, s)), hn::Sub(hn::Add(l, s), hn::Mul(l, s)));
+      low[k] = hn::Sub(hn::Add(l, l), high[k]);
+    }
+    const auto channel = [&](int k, F32 x) KIP_INLINE_LAMBDA {
+      const auto gray = hn::Eq(hls[k].c, hn::Zero(Tag<float>()));
+      return hn::IfThenElse(gray, hls[k].b, value(x, high[k], low[k]));
+    };
+    for (int k = 0; k < kCount; ++k) {
+      const F32 ahead = hn::Add(h[k], d120_);
+      rgb[k].a = channel(k, hn::Sub(ahead, hn::IfThenElseZero(hn::Gt(ahead, d360_), d360_)));
+    }
+    for (int k = 0; k < kCount; ++k) rgb[k].b = channel(k, h[k]);
+    for (int k = 0; k < kCount; ++k) {
+      const F32 behind = hn::Sub(h[k], d120_);
+      rgb[k].c = channel(k, hn::Add(behind, hn::IfThenElseZero(hn::Lt(behind, hn::Zero(Tag<float>())), d360_)));
+    }
   }
 
  private:
   /// A channel at the angle x: it rises up to 60 degrees, is high up to 180, falls up to 240 and is low beyond.
-  KIP_INLINE F32 value(F32 x, F32 high, F32 low, F32 span) const {
-    const F32 slope = sixtieth_(hn::Mul(span, hn::Min(x, hn::Sub(d240_, x))));
+  KIP_INLINE F32 value(F32 x, F32 high, F32 low) const {
+    const F32 slope = sixtieth_(hn::Mul(hn::Sub(high, low), hn::Min(x, hn::Sub(d240_, x))));
     const F32 sloping = hn::Add(low, slope);
     const auto isHigh = hn::And(hn::Ge(x, d60_), hn::Lt(x, d180_));
     return hn::IfThenElse(isHigh, high, hn::IfThenElse(hn::Lt(x, d240_), sloping, low));

@@ -1,4 +1,7 @@
-// Look-ups in a constant table of 256 bytes, for vectors of indices.
+// Look-ups in a constant table of 256 bytes that is nearly straight from one sixteenth to the next, such as a transfer
+// curve: the very bytes of the table, by a few shuffles instead of 256 entries in memory.
+
+#include <algorithm>
 
 #if defined(KIP_FRAME_BYTETABLE_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KIP_FRAME_BYTETABLE_INL_H_
@@ -9,54 +12,101 @@
 
 #include "frame/simd-inl.h"
 
-HWY_BEFORE_NAMESPACE();
+#ifndef KIP_FRAME_BYTETABLE_ONCE
+#define KIP_FRAME_BYTETABLE_ONCE
 namespace kip {
-namespace HWY_NAMESPACE {
 
-/// A table as sixteen shuffles. A shuffle gives 0 where the index's top bit is set and else looks only at the low four
-/// bits. So each sixteenth of the table is kept as its differences (exclusive or) to the sixteenth before: while 16 is
-/// taken off the index step by step, what it passes adds up to its own entry. Indices from 128 do the same with the
-/// upper half.
-template <const uint8_t (&kTable)[256]>
-class ByteTable {
- public:
-  /// Each index becomes its entry. Several vectors at once do not wait for each other.
-  template <int kVectors>
-  KIP_INLINE static void lookUp(U8 (&v)[kVectors]) {
-    const U8 sixteen = set<uint8_t>(16);
-    U8 lower[kVectors], upper[kVectors];
-    for (int k = 0; k < kVectors; ++k) {
-      lower[k] = staying(v[k]), upper[k] = staying(hn::Xor(v[k], set<uint8_t>(0x80)));
-      v[k] = hn::Zero(Tag<uint8_t>());
+/// A table of bytes as a line through each of its sixteenths. Entry i of sixteenth s is
+/// base[s] + slope[s] i / 32, rounded down, and one more where bit i of the sixteenth is set. The first sixteenths may
+/// be too curved for that.
+struct TableLines {
+  static constexpr int kStepsPerUnit = 32;  // of slope
+
+  uint8_t base[16] = {};
+  uint8_t slope[16] = {};
+  uint8_t bits[2][16] = {};     // of the entries 0 .. 7 and 8 .. 15 of each sixteenth
+  uint8_t curved[16][16] = {};  // sixteenth k is the sum of curved[k], curved[k + 1], ...
+  int curvedCount = 0;
+
+  constexpr explicit TableLines(const uint8_t (&table)[256]) {
+    for (int s = 0; s < 16; ++s) {
+      if (!fit(table + 16 * s, s)) curvedCount = s + 1;
     }
-    for (int part = 0; part < 8; ++part) {
-      for (int k = 0; k < kVectors; ++k) {
-        const U8 below = HWY_NAMESPACE::lookUp(differences(part), lower[k]);
-        const U8 above = HWY_NAMESPACE::lookUp(differences(8 + part), upper[k]);
-        v[k] = hn::Xor(v[k], hn::Xor(below, above));
-        lower[k] = hn::Sub(lower[k], sixteen), upper[k] = hn::Sub(upper[k], sixteen);
+    for (int s = curvedCount - 1; s >= 0; --s) {
+      base[s] = slope[s] = bits[0][s] = bits[1][s] = 0;
+      for (int i = 0; i < 16; ++i) {
+        curved[s][i] = table[16 * s + i] - (s + 1 < curvedCount ? table[16 * (s + 1) + i] : 0);
       }
     }
   }
 
  private:
-  /// Indices with the top bit set keep it through all steps.
-  KIP_INLINE static U8 staying(U8 index) { return hn::Or(index, as<uint8_t>(hn::BroadcastSignBit(as<int8_t>(index)))); }
-
-  struct Parts {
-    uint8_t of[16][16];
-    constexpr Parts() : of() {
-      for (int part = 0; part < 16; ++part) {
-        for (int i = 0; i < 16; ++i) {
-          of[part][i] = kTable[16 * part + i] ^ (part % 8 == 0 ? 0 : kTable[16 * (part - 1) + i]);
-        }
-      }
+  /// The least slope that leaves each entry at most 1 above the line.
+  constexpr bool fit(const uint8_t* entries, int s) {
+    for (int k = 0; k < 256; ++k) {
+      int least = 255, most = -255;
+      const auto above = [&](int i) { return entries[i] - k * i / kStepsPerUnit; };
+      for (int i = 0; i < 16; ++i) least = std::min(least, above(i)), most = std::max(most, above(i));
+      if (most - least > 1) continue;
+      base[s] = static_cast<uint8_t>(least), slope[s] = static_cast<uint8_t>(k);
+      for (int i = 0; i < 16; ++i) bits[i / 8][s] |= (above(i) - least) << i % 8;
+      return true;
     }
-  };
-  KIP_INLINE static U8 differences(int part) {
-    alignas(16) static constexpr Parts kParts;
-    return hn::LoadDup128(Tag<uint8_t>(), kParts.of[part]);
+    return false;
   }
+};
+
+}  // namespace kip
+#endif
+
+HWY_BEFORE_NAMESPACE();
+namespace kip {
+namespace HWY_NAMESPACE {
+
+/// Turns indices into the table's entries.
+template <const uint8_t (&kTable)[256]>
+class ByteTable {
+ public:
+  KIP_INLINE ByteTable() {}
+
+  KIP_INLINE U8 operator()(U8 index) const {
+    const U8 sixteenth = hn::ShiftRight<4>(index), place = hn::And(index, set<uint8_t>(15));
+    U8 entry = hn::Add(lookUp(base_, sixteenth), line(lookUp(slope_, sixteenth), place));
+    entry = hn::Sub(entry, as<uint8_t>(bit(sixteenth, place)));
+    for (int k = 0; k < kLines.curvedCount; ++k) {
+      // Indices within sixteenth k or before it keep their top bit clear.
+      const U8 within = hn::SaturatedAdd(index, set<uint8_t>(128 - 16 * (k + 1)));
+      entry = hn::Add(entry, lookUp(table(kLines.curved[k]), within));
+    }
+    return entry;
+  }
+
+ private:
+  static constexpr TableLines kLines = TableLines(kTable);
+  static_assert(kLines.curvedCount <= 8, "the table is too curved");
+
+  KIP_INLINE static U8 table(const uint8_t (&bytes)[16]) { return hn::LoadDup128(Tag<uint8_t>(), bytes); }
+
+  /// slope x place / 32, as the upper bytes of products by 256 / 32.
+  KIP_INLINE static U8 line(U8 slope, U8 place) {
+    static_assert(TableLines::kStepsPerUnit == 256 >> 3);
+    const auto place8 = hn::ShiftLeft<3>(as<uint16_t>(place)), odd = set<uint16_t>(0xFF00);
+    const I16 ofEven = dotBytes(slope, as<int8_t>(hn::AndNot(odd, place8)));
+    const I16 ofOdd = dotBytes(slope, as<int8_t>(hn::And(odd, place8)));
+    return hn::OddEven(as<uint8_t>(ofOdd), as<uint8_t>(hn::ShiftRight<8>(as<uint16_t>(ofEven))));
+  }
+
+  /// -1 where the bit of the entry is set.
+  KIP_INLINE I8 bit(U8 sixteenth, U8 place) const {
+    alignas(16) static constexpr uint8_t kBits[16] = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
+    const U8 bits = as<uint8_t>(hn::IfNegativeThenElse(as<int8_t>(hn::ShiftLeft<4>(as<uint16_t>(place))),
+                                                       as<int8_t>(lookUp(table(kLines.bits[1]), sixteenth)),
+                                                       as<int8_t>(lookUp(table(kLines.bits[0]), sixteenth))));
+    const U8 one = lookUp(table(kBits), place);
+    return as<int8_t>(hn::VecFromMask(hn::Eq(hn::And(bits, one), one)));
+  }
+
+  U8 base_ = table(kLines.base), slope_ = table(kLines.slope);
 };
 
 }  // namespace HWY_NAMESPACE

@@ -11,60 +11,89 @@
 
 #include "frame/simd-inl.h"
 
+#ifndef KIP_FRAME_PRIMITIVES_ONCE
+#define KIP_FRAME_PRIMITIVES_ONCE
+namespace kip {
+
+inline const float* rowOf(const float* plane, int step, int y) {
+  return reinterpret_cast<const float*>(reinterpret_cast<const uint8_t*>(plane) + y * static_cast<ptrdiff_t>(step));
+}
+
+}  // namespace kip
+#endif
+
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
-/// Some samples of a row, as vectors that are worked on side by side.
-template <int kVectors>
+/// Some samples of each of kRows rows, as vectors that are worked on side by side.
+template <int kRows, int kVectors>
 struct Samples {
   static constexpr int kCount = kVectors * kLanes<float>;
-  F32 part[kVectors];
+  F32 part[kRows][kVectors];
 
-  explicit Samples(float value) {
-    for (F32& v : part) v = set(value);
+  KIP_INLINE explicit Samples(float value) {
+    for (auto& row : part) {
+      for (F32& v : row) v = set(value);
+    }
   }
 
-  /// Calls combine(samples, part) -> part with each vector of the row; what lacks at the row's end is `padding`.
+  /// Calls combine(samples, part) -> part with each vector of the rows; what lacks at their end is `padding`.
   template <class Combine>
-  KIP_INLINE void take(const float* row, int width, float padding, const Combine& combine) {
-    const auto takeCount = [&](const float* from) KIP_INLINE_LAMBDA {
-      for (int i = 0; i < kVectors; ++i) part[i] = combine(hn::LoadU(Tag<float>(), from + i * kLanes<float>), part[i]);
+  KIP_INLINE void take(const float* const (&rows)[kRows], int width, float padding, const Combine& combine) {
+    const auto takeCount = [&](F32(&into)[kVectors], const float* from) KIP_INLINE_LAMBDA {
+      for (int i = 0; i < kVectors; ++i) into[i] = combine(hn::LoadU(Tag<float>(), from + i * kLanes<float>), into[i]);
     };
     int x = 0;
-    for (; x <= width - kCount; x += kCount) takeCount(row + x);
+    for (; x <= width - kCount; x += kCount) {
+      for (int y = 0; y < kRows; ++y) takeCount(part[y], rows[y] + x);
+    }
     if (x == width) return;
-    float rest[kCount];
-    std::fill_n(rest, kCount, padding);
-    std::copy(row + x, row + width, rest);
-    takeCount(rest);
+    for (int y = 0; y < kRows; ++y) {
+      float rest[kCount];
+      std::fill_n(rest, kCount, padding);
+      std::copy(rows[y] + x, rows[y] + width, rest);
+      takeCount(part[y], rest);
+    }
   }
 
-  void store(float* to) const {
-    for (int i = 0; i < kVectors; ++i) hn::StoreU(part[i], Tag<float>(), to + i * kLanes<float>);
+  KIP_INLINE void store(int row, float* to) const {
+    for (int i = 0; i < kVectors; ++i) hn::StoreU(part[row][i], Tag<float>(), to + i * kLanes<float>);
   }
 };
 
-float largest(const float* row, int width) {
-  using Best = Samples<4>;
+float largest(const float* plane, int step, KipiSize size) {
+  using Best = Samples<1, 4>;
   constexpr float kNone = -std::numeric_limits<float>::infinity();
   Best best(kNone);
-  // The second argument is the result when the first one is not a number.
-  best.take(row, width, kNone, [](F32 v, F32 sofar) KIP_INLINE_LAMBDA { return hn::Max(v, sofar); });
+  for (int y = 0; y < size.height; ++y) {
+    // The second argument is the result when the first one is not a number.
+    best.take({rowOf(plane, step, y)}, size.width, kNone,
+              [](F32 v, F32 sofar) KIP_INLINE_LAMBDA { return hn::Max(v, sofar); });
+  }
   float all[Best::kCount];
-  best.store(all);
+  best.store(0, all);
   return *std::max_element(all, all + Best::kCount);
 }
 
-/// Column x is added to partial sum x mod 16, whatever the size of a vector.
-float sumOfRow(const float* row, int width) {
-  using Sums = Samples<16 / kLanes<float>>;
-  Sums sums(0);
-  sums.take(row, width, 0, [](F32 v, F32 sum) KIP_INLINE_LAMBDA { return hn::Add(sum, v); });
-  float p[Sums::kCount], lane[4];
-  sums.store(p);
-  for (int i = 0; i < 4; ++i) lane[i] = (p[i] + p[4 + i]) + (p[8 + i] + p[12 + i]);
-  return (lane[0] + lane[1]) + (lane[2] + lane[3]);
+/// Column x is added to partial sum x mod 16, whatever the size of a vector. Two rows at a time, so that the sums of
+/// one need not wait for each other.
+long double sum(const float* plane, int step, KipiSize size) {
+  using Sums = Samples<2, 16 / kLanes<float>>;
+  long double total = 0;
+  for (int y = 0; y < size.height; y += 2) {
+    const int rows = std::min(2, size.height - y);
+    Sums sums(0);
+    sums.take({rowOf(plane, step, y), rowOf(plane, step, y + rows - 1)}, size.width, 0,
+              [](F32 v, F32 sum) KIP_INLINE_LAMBDA { return hn::Add(sum, v); });
+    for (int row = 0; row < rows; ++row) {
+      float p[Sums::kCount], lane[4];
+      sums.store(row, p);
+      for (int i = 0; i < 4; ++i) lane[i] = (p[i] + p[4 + i]) + (p[8 + i] + p[12 + i]);
+      total += (lane[0] + lane[1]) + (lane[2] + lane[3]);
+    }
+  }
+  return total;
 }
 
 }  // namespace HWY_NAMESPACE
@@ -76,22 +105,23 @@ namespace kip {
 namespace {
 
 HWY_EXPORT(largest);
-HWY_EXPORT(sumOfRow);
+HWY_EXPORT(sum);
 
 KipStatus checkPlane(const void* plane, const void* result, KipiSize size) {
   if (plane == nullptr || result == nullptr) return kipStatusNullPointer;
   return size.width < 1 || size.height < 1 ? kipStatusBadSize : kipStatusOk;
 }
 
-const Kip32f* rowOf(const Kip32f* plane, int step, int y) {
-  return reinterpret_cast<const Kip32f*>(reinterpret_cast<const Kip8u*>(plane) + y * static_cast<ptrdiff_t>(step));
-}
-
 /// Even and odd columns apart, the last column of an odd width with the even ones.
-double accurateSumOfRow(const float* row, int width) {
-  double even = 0, odd = 0;
-  for (int x = 0; x < width; ++x) (x % 2 ? odd : even) += row[x];
-  return even + odd;
+long double accurateSum(const float* plane, int step, KipiSize size) {
+  long double total = 0;
+  for (int y = 0; y < size.height; ++y) {
+    const float* row = rowOf(plane, step, y);
+    double even = 0, odd = 0;
+    for (int x = 0; x < size.width; ++x) (x % 2 ? odd : even) += row[x];
+    total += even + odd;
+  }
+  return total;
 }
 
 }  // namespace
@@ -105,23 +135,14 @@ KipStatus kipiSet_8u_C1R(Kip8u value, Kip8u* pDst, int dstStep, KipiSize roiSize
 
 KipStatus kipiMax_32f_C1R(const Kip32f* pSrc, int srcStep, KipiSize roiSize, Kip32f* pMax) {
   if (const KipStatus status = checkPlane(pSrc, pMax, roiSize)) return status;
-  const auto largestOfRow = HWY_DYNAMIC_DISPATCH(largest);
-  *pMax = -std::numeric_limits<Kip32f>::infinity();
-  for (int y = 0; y < roiSize.height; ++y) {
-    *pMax = std::max(*pMax, largestOfRow(rowOf(pSrc, srcStep, y), roiSize.width));
-  }
+  *pMax = HWY_DYNAMIC_DISPATCH(largest)(pSrc, srcStep, roiSize);
   return kipStatusOk;
 }
 
 KipStatus kipiSum_32f_C1R(const Kip32f* pSrc, int srcStep, KipiSize roiSize, double* pSum, SumHint hint) {
   if (const KipStatus status = checkPlane(pSrc, pSum, roiSize)) return status;
-  const auto fastSumOfRow = HWY_DYNAMIC_DISPATCH(sumOfRow);
-  long double sum = 0;
-  for (int y = 0; y < roiSize.height; ++y) {
-    const Kip32f* row = rowOf(pSrc, srcStep, y);
-    sum += hint == SumHint::kAccurate ? accurateSumOfRow(row, roiSize.width) : fastSumOfRow(row, roiSize.width);
-  }
-  *pSum = static_cast<double>(sum);
+  const auto sumOf = hint == SumHint::kAccurate ? accurateSum : HWY_DYNAMIC_DISPATCH(sum);
+  *pSum = static_cast<double>(sumOf(pSrc, srcStep, roiSize));
   return kipStatusOk;
 }
 

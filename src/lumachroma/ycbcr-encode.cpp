@@ -132,17 +132,10 @@ struct Linear {
   static void transfer(Kip8u*, size_t) {}
 };
 struct Transferred {
-  static constexpr int kTogether = 4;
-  static constexpr size_t kBytes = kTogether * kLanes<uint8_t>;
-
   static void transfer(Kip8u* samples, size_t count) {
     const Tag<uint8_t> d;
-    for (size_t i = 0; i < count; i += kBytes) {
-      U8 v[kTogether];
-      for (int k = 0; k < kTogether; ++k) v[k] = hn::LoadU(d, samples + i + k * kLanes<uint8_t>);
-      ByteTable<kTransfer709>::lookUp(v);
-      for (int k = 0; k < kTogether; ++k) hn::StoreU(v[k], d, samples + i + k * kLanes<uint8_t>);
-    }
+    const ByteTable<kTransfer709> curve;
+    for (size_t i = 0; i < count; i += kLanes<uint8_t>) hn::StoreU(curve(hn::LoadU(d, samples + i)), d, samples + i);
   }
 };
 
@@ -159,7 +152,7 @@ class Smoothed {
  private:
   using Walk = Encode<ThreeTaps, WithLeft, CbYCrY>;
   static constexpr int kBefore = WithLeft::kBefore;
-  static constexpr int kPiece = 512;  // pixels: whole blocks, and whole vectors, however many the curve takes at once
+  static constexpr int kPiece = 512;  // pixels: whole blocks
 
   static void row(const Walk& encode, int width, const Kip8u* from, Kip8u* to) {
     Kip8u memory[kBefore + WithLeft::bytes(0, kPiece)] = {}, result[CbYCrY::bytes(0, kPiece)];

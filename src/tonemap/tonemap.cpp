@@ -11,16 +11,9 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
-/// As many floats as there are bytes in a vector, in blocks of four such that packing twice puts them in order.
+/// As many floats as there are bytes in a vector.
 struct Floats : C1<float> {
   static constexpr int kBlock = kLanes<uint8_t>;
-  static constexpr int kVectors = 4;
-
-  /// Vector i of a block.
-  KIP_INLINE static F32 load(const Rows<const Kip8u, 1>& from, int i) {
-    constexpr int kBlockBytes = 16;
-    return as<float>(loadBlocks(from.at[0] + i * kBlockBytes, kVectors * kBlockBytes));
-  }
 };
 
 /// Products as integers from 255 down, which packing clamps at 0. What 32 bits cannot hold, and what is not a number,
@@ -41,10 +34,10 @@ void scale(const Job& job, int first, int last) {
     forBlocks<Floats, C1<>>(Floats::rows(job.src, y), C1<>::rows(job.dst, y), 0, job.width,
                             [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
                               const auto integers = [&](int i) KIP_INLINE_LAMBDA {
-                                return Byte::of(hn::Mul(Floats::load(from, i), factor));
+                                const float* floats = samples<float>(from.at[0]) + i * kLanes<float>;
+                                return Byte::of(hn::Mul(hn::LoadU(Tag<float>(), floats), factor));
                               };
-                              const U8 bytes =
-                                  packBytes(packWords(integers(0), integers(1)), packWords(integers(2), integers(3)));
+                              const U8 bytes = packInOrder(integers(0), integers(1), integers(2), integers(3));
                               hn::StoreU(bytes, Tag<uint8_t>(), to.at[0]);
                             });
   }
