@@ -70,7 +70,7 @@ template <class S, class D>
 struct Plain {
   explicit Plain(float intervals) : intervals(set(intervals)), q(set(1 / intervals)) {}
   KIP_INLINE F32 normal(F32 v) const { return hn::Mul(v, set(kNormal<S>)); }
-  KIP_INLINE I32 interval(F32 v) const { return truncated(hn::Mul(v, intervals)); }
+  KIP_INLINE F32 interval(F32 v) const { return hn::Trunc(hn::Mul(v, intervals)); }
   KIP_INLINE I32 written(F32 level) const { return truncated(hn::Mul(level, set(kFullScale<D>))); }
   F32 intervals, q;
 };
@@ -81,7 +81,7 @@ struct Scaled {
   explicit Scaled(float intervals)
       : perInterval(set(intervals / kFullScale<S>)), q(set(intervalOf(intervals, kFullScale<S>))) {}
   KIP_INLINE F32 normal(F32 v) const { return v; }
-  KIP_INLINE I32 interval(F32 v) const { return truncated(hn::Mul(v, perInterval)); }
+  KIP_INLINE F32 interval(F32 v) const { return hn::Trunc(hn::Mul(v, perInterval)); }
   KIP_INLINE I32 written(F32 level) const { return hn::ShiftRight<8 * (sizeof(S) - sizeof(D))>(truncated(level)); }
   F32 perInterval, q;
 };
@@ -91,18 +91,38 @@ template <class S, class D>
 struct Precise {
   explicit Precise(float intervals) : intervals(intervals), q(set(1 / intervals)) {}
   KIP_INLINE F32 normal(F32 v) const { return hn::Mul(v, set(kNormal<S>)); }
-  KIP_INLINE I32 interval(F32 v) const {
+  KIP_INLINE F32 interval(F32 v) const {
     // Of bytes, single precision gives the same.
-    return sizeof(S) == 1 ? truncated(hn::Mul(v, set(intervals))) : preciseProduct(v, intervals);
+    if constexpr (sizeof(S) == 1) return hn::Trunc(hn::Mul(v, set(intervals)));
+    return hn::ConvertTo(Tag<float>(), preciseProduct(v, intervals));
   }
   KIP_INLINE I32 written(F32 level) const { return preciseProduct(level, kFullScale<D>); }
   float intervals;
   F32 q;
 };
 
+/// The same where single precision, with a smaller addend, writes every level as the same byte.
+template <class S>
+struct PreciseToBytes : Precise<S, Kip8u> {
+  using Precise<S, Kip8u>::Precise;
+  static constexpr float kAddend = 6.5e-6f;
+
+  /// True of all but three numbers of intervals.
+  static bool suffices(float intervals) {
+    const float q = 1 / intervals;
+    for (float k = 0; k <= intervals; ++k) {
+      for (const float level : {k * q, k * q + q}) {
+        if (static_cast<int>(level * 255 + kAddend) != static_cast<int>(double{level} * 255 + 9e-6)) return false;
+      }
+    }
+    return true;
+  }
+  KIP_INLINE I32 written(F32 level) const { return truncated(hn::Add(hn::Mul(level, set(255.f)), set(kAddend))); }
+};
+
 template <class Op>
 KIP_INLINE I32 reduced(const Op& op, F32 v, F32 threshold) {
-  const F32 lower = hn::Mul(hn::ConvertTo(Tag<float>(), op.interval(v)), op.q);
+  const F32 lower = hn::Mul(op.interval(v), op.q);
   const F32 up = hn::IfThenElseZero(hn::Gt(hn::Sub(v, lower), threshold), op.q);
   return op.written(hn::Add(lower, up));
 }
@@ -116,67 +136,69 @@ struct Flat {
   static constexpr size_t bytes(int, size_t samples) { return samples * sizeof(T); }
 };
 
-/// The thresholds of some pixels of a row, one for each of their samples.
+/// The thresholds of the samples of some pixels of four rows: as many rows as the dither's period.
 class Thresholds {
  public:
+  static constexpr int kRows = 4;
   static constexpr int kPixels = 64;  // a multiple of a full vector of samples, and of the dither's period
 
-  Thresholds(const Reduction& reduction, float q) : reduction_(reduction), q_(q) {
+  Thresholds(const Reduction& reduction, float q) : reduction_(reduction), q_(set(q)) {
     const int perPixel = reduction.channels.perPixel;
+    samples_ = kPixels * perPixel;
     for (int v = 0; v < perPixel; ++v) {
       for (int i = 0; i < kLanes<float>; ++i) sampleToPixel_[v][i] = (v * kLanes<float> + i) / perPixel;
     }
-    if (reduction.method == kipDitherNone) {
-      spreadAll(0, [&](int) KIP_INLINE_LAMBDA { return set(0.5f / reduction.intervals); });
-    } else if (reduction.noise == nullptr) {
-      for (int y = 0; y < 4; ++y) {
-        const F32 row = hn::Mul(bayerRow(y), set(q));
-        spreadAll(y, [&](int) KIP_INLINE_LAMBDA { return row; });
-      }
+    for (int y = 0; y < kRows; ++y) {
+      bayer_[y] = bayerRow(y);
+      const F32 row = reduction.method == kipDitherNone ? set(0.5f / reduction.intervals) : hn::Mul(bayer_[y], q_);
+      for (int x = 0; x < kPixels; x += kLanes<float>) spread(row, x, y);
     }
   }
 
-  /// For the pixels from x of row y on, x a multiple of kPixels.
-  const float* at(size_t x, int y) {
-    if (reduction_.method == kipDitherNone) return rows_[0];
-    if (reduction_.noise != nullptr) {
-      const float* values = reduction_.noise->row(y);
-      const Kip16s* columns = reduction_.noise->columns() + x % NoiseTables::kCount;
-      alignas(64) float noise[kPixels];
-      for (int i = 0; i < kPixels; ++i) noise[i] = values[columns[i]];
-      const F32 row = bayerRow(y);
-      spreadAll(y % 4, [&](int i) KIP_INLINE_LAMBDA {
-        return hn::Mul(hn::Add(row, hn::Load(Tag<float>(), noise + i)), set(q_));
-      });
+  /// Without noise, the thresholds are those of all pixels from a multiple of kPixels on.
+  bool repeat() const { return reduction_.method == kipDitherNone || reduction_.noise == nullptr; }
+
+  /// Adds the noise of the pixels from x on of the rows from y on, both multiples of what there is of them.
+  void addNoise(size_t x, int y) {
+    const float* values = reduction_.noise->row(y);
+    const Kip16s* columns = reduction_.noise->columns() + x % NoiseTables::kCount;
+    for (int i = 0; i < kPixels; i += kLanes<float>) {
+      F32 noise[kRows];  // at first of a pixel in each block, of four rows
+      for (int pixel = 0; pixel < 4; ++pixel) {
+        noise[pixel] = as<float>(loadBlocksAt([&](int block) KIP_INLINE_LAMBDA {
+          return reinterpret_cast<const uint8_t*>(values + columns[i + 4 * block + pixel]);
+        }));
+      }
+      transposeBlocks<float>(noise);
+      for (int row = 0; row < kRows; ++row) spread(hn::Mul(hn::Add(bayer_[row], noise[row]), q_), i, row);
     }
-    return rows_[y % 4];
   }
+
+  const float* row(int y) const { return rows_[y % kRows]; }
+  int samples() const { return samples_; }
 
  private:
   /// A row of the dither's matrix, again and again.
   static F32 bayerRow(int y) {
     float row[4];
-    for (int x = 0; x < 4; ++x) row[x] = static_cast<float>(kBayer[y % 4][x]) / 15;
+    for (int x = 0; x < 4; ++x) row[x] = static_cast<float>(kBayer[y][x]) / 15;
     return hn::LoadDup128(Tag<float>(), row);
   }
 
-  template <class Function>
-  KIP_INLINE void spreadAll(int row, const Function& thresholdsOf) {
+  /// The thresholds of a vector of pixels from x on as those of their samples.
+  KIP_INLINE void spread(F32 thresholds, int x, int row) {
     const Tag<float> d;
-    float* to = rows_[row];
-    for (int x = 0; x < kPixels; x += kLanes<float>) {
-      const F32 thresholds = thresholdsOf(x);
-      for (int v = 0; v < reduction_.channels.perPixel; ++v) {
-        hn::Store(hn::TableLookupLanes(thresholds, hn::SetTableIndices(d, sampleToPixel_[v])), d, to);
-        to += kLanes<float>;
-      }
+    float* to = rows_[row] + x * reduction_.channels.perPixel;
+    for (int v = 0; v < reduction_.channels.perPixel; ++v) {
+      hn::Store(hn::TableLookupLanes(thresholds, hn::SetTableIndices(d, sampleToPixel_[v])), d, to + v * kLanes<float>);
     }
   }
 
   const Reduction& reduction_;
-  float q_;
+  F32 q_, bayer_[kRows];
+  int samples_;
   int32_t sampleToPixel_[4][kLanes<float>];
-  alignas(64) float rows_[4][4 * kPixels];
+  alignas(64) float rows_[kRows][4 * kPixels];
 };
 
 /// Reduces whole rows sample by sample.
@@ -196,23 +218,36 @@ struct Levels {
 
   template <bool kKeepsFourth>
   static void rows(const Job& job, const Reduction& reduction, int first, int last) {
-    using From = Flat<S, D, false>;
-    using To = Flat<D, D, kKeepsFourth>;
     const Op op(reduction.intervals);
     Thresholds thresholds(reduction, hn::GetLane(op.q));
-    const size_t perPixel = reduction.channels.perPixel;
-    for (int y = first; y < last; ++y) {
-      for (size_t x = 0; x < static_cast<size_t>(job.width); x += Thresholds::kPixels) {
-        const float* threshold = thresholds.at(x, y);
-        const Rows<const Kip8u, 1> from = {{job.src.row(0, y) + x * perPixel * sizeof(S)}};
-        const Rows<Kip8u, 1> to = {{job.dst.row(0, y) + x * perPixel * sizeof(D)}};
-        const size_t pixels = std::min<size_t>(job.width - x, Thresholds::kPixels);
-        forBlocks<From, To>(from, to, 0, pixels * perPixel, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
-          block<kKeepsFourth>(op, samples<S>(in.at[0]), threshold, samples<D>(out.at[0]));
-          threshold += kLanes<D>;
-        });
+    const size_t width = job.width, stride = thresholds.repeat() ? width : Thresholds::kPixels;
+    for (int y = first, next; y < last; y = next) {
+      const int period = y - y % Thresholds::kRows;
+      next = std::min(period + Thresholds::kRows, last);
+      for (size_t x = 0; x < width; x += stride) {
+        if (!thresholds.repeat()) thresholds.addNoise(x, period);
+        for (int row = y; row < next; ++row) {
+          pixels<kKeepsFourth>(job, reduction.channels.perPixel, op, thresholds, row, x, std::min(x + stride, width));
+        }
       }
     }
+  }
+
+  /// Pixels first .. last - 1 of row y.
+  template <bool kKeepsFourth>
+  static void pixels(const Job& job, int perPixel, const Op& op, const Thresholds& thresholds, int y, size_t first,
+                     size_t last) {
+    using From = Flat<S, D, false>;
+    using To = Flat<D, D, kKeepsFourth>;
+    const Rows<const Kip8u, 1> from = {{job.src.row(0, y)}};
+    const Rows<Kip8u, 1> to = {{job.dst.row(0, y)}};
+    const float *const begin = thresholds.row(y), *const end = begin + thresholds.samples(), *threshold = begin;
+    forBlocks<From, To>(from, to, first * perPixel, last * perPixel,
+                        [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+                          block<kKeepsFourth>(op, samples<S>(in.at[0]), threshold, samples<D>(out.at[0]));
+                          threshold += kLanes<D>;
+                          if (threshold == end) threshold = begin;
+                        });
   }
 
   template <bool kKeepsFourth>
