@@ -101,23 +101,22 @@ struct Precise {
   F32 q;
 };
 
-/// The same where single precision, with a smaller addend, writes every level as the same byte.
+/// The same where single precision writes every level as the same byte.
 template <class S>
-struct PreciseToBytes : Precise<S, Kip8u> {
+struct PreciseBytes : Precise<S, Kip8u> {
   using Precise<S, Kip8u>::Precise;
-  static constexpr float kAddend = 6.5e-6f;
 
-  /// True of all but three numbers of intervals.
+  /// True of five numbers of intervals in six.
   static bool suffices(float intervals) {
     const float q = 1 / intervals;
     for (float k = 0; k <= intervals; ++k) {
       for (const float level : {k * q, k * q + q}) {
-        if (static_cast<int>(level * 255 + kAddend) != static_cast<int>(double{level} * 255 + 9e-6)) return false;
+        if (static_cast<int>(level * 255) != static_cast<int>(double{level} * 255 + 9e-6)) return false;
       }
     }
     return true;
   }
-  KIP_INLINE I32 written(F32 level) const { return truncated(hn::Add(hn::Mul(level, set(255.f)), set(kAddend))); }
+  KIP_INLINE I32 written(F32 level) const { return truncated(hn::Mul(level, set(255.f))); }
 };
 
 template <class Op>
@@ -136,23 +135,38 @@ struct Flat {
   static constexpr size_t bytes(int, size_t samples) { return samples * sizeof(T); }
 };
 
+/// To which pixels the samples of some vectors belong, as shuffles of blocks that begin with the first of the pixels.
+template <int kPerPixel>
+struct PixelsOfSamples {
+  static constexpr int kLength = kLanes<uint8_t>;
+
+  constexpr PixelsOfSamples() {
+    for (int v = 0; v < kPerPixel; ++v) {
+      for (int i = 0; i < kLength; ++i) {
+        const int pixel = (sample(v, i / 16) + i % 16 / 4) / kPerPixel - first(v, i / 16);
+        shuffle[v][i] = static_cast<uint8_t>(4 * pixel + i % 4);
+      }
+    }
+  }
+  static constexpr int sample(int vector, int block) { return vector * kLanes<float> + 4 * block; }
+  static constexpr int first(int vector, int block) { return sample(vector, block) / kPerPixel; }
+
+  alignas(64) uint8_t shuffle[kPerPixel][kLength] = {};
+};
+
 /// The thresholds of the samples of some pixels of four rows: as many rows as the dither's period.
 class Thresholds {
  public:
   static constexpr int kRows = 4;
-  static constexpr int kPixels = 64;  // a multiple of a full vector of samples, and of the dither's period
+  static constexpr int kPixels = 128;  // a multiple of a full vector of samples, and of the dither's period
 
   Thresholds(const Reduction& reduction, float q) : reduction_(reduction), q_(set(q)) {
-    const int perPixel = reduction.channels.perPixel;
-    samples_ = kPixels * perPixel;
-    for (int v = 0; v < perPixel; ++v) {
-      for (int i = 0; i < kLanes<float>; ++i) sampleToPixel_[v][i] = (v * kLanes<float> + i) / perPixel;
-    }
     for (int y = 0; y < kRows; ++y) {
       bayer_[y] = bayerRow(y);
       const F32 row = reduction.method == kipDitherNone ? set(0.5f / reduction.intervals) : hn::Mul(bayer_[y], q_);
-      for (int x = 0; x < kPixels; x += kLanes<float>) spread(row, x, y);
+      for (int x = 0; x < kPixels; x += kLanes<float>) hn::Store(row, Tag<float>(), &ofPixels_[y][x]);
     }
+    spread();
   }
 
   /// Without noise, the thresholds are those of all pixels from a multiple of kPixels on.
@@ -163,19 +177,22 @@ class Thresholds {
     const float* values = reduction_.noise->row(y);
     const Kip16s* columns = reduction_.noise->columns() + x % NoiseTables::kCount;
     for (int i = 0; i < kPixels; i += kLanes<float>) {
-      F32 noise[kRows];  // at first of a pixel in each block, of four rows
-      for (int pixel = 0; pixel < 4; ++pixel) {
+      F32 noise[kRows];  // of a pixel in each block at first, the rows below one another
+      for (int pixel = 0; pixel < kRows; ++pixel) {
         noise[pixel] = as<float>(loadBlocksAt([&](int block) KIP_INLINE_LAMBDA {
           return reinterpret_cast<const uint8_t*>(values + columns[i + 4 * block + pixel]);
         }));
       }
       transposeBlocks<float>(noise);
-      for (int row = 0; row < kRows; ++row) spread(hn::Mul(hn::Add(bayer_[row], noise[row]), q_), i, row);
+      for (int row = 0; row < kRows; ++row) {
+        hn::Store(hn::Mul(hn::Add(bayer_[row], noise[row]), q_), Tag<float>(), &ofPixels_[row][i]);
+      }
     }
+    spread();
   }
 
-  const float* row(int y) const { return rows_[y % kRows]; }
-  int samples() const { return samples_; }
+  const float* row(int y) const { return ofSamples_[y % kRows]; }
+  int samples() const { return kPixels * reduction_.channels.perPixel; }
 
  private:
   /// A row of the dither's matrix, again and again.
@@ -185,20 +202,39 @@ class Thresholds {
     return hn::LoadDup128(Tag<float>(), row);
   }
 
-  /// The thresholds of a vector of pixels from x on as those of their samples.
-  KIP_INLINE void spread(F32 thresholds, int x, int row) {
-    const Tag<float> d;
-    float* to = rows_[row] + x * reduction_.channels.perPixel;
-    for (int v = 0; v < reduction_.channels.perPixel; ++v) {
-      hn::Store(hn::TableLookupLanes(thresholds, hn::SetTableIndices(d, sampleToPixel_[v])), d, to + v * kLanes<float>);
+  /// Makes the thresholds of pixels those of each of their samples.
+  void spread() {
+    switch (reduction_.channels.perPixel) {
+      case 1:
+        return spreadOver<1>();
+      case 3:
+        return spreadOver<3>();
+      default:
+        return spreadOver<4>();
+    }
+  }
+
+  template <int kPerPixel>
+  void spreadOver() {
+    static constexpr PixelsOfSamples<kPerPixel> kPixelsOf;
+    const Tag<uint8_t> d;
+    for (int y = 0; y < kRows; ++y) {
+      float* to = ofSamples_[y];
+      for (int x = 0; x < kPixels; x += kLanes<float>) {
+        for (int v = 0; v < kPerPixel; ++v, to += kLanes<float>) {
+          const U8 pixels = loadBlocksAt([&](int b) KIP_INLINE_LAMBDA {
+            return reinterpret_cast<const uint8_t*>(&ofPixels_[y][x + kPixelsOf.first(v, b)]);
+          });
+          hn::Store(as<float>(hn::TableLookupBytes(pixels, hn::Load(d, kPixelsOf.shuffle[v]))), Tag<float>(), to);
+        }
+      }
     }
   }
 
   const Reduction& reduction_;
   F32 q_, bayer_[kRows];
-  int samples_;
-  int32_t sampleToPixel_[4][kLanes<float>];
-  alignas(64) float rows_[kRows][4 * kPixels];
+  alignas(64) float ofPixels_[kRows][kPixels + 16];  // read a little beyond
+  alignas(64) float ofSamples_[kRows][4 * kPixels];
 };
 
 /// Reduces whole rows sample by sample.

@@ -26,8 +26,8 @@ struct Reduce {
       if (reduction.noise == nullptr) return Levels<S, D, Scaled<S, D>>::rows(job, first, last);
     }
     if constexpr (sizeof(D) == 1) {
-      if (PreciseToBytes<S>::suffices(reduction.intervals)) {
-        return Levels<S, D, PreciseToBytes<S>>::rows(job, first, last);
+      if (PreciseBytes<S>::suffices(reduction.intervals)) {
+        return Levels<S, D, PreciseBytes<S>>::rows(job, first, last);
       }
     }
     return Levels<S, D, Precise<S, D>>::rows(job, first, last);
