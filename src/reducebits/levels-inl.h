@@ -70,7 +70,7 @@ template <class S, class D>
 struct Plain {
   explicit Plain(float intervals) : intervals(set(intervals)), q(set(1 / intervals)) {}
   KIP_INLINE F32 normal(F32 v) const { return hn::Mul(v, set(kNormal<S>)); }
-  KIP_INLINE I32 interval(F32 v) const { return truncated(hn::Mul(v, intervals)); }
+  KIP_INLINE F32 interval(F32 v) const { return hn::Trunc(hn::Mul(v, intervals)); }
   KIP_INLINE I32 written(F32 level) const { return truncated(hn::Mul(level, set(kFullScale<D>))); }
   F32 intervals, q;
 };
@@ -81,7 +81,7 @@ struct Scaled {
   explicit Scaled(float intervals)
       : perInterval(set(intervals / kFullScale<S>)), q(set(intervalOf(intervals, kFullScale<S>))) {}
   KIP_INLINE F32 normal(F32 v) const { return v; }
-  KIP_INLINE I32 interval(F32 v) const { return truncated(hn::Mul(v, perInterval)); }
+  KIP_INLINE F32 interval(F32 v) const { return hn::Trunc(hn::Mul(v, perInterval)); }
   KIP_INLINE I32 written(F32 level) const { return hn::ShiftRight<8 * (sizeof(S) - sizeof(D))>(truncated(level)); }
   F32 perInterval, q;
 };
@@ -91,18 +91,37 @@ template <class S, class D>
 struct Precise {
   explicit Precise(float intervals) : intervals(intervals), q(set(1 / intervals)) {}
   KIP_INLINE F32 normal(F32 v) const { return hn::Mul(v, set(kNormal<S>)); }
-  KIP_INLINE I32 interval(F32 v) const {
+  KIP_INLINE F32 interval(F32 v) const {
     // Of bytes, single precision gives the same.
-    return sizeof(S) == 1 ? truncated(hn::Mul(v, set(intervals))) : preciseProduct(v, intervals);
+    if constexpr (sizeof(S) == 1) return hn::Trunc(hn::Mul(v, set(intervals)));
+    return hn::ConvertTo(Tag<float>(), preciseProduct(v, intervals));
   }
   KIP_INLINE I32 written(F32 level) const { return preciseProduct(level, kFullScale<D>); }
   float intervals;
   F32 q;
 };
 
+/// The same where single precision writes every level as the same byte.
+template <class S>
+struct PreciseBytes : Precise<S, Kip8u> {
+  using Precise<S, Kip8u>::Precise;
+
+  /// True of five numbers of intervals in six.
+  static bool suffices(float intervals) {
+    const float q = 1 / intervals;
+    for (float k = 0; k <= intervals; ++k) {
+      for (const float level : {k * q, k * q + q}) {
+        if (static_cast<int>(level * 255) != static_cast<int>(double{level} * 255 + 9e-6)) return false;
+      }
+    }
+    return true;
+  }
+  KIP_INLINE I32 written(F32 level) const { return truncated(hn::Mul(level, set(255.f))); }
+};
+
 template <class Op>
 KIP_INLINE I32 reduced(const Op& op, F32 v, F32 threshold) {
-  const F32 lower = hn::Mul(hn::ConvertTo(Tag<float>(), op.interval(v)), op.q);
+  const F32 lower = hn::Mul(op.interval(v), op.q);
   const F32 up = hn::IfThenElseZero(hn::Gt(hn::Sub(v, lower), threshold), op.q);
   return op.written(hn::Add(lower, up));
 }
@@ -116,67 +135,106 @@ struct Flat {
   static constexpr size_t bytes(int, size_t samples) { return samples * sizeof(T); }
 };
 
-/// The thresholds of some pixels of a row, one for each of their samples.
-class Thresholds {
- public:
-  static constexpr int kPixels = 64;  // a multiple of a full vector of samples, and of the dither's period
+/// To which pixels the samples of some vectors belong, as shuffles of blocks that begin with the first of the pixels.
+template <int kPerPixel>
+struct PixelsOfSamples {
+  static constexpr int kLength = kLanes<uint8_t>;
 
-  Thresholds(const Reduction& reduction, float q) : reduction_(reduction), q_(q) {
-    const int perPixel = reduction.channels.perPixel;
-    for (int v = 0; v < perPixel; ++v) {
-      for (int i = 0; i < kLanes<float>; ++i) sampleToPixel_[v][i] = (v * kLanes<float> + i) / perPixel;
-    }
-    if (reduction.method == kipDitherNone) {
-      spreadAll(0, [&](int) KIP_INLINE_LAMBDA { return set(0.5f / reduction.intervals); });
-    } else if (reduction.noise == nullptr) {
-      for (int y = 0; y < 4; ++y) {
-        const F32 row = hn::Mul(bayerRow(y), set(q));
-        spreadAll(y, [&](int) KIP_INLINE_LAMBDA { return row; });
+  constexpr PixelsOfSamples() {
+    for (int v = 0; v < kPerPixel; ++v) {
+      for (int i = 0; i < kLength; ++i) {
+        const int pixel = (sample(v, i / 16) + i % 16 / 4) / kPerPixel - first(v, i / 16);
+        shuffle[v][i] = static_cast<uint8_t>(4 * pixel + i % 4);
       }
     }
   }
+  static constexpr int sample(int vector, int block) { return vector * kLanes<float> + 4 * block; }
+  static constexpr int first(int vector, int block) { return sample(vector, block) / kPerPixel; }
 
-  /// For the pixels from x of row y on, x a multiple of kPixels.
-  const float* at(size_t x, int y) {
-    if (reduction_.method == kipDitherNone) return rows_[0];
-    if (reduction_.noise != nullptr) {
-      const float* values = reduction_.noise->row(y);
-      const Kip16s* columns = reduction_.noise->columns() + x % NoiseTables::kCount;
-      alignas(64) float noise[kPixels];
-      for (int i = 0; i < kPixels; ++i) noise[i] = values[columns[i]];
-      const F32 row = bayerRow(y);
-      spreadAll(y % 4, [&](int i) KIP_INLINE_LAMBDA {
-        return hn::Mul(hn::Add(row, hn::Load(Tag<float>(), noise + i)), set(q_));
-      });
+  alignas(64) uint8_t shuffle[kPerPixel][kLength] = {};
+};
+
+/// The thresholds of the samples of some pixels of four rows: as many rows as the dither's period.
+class Thresholds {
+ public:
+  static constexpr int kRows = 4;
+  static constexpr int kPixels = 128;  // a multiple of a full vector of samples, and of the dither's period
+
+  Thresholds(const Reduction& reduction, float q) : reduction_(reduction), q_(set(q)) {
+    for (int y = 0; y < kRows; ++y) {
+      bayer_[y] = bayerRow(y);
+      const F32 row = reduction.method == kipDitherNone ? set(0.5f / reduction.intervals) : hn::Mul(bayer_[y], q_);
+      for (int x = 0; x < kPixels; x += kLanes<float>) hn::Store(row, Tag<float>(), &ofPixels_[y][x]);
     }
-    return rows_[y % 4];
+    spread();
   }
+
+  /// Without noise, the thresholds are those of all pixels from a multiple of kPixels on.
+  bool repeat() const { return reduction_.method == kipDitherNone || reduction_.noise == nullptr; }
+
+  /// Adds the noise of the pixels from x on of the rows from y on, both multiples of what there is of them.
+  void addNoise(size_t x, int y) {
+    const float* values = reduction_.noise->row(y);
+    const Kip16s* columns = reduction_.noise->columns() + x % NoiseTables::kCount;
+    for (int i = 0; i < kPixels; i += kLanes<float>) {
+      F32 noise[kRows];  // of a pixel in each block at first, the rows below one another
+      for (int pixel = 0; pixel < kRows; ++pixel) {
+        noise[pixel] = as<float>(loadBlocksAt([&](int block) KIP_INLINE_LAMBDA {
+          return reinterpret_cast<const uint8_t*>(values + columns[i + 4 * block + pixel]);
+        }));
+      }
+      transposeBlocks<float>(noise);
+      for (int row = 0; row < kRows; ++row) {
+        hn::Store(hn::Mul(hn::Add(bayer_[row], noise[row]), q_), Tag<float>(), &ofPixels_[row][i]);
+      }
+    }
+    spread();
+  }
+
+  const float* row(int y) const { return ofSamples_[y % kRows]; }
+  int samples() const { return kPixels * reduction_.channels.perPixel; }
 
  private:
   /// A row of the dither's matrix, again and again.
   static F32 bayerRow(int y) {
     float row[4];
-    for (int x = 0; x < 4; ++x) row[x] = static_cast<float>(kBayer[y % 4][x]) / 15;
+    for (int x = 0; x < 4; ++x) row[x] = static_cast<float>(kBayer[y][x]) / 15;
     return hn::LoadDup128(Tag<float>(), row);
   }
 
-  template <class Function>
-  KIP_INLINE void spreadAll(int row, const Function& thresholdsOf) {
-    const Tag<float> d;
-    float* to = rows_[row];
-    for (int x = 0; x < kPixels; x += kLanes<float>) {
-      const F32 thresholds = thresholdsOf(x);
-      for (int v = 0; v < reduction_.channels.perPixel; ++v) {
-        hn::Store(hn::TableLookupLanes(thresholds, hn::SetTableIndices(d, sampleToPixel_[v])), d, to);
-        to += kLanes<float>;
+  /// Makes the thresholds of pixels those of each of their samples.
+  void spread() {
+    switch (reduction_.channels.perPixel) {
+      case 1:
+        return spreadOver<1>();
+      case 3:
+        return spreadOver<3>();
+      default:
+        return spreadOver<4>();
+    }
+  }
+
+  template <int kPerPixel>
+  void spreadOver() {
+    static constexpr PixelsOfSamples<kPerPixel> kPixelsOf;
+    const Tag<uint8_t> d;
+    for (int y = 0; y < kRows; ++y) {
+      float* to = ofSamples_[y];
+      for (int x = 0; x < kPixels; x += kLanes<float>) {
+        for (int v = 0; v < kPerPixel; ++v, to += kLanes<float>) {
+          const U8 pixels = loadBlocksAt([&](int b) KIP_INLINE_LAMBDA {
+            return reinterpret_cast<const uint8_t*>(&ofPixels_[y][x + kPixelsOf.first(v, b)]);
+          });
+          hn::Store(as<float>(hn::TableLookupBytes(pixels, hn::Load(d, kPixelsOf.shuffle[v]))), Tag<float>(), to);
+        }
       }
     }
   }
 
   const Reduction& reduction_;
-  float q_;
-  int32_t sampleToPixel_[4][kLanes<float>];
-  alignas(64) float rows_[4][4 * kPixels];
+  F32 q_, bayer_[kRows];
+  alignas(64) float ofPixels_[kRows][kPixels + 16];  // read a little beyond
+  alignas(64) float ofSamples_[kRows][4 * kPixels];
 };
 
 /// Reduces whole rows sample by sample.
@@ -196,23 +254,36 @@ struct Levels {
 
   template <bool kKeepsFourth>
   static void rows(const Job& job, const Reduction& reduction, int first, int last) {
-    using From = Flat<S, D, false>;
-    using To = Flat<D, D, kKeepsFourth>;
     const Op op(reduction.intervals);
     Thresholds thresholds(reduction, hn::GetLane(op.q));
-    const size_t perPixel = reduction.channels.perPixel;
-    for (int y = first; y < last; ++y) {
-      for (size_t x = 0; x < static_cast<size_t>(job.width); x += Thresholds::kPixels) {
-        const float* threshold = thresholds.at(x, y);
-        const Rows<const Kip8u, 1> from = {{job.src.row(0, y) + x * perPixel * sizeof(S)}};
-        const Rows<Kip8u, 1> to = {{job.dst.row(0, y) + x * perPixel * sizeof(D)}};
-        const size_t pixels = std::min<size_t>(job.width - x, Thresholds::kPixels);
-        forBlocks<From, To>(from, to, 0, pixels * perPixel, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
-          block<kKeepsFourth>(op, samples<S>(in.at[0]), threshold, samples<D>(out.at[0]));
-          threshold += kLanes<D>;
-        });
+    const size_t width = job.width, stride = thresholds.repeat() ? width : Thresholds::kPixels;
+    for (int y = first, next; y < last; y = next) {
+      const int period = y - y % Thresholds::kRows;
+      next = std::min(period + Thresholds::kRows, last);
+      for (size_t x = 0; x < width; x += stride) {
+        if (!thresholds.repeat()) thresholds.addNoise(x, period);
+        for (int row = y; row < next; ++row) {
+          pixels<kKeepsFourth>(job, reduction.channels.perPixel, op, thresholds, row, x, std::min(x + stride, width));
+        }
       }
     }
+  }
+
+  /// Pixels first .. last - 1 of row y.
+  template <bool kKeepsFourth>
+  static void pixels(const Job& job, int perPixel, const Op& op, const Thresholds& thresholds, int y, size_t first,
+                     size_t last) {
+    using From = Flat<S, D, false>;
+    using To = Flat<D, D, kKeepsFourth>;
+    const Rows<const Kip8u, 1> from = {{job.src.row(0, y)}};
+    const Rows<Kip8u, 1> to = {{job.dst.row(0, y)}};
+    const float *const begin = thresholds.row(y), *const end = begin + thresholds.samples(), *threshold = begin;
+    forBlocks<From, To>(from, to, first * perPixel, last * perPixel,
+                        [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+                          block<kKeepsFourth>(op, samples<S>(in.at[0]), threshold, samples<D>(out.at[0]));
+                          threshold += kLanes<D>;
+                          if (threshold == end) threshold = begin;
+                        });
   }
 
   template <bool kKeepsFourth>

@@ -31,10 +31,17 @@ KipStatus NoiseTables::make(float low, float high) {
   values_.reset(kipsMalloc_32f(2 * kCount));
   columns_.reset(kipsMalloc_16s(kCount));
   if (!values_ || !columns_) return kipStatusNoMemory;
-  if (const KipStatus status = draw(values_.get(), kCount, low, high)) return status;
+  Kip32f drawn[kCount];
+  if (const KipStatus status = draw(drawn, kCount, low, high)) return status;
   if (const KipStatus status = draw(columns_.get(), kCount, Kip16s{0}, Kip16s{kCount})) return status;
-  std::copy_n(values_.get(), kCount, values_.get() + kCount);
-  for (int x = 0; x < kCount; ++x) columns_[x] = static_cast<Kip16s>((columns_[x] + x) % kCount);
+  for (int i = 0; i < kCount; ++i) {
+    float* twice = &values_[i % 2 * kCount + i / 2];
+    twice[0] = twice[kColumn] = drawn[i];
+  }
+  for (int x = 0; x < kCount; ++x) {
+    const int start = (columns_[x] + x) % kCount;
+    columns_[x] = static_cast<Kip16s>(start % 2 * kCount + start / 2);
+  }
   return kipStatusOk;
 }
 

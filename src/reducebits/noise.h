@@ -13,13 +13,17 @@ class NoiseTables {
   /// Draws values from low to high.
   KipStatus make(float low, float high);
 
-  /// The value of pixel (x, y) is row(y)[column[x % kCount]].
-  const float* row(int y) const { return &values_[2 * static_cast<unsigned>(y) % kCount]; }
+  /// The value of pixel (x, y) is row(y)[columns()[x % kCount]]; those of the pixels below it follow, up to the next
+  /// multiple of four rows.
+  const float* row(int y) const { return &values_[y % kColumn]; }
   const Kip16s* columns() const { return columns_.get(); }
 
  private:
-  Scratch<Kip32f> values_;   // kCount values, twice, so that no index has to wrap
-  Scratch<Kip16s> columns_;  // where each column begins to walk the values: its random offset and its number
+  // A column takes every second of the values: the even ones, or the odd ones, from its own start on.
+  static constexpr int kColumn = kCount / 2;
+
+  Scratch<Kip32f> values_;   // the even ones, twice so that no index has to wrap, then the odd ones, twice
+  Scratch<Kip16s> columns_;  // where among them each column begins: at its random offset and its number
 };
 
 }  // namespace kip

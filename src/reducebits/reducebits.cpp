@@ -25,6 +25,11 @@ struct Reduce {
     if constexpr (!std::is_same_v<S, float>) {
       if (reduction.noise == nullptr) return Levels<S, D, Scaled<S, D>>::rows(job, first, last);
     }
+    if constexpr (sizeof(D) == 1) {
+      if (PreciseBytes<S>::suffices(reduction.intervals)) {
+        return Levels<S, D, PreciseBytes<S>>::rows(job, first, last);
+      }
+    }
     return Levels<S, D, Precise<S, D>>::rows(job, first, last);
   }
 };
