@@ -104,7 +104,8 @@ TEST(PhotoYcc, BytesAreNearTheDefinition) {
   }
 }
 
-TEST(PhotoYcc, WhiteIs182) {
+/// White would be 181.88, floored.
+TEST(PhotoYcc, KnownColours) {
   EXPECT_EQ(converted("kipiRGBToYCC_8u_C3R", {255, 255, 255}), (Colour{181, 156, 137}));
   EXPECT_EQ(converted("kipiRGBToYCC_16s_C3R", {0, 0, 0}), (Colour{0, 40092, 35209}));
 }
