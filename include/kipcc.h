@@ -1002,9 +1002,9 @@ KIPAPI KipStatus kipiLabToBGR_16u8u_C3R(const Kip16u* pSrc, int srcStep, Kip8u* 
 /** @defgroup ycc Photo YCC and YCoCg
  *  Photo YCC, interleaved: L = 0.299 R + 0.587 G + 0.114 B and, with samples of 0..1, Y = L / 1.402,
  *  C1 = (B - L) x 0.4368627 + 156/255 and C2 = (R - L) x 0.53192 + 137/255. White has Y = 182/255. 8u is fixed point,
- *  within one step of that; 16u is single precision, truncated and saturated; 16s is 16u less 32768 in every sample;
- *  32f clamps R, G, B to 0..1 and nothing else. AC4 leaves the fourth sample of the destination as it was. Regions above
- *  4096 pixels are split over threads.
+ *  floored: up to 1.06 steps off that, and 1.29 on the way back. 16u is single precision, truncated and saturated; 16s
+ *  is 16u less 32768 in every sample; 32f clamps R, G, B to 0..1 and nothing else. AC4 leaves the fourth sample of the
+ *  destination as it was. Regions above 4096 pixels are split over threads.
  *
  *  YCoCg, in planes Y, Co, Cg: Y = (R + 2 G + B + 2) >> 2, Co = (R - B + 1) >> 1, Cg = (2 G - R - B + 2) >> 2; back
  *  R = Y + Co - Cg, G = Y + Cg, B = Y - Co - Cg. The functions on RGB keep Co and Cg 128 higher, clamped to 0..255; those

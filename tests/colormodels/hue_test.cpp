@@ -5,12 +5,10 @@
 #include <bit>
 #include <cmath>
 
-#include "support/reference.h"
+#include "support/colours.h"
 
 namespace kip {
 namespace {
-
-using Colour = std::array<float, 3>;
 
 // ---------------------------------------------------------------------------------------------------------------------
 // The arithmetic: integers of 0 .. full
@@ -121,65 +119,6 @@ std::vector<const Function*> hueFunctions() {
   return functions;
 }
 
-/// The colours of one side of a function, whatever its layout and its samples; channels in the order R, G, B.
-class Colours {
- public:
-  Colours(const Function& function, Side side, Content& content)
-      : content_(content),
-        layout_(function.layout(side)),
-        sample_(function.image(side).sample),
-        reverse_((side == Side::kSource ? function.parts.source : function.parts.destination) == "BGR") {}
-
-  Colour get(int x, int y) const {
-    Colour colour;
-    for (int c = 0; c < 3; ++c) colour[c] = read(at(x, y, c));
-    return colour;
-  }
-  void set(int x, int y, const Colour& colour) const {
-    for (int c = 0; c < 3; ++c) write(at(x, y, c), colour[c]);
-  }
-
- private:
-  uint8_t* at(int x, int y, int c) const {
-    const int channel = reverse_ ? 2 - c : c;
-    PlaneContent& plane = content_[layout_.planar ? channel : 0];
-    const int inRow = layout_.planar ? x : x * layout_.channels + channel;
-    return plane.bytes.data() + static_cast<size_t>(y) * plane.plane.rowBytes + inRow * bytesOf(sample_);
-  }
-  template <class T>
-  static float as(const uint8_t* from) {
-    T value;
-    std::memcpy(&value, from, sizeof value);
-    return static_cast<float>(value);
-  }
-  /// Signed samples count from their least one.
-  float read(const uint8_t* from) const {
-    switch (sample_) {
-      case Sample::k8u:
-        return *from;
-      case Sample::k16u:
-        return as<uint16_t>(from);
-      case Sample::k16s:
-        return as<int16_t>(from) + 32768;
-      default:
-        return as<float>(from);
-    }
-  }
-  void write(uint8_t* to, float value) const {
-    if (sample_ == Sample::k32f) {
-      std::memcpy(to, &value, sizeof value);
-    } else {
-      const int bits = static_cast<int>(value) - (sample_ == Sample::k16s ? 32768 : 0);
-      std::memcpy(to, &bits, bytesOf(sample_));
-    }
-  }
-
-  Content& content_;
-  const Layout& layout_;
-  Sample sample_;
-  bool reverse_;
-};
-
 Colour expected(const Function& function, const Colour& colour, int x, int width) {
   const bool back = function.parts.source.front() == 'H', hls = function.parts.has("HLS");
   if (function.shape.source.sample == Sample::k32f) {
@@ -190,26 +129,9 @@ Colour expected(const Function& function, const Colour& colour, int x, int width
   return hls ? toHls(colour, full) : toHsv(colour, full);
 }
 
-/// Converts an image and compares every colour.
-void compare(const Function& function, KipiSize size, Content source) {
-  Content result = convert(function, size, source);
-  const Colours from(function, Side::kSource, source), to(function, Side::kDestination, result);
-  for (int y = 0; y < size.height; ++y) {
-    for (int x = 0; x < size.width; ++x) {
-      const Colour colour = from.get(x, y);
-      ASSERT_EQ(to.get(x, y), expected(function, colour, x, size.width))
-          << function.name << " of " << colour[0] << ", " << colour[1] << ", " << colour[2] << " at " << x << " of "
-          << size.width;
-    }
-  }
-}
-
-Colour converted(const char* name, const Colour& colour, int width = 1) {
-  const Function& function = *find(name);
-  Content source = untouched(function, Side::kSource, {width, 1});
-  for (int x = 0; x < width; ++x) Colours(function, Side::kSource, source).set(x, 0, colour);
-  Content result = convert(function, {width, 1}, source);
-  return Colours(function, Side::kDestination, result).get(0, 0);
+void compare(const Function& function, KipiSize size, const Content& source) {
+  expectColours(function, size, source,
+                [&](const Colour& colour, int x) { return expected(function, colour, x, size.width); });
 }
 
 TEST(Hue, EveryFunctionIsExact) {
