@@ -33,3 +33,5 @@ endif()
 
 add_test(NAME quotes.adding-a-function COMMAND ${CMAKE_COMMAND} -DROOT=${PROJECT_SOURCE_DIR}
   -DPAGE=docs/adding-a-function.md -P ${PROJECT_SOURCE_DIR}/tests/quotes.cmake)
+add_test(NAME names-on-pages COMMAND ${CMAKE_COMMAND} -DROOT=${PROJECT_SOURCE_DIR}
+  -P ${PROJECT_SOURCE_DIR}/tests/names.cmake)
