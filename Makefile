@@ -16,6 +16,7 @@ demo: configure-x86-64
 	cmake --build --preset x86-64 --target gallery
 	build/x86-64/gallery gallery $(if $(IMAGE),"$(IMAGE)")
 
+check: DEPENDENCIES = build examples
 # x86-64 comes first: the other builds compare their results with its.
 check: $(CHECKED:%=check-%)
 

@@ -1,11 +1,13 @@
 #!/bin/sh
 # Installs the Debian packages that are missing, and does nothing when none is.
-# Usage: install-dependencies.sh build|bench|docs...
+# Usage: install-dependencies.sh build|examples|bench|docs...
 set -eu
 
 build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
        libhwy-dev libgtest-dev libbenchmark-dev libhwy-dev:i386 libgtest-dev:i386 libbenchmark-dev:i386
        libgomp1:i386 libpng-dev libturbojpeg0-dev"
+# What the examples need beyond that, and their tests.
+examples="ffmpeg libraw-dev"
 # What the benchmark compares with; it runs without them as well.
 bench="libopencv-imgproc-dev libyuv-dev libswscale-dev libzimg-dev libraw-dev"
 docs="doxygen"

@@ -24,6 +24,11 @@ foreach(WAY cmake pkg-config)
   set_tests_properties(consumer.${WAY} PROPERTIES FIXTURES_REQUIRED installed)
 endforeach()
 
+if(TARGET y4m)
+  add_test(NAME example.y4m COMMAND bash ${PROJECT_SOURCE_DIR}/tests/examples/y4m.sh $<TARGET_FILE:y4m>)
+  set_tests_properties(example.y4m PROPERTIES SKIP_RETURN_CODE 77)
+endif()
+
 find_program(SHLIBDEPS dpkg-shlibdeps)
 if(SHLIBDEPS)
   add_test(NAME packages COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR}
@@ -33,3 +38,5 @@ endif()
 
 add_test(NAME quotes.adding-a-function COMMAND ${CMAKE_COMMAND} -DROOT=${PROJECT_SOURCE_DIR}
   -DPAGE=docs/adding-a-function.md -P ${PROJECT_SOURCE_DIR}/tests/quotes.cmake)
+add_test(NAME names-on-pages COMMAND ${CMAKE_COMMAND} -DROOT=${PROJECT_SOURCE_DIR}
+  -P ${PROJECT_SOURCE_DIR}/tests/names.cmake)

@@ -33,7 +33,12 @@
  *
  * @section exactness Exactness
  * The same input gives the same bytes on every processor, in 32 and 64 bits, with any number of threads and any
- * alignment. All functions may be called from any thread at any time.
+ * alignment.
+ *
+ * @section threads Threads
+ * All functions may be called from any thread at any time. A function runs on the thread that calls it, but where its
+ * group says that the rows are split over threads: over as many as ownGetNumThreads tells, which kipSetNumThreads sets,
+ * and back only when all are done. Within a parallel region of OpenMP none is split.
  */
 #ifndef KIPCC_H
 #define KIPCC_H
@@ -63,17 +68,17 @@ extern "C" {
  *  Sample types, sizes, status codes and the version record.
  *  @{ */
 
-typedef uint8_t Kip8u;
-typedef int8_t Kip8s;
-typedef uint16_t Kip16u;
-typedef int16_t Kip16s;
-typedef int32_t Kip32s;
-typedef float Kip32f;
+typedef uint8_t Kip8u;   /**< 0..255 */
+typedef int8_t Kip8s;    /**< -128..127 */
+typedef uint16_t Kip16u; /**< 0..65535, in the machine's byte order */
+typedef int16_t Kip16s;  /**< -32768..32767 */
+typedef int32_t Kip32s;  /**< signed, 32 bits */
+typedef float Kip32f;    /**< single precision */
 
 /** The size of a region, in pixels. */
 typedef struct {
-  int width;
-  int height;
+  int width;  /**< columns */
+  int height; /**< rows */
 } KipiSize;
 
 /** What a function reports: errors are negative and leave everything unwritten, warnings are positive. */
@@ -87,21 +92,21 @@ typedef enum {
   kipStatusNullPointer = -8,      /**< a required pointer or plane pointer is null */
   kipStatusBadSize = -6,          /**< width or height below the minimum */
   kipStatusBadArgument = -5,      /**< a parameter outside its allowed set */
-  kipStatusOk = 0,
-  kipStatusNoOperation = 1, /**< warning: nothing to do, nothing written */
-  kipStatusOddSize = 35     /**< warning: a size that is not whole chroma blocks; the whole part was converted */
+  kipStatusOk = 0,                /**< everything was converted */
+  kipStatusNoOperation = 1,       /**< warning: nothing to do, nothing written */
+  kipStatusOddSize = 35           /**< warning: a size that is not whole chroma blocks; the whole part was converted */
 } KipStatus;
 
 /** What kipccGetLibVersion tells. */
 typedef struct {
-  int major;
-  int minor;
-  int majorBuild;
-  int build;
-  char targetCpu[4]; /**< zero-padded */
-  const char* Name;
-  const char* Version;
-  const char* BuildDate;
+  int major;             /**< 6 */
+  int minor;             /**< 1 */
+  int majorBuild;        /**< the build of the major version */
+  int build;             /**< the build */
+  char targetCpu[4];     /**< the library's variant, zero-padded */
+  const char* Name;      /**< the shared object */
+  const char* Version;   /**< the version and its build, to read */
+  const char* BuildDate; /**< the date of the interface that this library has */
 } KipLibraryVersion;
 
 /** The library's version: a constant record, the same on every call. */
@@ -315,18 +320,18 @@ KIPAPI KipStatus kipiColorTwist_32f_C4R(const Kip32f* pSrc, int srcStep, Kip32f*
 
 /** A rectangle of an image, in pixels. */
 typedef struct {
-  int x;
-  int y;
-  int width;
-  int height;
+  int x;      /**< the first column */
+  int y;      /**< the first row */
+  int width;  /**< columns */
+  int height; /**< rows */
 } KipiRect;
 
 /** The colours of the image's 2 x 2 cell at (0, 0): the first two letters are its first row. */
 typedef enum KIP_INT {
-  kipiBayerBGGR = 0,
-  kipiBayerRGGB = 1,
-  kipiBayerGBRG = 2,
-  kipiBayerGRBG = 3
+  kipiBayerBGGR = 0, /**< blue, green above green, red */
+  kipiBayerRGGB = 1, /**< red, green above green, blue */
+  kipiBayerGBRG = 2, /**< green, blue above red, green */
+  kipiBayerGRBG = 3  /**< green, red above blue, green */
 } KipiBayerGrid;
 
 KIPAPI KipStatus kipiCFAToRGB_8u_C1C3R(const Kip8u* pSrc, KipiRect srcRoi, KipiSize srcSize, int srcStep,
