@@ -90,6 +90,11 @@ Picture crop(const Picture& picture, int x, int y, int width, int height) {
   return part;
 }
 
+void split(const Picture& picture, Picture (&channels)[3]) {
+  for (Picture& channel : channels) channel = Picture(picture.width, picture.height, 1);
+  for (size_t i = 0; i < picture.samples.size(); ++i) channels[i % 3].samples[i / 3] = picture.samples[i];
+}
+
 Picture enlarge(const Picture& picture, int horizontally, int vertically) {
   Picture large(picture.width * horizontally, picture.height * vertically, picture.channels);
   for (int y = 0; y < large.height; ++y) {

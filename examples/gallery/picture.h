@@ -46,6 +46,9 @@ Picture drawScene();
 
 Picture crop(const Picture& picture, int x, int y, int width, int height);
 
+/// The channels of an interleaved picture, as grey pictures.
+void split(const Picture& picture, Picture (&channels)[3]);
+
 /// Each pixel repeated.
 Picture enlarge(const Picture& picture, int horizontally, int vertically);
 

@@ -1,5 +1,6 @@
-// What the CIE spaces share: the matrices between RGB (sRGB primaries, white D65) and XYZ, the white point, and the cube
-// root. All floats are single precision; sums are taken from left to right, and a product is rounded before it is added.
+// What the CIE spaces share: the matrices between RGB (sRGB primaries, white D65) and XYZ, the white point, and the
+// cube root. All floats are single precision; sums are taken from left to right, and a product is rounded before it is
+// added.
 
 #if defined(KIP_COLORMODELS_CIE_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KIP_COLORMODELS_CIE_INL_H_
@@ -31,16 +32,8 @@ struct Matrix {
 constexpr Matrix kRgbToXyz = {{{0.412453f, 0.357580f, 0.180423f},    // X: white is 0.950456
                                {0.212671f, 0.715160f, 0.072169f},    // Y: white is 1
                                {0.019334f, 0.119193f, 0.950227f}}};  // Z: white is 1.088754
-constexpr Matrix kXyzToRgb = {{{3.240479f, -1.537150f, -0.498535f},
-                               {-0.969256f, 1.875991f, 0.041556f},
-                               {0.055648f, -0.204043f, 1.057311f}}};
-
-/// Below this luminance L* is kDarkSlope Y, above it a cube root.
-constexpr float kDarkEnd = 0.008856f, kDarkSlope = 903.3f;
-
-/// The binomial series of (1 + x)^(1/3) from x on.
-constexpr double kCubeRootSeries[] = {1. / 3,    -1. / 9,      5. / 81,      -10. / 243,
-                                      22. / 729, -154. / 6561, 374. / 19683, -935. / 59049};
+constexpr Matrix kXyzToRgb = {
+    {{3.240479f, -1.537150f, -0.498535f}, {-0.969256f, 1.875991f, 0.041556f}, {0.055648f, -0.204043f, 1.057311f}}};
 
 /// The cube roots of several t, side by side. t lies in the given cell of the seeds: the root is r (1 + x)^(1/3) with r
 /// the cell's seed and x = t / r^3 - 1, its series up to x^kTerms.
@@ -52,10 +45,10 @@ KIP_INLINE void cubeRoots(const cie::CubeRootSeeds& seeds, const F32 (&t)[kCount
     F32 inverseCube;
     lookUpPairs(seeds.pair, cell[i], root[i], inverseCube);
     x[i] = (t[i] - root[i] * root[i] * root[i]) * inverseCube;
-    sum[i] = set(static_cast<float>(kCubeRootSeries[kTerms - 1]));
+    sum[i] = set(static_cast<float>(cie::kCubeRootSeries[kTerms - 1]));
   }
   for (int k = kTerms - 2; k >= 0; --k) {
-    for (int i = 0; i < kCount; ++i) sum[i] = sum[i] * x[i] + static_cast<float>(kCubeRootSeries[k]);
+    for (int i = 0; i < kCount; ++i) sum[i] = sum[i] * x[i] + static_cast<float>(cie::kCubeRootSeries[k]);
   }
   for (int i = 0; i < kCount; ++i) root[i] = root[i] * (sum[i] * x[i] + 1.f);
 }

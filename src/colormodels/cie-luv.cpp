@@ -37,11 +37,15 @@ struct Offsets {
     u = 4.f * x / divisor - kWhite.u;
     v = 9.f * y / divisor - kWhite.v;
   }
-  KIP_INLINE explicit Offsets(const Pixels<F32>& xyz)
-      : Offsets(xyz.a, xyz.b, xyz.a + 15.f * xyz.b + 3.f * xyz.c) {}
+  KIP_INLINE explicit Offsets(const Pixels<F32>& xyz) : Offsets(xyz.a, xyz.b, xyz.a + 15.f * xyz.b + 3.f * xyz.c) {}
 };
 
-/// Samples 0 .. 255, L* from a table.
+/// L* of luma 0 .. 255, on the same scale.
+KIP_INLINE I32 lightness(F32 luma) {
+  return lookUp(cie::kLightness.entry, truncated(cie::LightnessTable::kParts * luma));
+}
+
+/// Samples 0 .. 255.
 struct EncodeBytes {
   using Lane = float;
   KIP_INLINE Pixels<I32> operator()(const Pixels<F32>& rgb) const {
@@ -53,16 +57,6 @@ struct EncodeBytes {
     // 1300 / 354 and 1300 / 262: 13 L* with L* from 0 .. 255 over the ranges of u* and v*; 134 and 140 are their
     // offsets, and another half rounds. Of all colours U is 37 .. 223 and V 5 .. 241: they fit.
     return {l, truncated(3.6723163f * lf * offset.u + 97.02543f), truncated(4.961832f * lf * offset.v + 136.75955f)};
-  }
-
- private:
-  KIP_INLINE static I32 lightness(F32 luma) {
-    const F32 nearest = luma + 0.5f;
-    const auto dark = hn::Lt(nearest, set(static_cast<float>(cie::LightnessTable::kDarkEnd)));
-    const I32 darkEntry = truncated(4.f * luma + 0.5f);
-    const I32 brightEntry = hn::Add(truncated(nearest), set<int32_t>(cie::LightnessTable::kBright));
-    return lookUp(cie::kLightness.entry,
-                  hn::IfThenElse(hn::RebindMask(Tag<int32_t>(), dark), darkEntry, brightEntry));
   }
 };
 
@@ -100,10 +94,10 @@ struct WordScale {
   KIP_INLINE static F32 toUnit(F32 luma) { return luma / 65535.f; }
   KIP_INLINE static I32 cell(F32 luma) { return hn::ShiftRight<9>(truncated(luma)); }
   KIP_INLINE static auto isDark(F32 luma) { return hn::Le(luma, set(580.378f)); }
-  KIP_INLINE static F32 darkLightness(F32 luma) { return kDarkSlope * luma * 1.5259e-05f; }
+  KIP_INLINE static F32 darkLightness(F32 luma) { return cie::kDarkSlope * luma * 1.5259e-05f; }
   KIP_INLINE static Pixels<I32> encoded(const Pixels<F32>& luv) {
-    return truncated({luv.a * 655.35f + 0.5f, (luv.b + 134.f) * 185.127121f + 0.5f,
-                      (luv.c + 140.f) * 250.1335907f + 0.5f});
+    return truncated(
+        {luv.a * 655.35f + 0.5f, (luv.b + 134.f) * 185.127121f + 0.5f, (luv.c + 140.f) * 250.1335907f + 0.5f});
   }
 };
 
@@ -115,8 +109,8 @@ struct FloatScale {
     const F32 below = atMost(luma * cie::kUnitScale, set(cie::CubeRootSeeds::kCells - 1.f));
     return hn::Max(truncated(below), hn::Zero(Tag<int32_t>()));
   }
-  KIP_INLINE static auto isDark(F32 luma) { return hn::Le(luma, set(kDarkEnd)); }
-  KIP_INLINE static F32 darkLightness(F32 luma) { return kDarkSlope * luma; }
+  KIP_INLINE static auto isDark(F32 luma) { return hn::Le(luma, set(cie::kDarkEnd)); }
+  KIP_INLINE static F32 darkLightness(F32 luma) { return cie::kDarkSlope * luma; }
   KIP_INLINE static Pixels<F32> encoded(const Pixels<F32>& luv) { return oneNaN(luv); }
 };
 
@@ -132,7 +126,7 @@ KIP_INLINE Pixels<F32> decode(const Pixels<F32>& luv) {
   const F32 l = luv.a, l13 = 13.f * l;
   const auto dark = hn::Lt(l, set(kDarkL));
   // L* / 903.3 in the dark, else ((L* + 16) / 116)^3.
-  const F32 quotient = hn::IfThenElse(dark, l, l + 16.f) / hn::IfThenElse(dark, set(kDarkSlope), set(116.f));
+  const F32 quotient = hn::IfThenElse(dark, l, l + 16.f) / hn::IfThenElse(dark, set(cie::kDarkSlope), set(116.f));
   const F32 y = hn::IfThenElse(dark, quotient, quotient * quotient * quotient);
   const F32 u = luv.b / l13 + kWhitePoint.u;
   const F32 anyV = luv.c / l13 + kWhitePoint.v;

@@ -558,28 +558,25 @@ struct FourInterleaved {
   }
 };
 
-// Table look-ups. Loads of single entries, with the places taken out of the vector 64 bits at a time, are twice as fast
-// as gather instructions.
+// Table look-ups. Loads of single entries, with the places stored first and then taken one by one, are faster than
+// gather instructions.
 #if HWY_TARGET != HWY_AVX3 && !KIP_EMULATED
-struct FourPlaces {
-  uint32_t at[4];
+struct Places {
+  alignas(32) uint32_t at[kLanes<float>];
 
-  KIP_INLINE explicit FourPlaces(__m128i v) {
-#if defined(__x86_64__)
-    const uint64_t lower = _mm_cvtsi128_si64(v), upper = _mm_cvtsi128_si64(_mm_unpackhi_epi64(v, v));
-    at[0] = static_cast<uint32_t>(lower), at[1] = lower >> 32, at[2] = static_cast<uint32_t>(upper),
-    at[3] = upper >> 32;
-#else
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(at), v);
-#endif
+  KIP_INLINE explicit Places(I32 places) {
+    hn::Store(as<uint32_t>(places), Tag<uint32_t>(), at);
+    asm("" : "+m"(at));  // or the compiler takes them out of the vector after all
   }
 
+  /// The pairs at two places of a table.
   KIP_INLINE __m128 pairs(const float (*table)[2], int first, int second) const {
     const auto half = [&](int i) KIP_INLINE_LAMBDA { return reinterpret_cast<const __m64*>(table[at[i]]); };
-    return _mm_loadh_pi(_mm_loadl_pi(_mm_setzero_ps(), half(first)), half(second));
+    return _mm_loadh_pi(_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(half(first)))), half(second));
   }
-  KIP_INLINE __m128i entries(const int32_t* table) const {
-    const auto entry = [&](int i) KIP_INLINE_LAMBDA { return _mm_cvtsi32_si128(table[at[i]]); };
+  /// The entries at the four places from the given one on.
+  KIP_INLINE __m128i entries(const int32_t* table, int from) const {
+    const auto entry = [&](int i) KIP_INLINE_LAMBDA { return _mm_cvtsi32_si128(table[at[from + i]]); };
     return _mm_unpacklo_epi64(_mm_unpacklo_epi32(entry(0), entry(1)), _mm_unpacklo_epi32(entry(2), entry(3)));
   }
 };
@@ -589,11 +586,13 @@ struct FourPlaces {
 KIP_INLINE I32 lookUp(const int32_t* table, I32 place) {
 #if HWY_TARGET == HWY_AVX3 || KIP_EMULATED
   return hn::GatherIndex(Tag<int32_t>(), table, place);
-#elif HWY_TARGET == HWY_AVX2
-  const FourPlaces lower(_mm256_castsi256_si128(place.raw)), upper(_mm256_extracti128_si256(place.raw, 1));
-  return I32{_mm256_inserti128_si256(_mm256_castsi128_si256(lower.entries(table)), upper.entries(table), 1)};
 #else
-  return I32{FourPlaces(place.raw).entries(table)};
+  const Places places(place);
+#if HWY_TARGET == HWY_AVX2
+  return I32{_mm256_inserti128_si256(_mm256_castsi128_si256(places.entries(table, 0)), places.entries(table, 4), 1)};
+#else
+  return I32{places.entries(table, 0)};
+#endif
 #endif
 }
 
@@ -604,16 +603,16 @@ KIP_INLINE void lookUpPairs(const float (*table)[2], I32 place, F32& first, F32&
   first = hn::GatherIndex(Tag<float>(), table[0], twice);
   second = hn::GatherIndex(Tag<float>(), table[0] + 1, twice);
 #else
-#if HWY_TARGET == HWY_AVX2
-  const FourPlaces lower(_mm256_castsi256_si128(place.raw)), upper(_mm256_extracti128_si256(place.raw, 1));
+  const Places places(place);
   const auto pairs = [&](int a, int b) KIP_INLINE_LAMBDA {
-    return _mm256_insertf128_ps(_mm256_castps128_ps256(lower.pairs(table, a, b)), upper.pairs(table, a, b), 1);
-  };
+#if HWY_TARGET == HWY_AVX2
+    return F32{_mm256_insertf128_ps(_mm256_castps128_ps256(places.pairs(table, a, b)),
+                                    places.pairs(table, a + 4, b + 4), 1)};
 #else
-  const FourPlaces places(place.raw);
-  const auto pairs = [&](int a, int b) KIP_INLINE_LAMBDA { return places.pairs(table, a, b); };
+    return F32{places.pairs(table, a, b)};
 #endif
-  const I32 a = as<int32_t>(F32{pairs(0, 1)}), b = as<int32_t>(F32{pairs(2, 3)});
+  };
+  const I32 a = as<int32_t>(pairs(0, 1)), b = as<int32_t>(pairs(2, 3));
   first = as<float>(evenLanes(a, b));
   second = as<float>(oddLanes(a, b));
 #endif

@@ -237,7 +237,6 @@ TEST(Cie, EveryFunctionIsExact) {
 
 /// In rows of 2 run - 1 pixels half of the colours are in runs and half after them.
 TEST(Cie, BytesOfAllKindsAreExact) {
-  constexpr int kOneOf = 17;
   for (const Plain& plain : kPlain) {
     const Function* function = find(std::string(plain.name) + "C3R");
     if (!function || function->image(Side::kSource).sample != Sample::k8u) continue;
@@ -248,7 +247,8 @@ TEST(Cie, BytesOfAllKindsAreExact) {
       for (int x = 0; x < static_cast<int>(colours.pixels.size()); ++x) from.set(x, 0, colours.pixels[x]);
       compare(*function, plain, colours.size, source);
     };
-    forAllColours(width, convertsExactly, kOneOf);
+    // Lab takes short cuts, whose errors are known to be small enough for all colours only.
+    forAllColours(width, convertsExactly, plain.convert == labBytes ? 1 : 17);
     if (HasFailure()) return;
   }
 }

@@ -6,12 +6,6 @@ namespace {
 
 constexpr int kTurn = 85;  // a third of the circle, which 255 stands for
 
-/// The channels of an interleaved picture.
-void split(const Picture& picture, Picture (&channels)[3]) {
-  for (Picture& channel : channels) channel = Picture(picture.width, picture.height, 1);
-  for (size_t i = 0; i < picture.samples.size(); ++i) channels[i % 3].samples[i / 3] = picture.samples[i];
-}
-
 /// A plane of hue in the pure colours that it stands for.
 Picture painted(const Picture& hue) {
   Picture hsv(hue.width, hue.height), rgb = hsv;
