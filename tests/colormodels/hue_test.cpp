@@ -21,7 +21,7 @@ float reciprocal(float x) {
 }
 
 /// A result as a sample: truncated and limited.
-float sample(float v, float full) { return std::clamp(std::trunc(v), 0.f, full); }
+float sample(float v, float full) { return std::clamp(static_cast<float>(static_cast<int>(v)), 0.f, full); }
 
 /// Offset + step x difference / delta, for the channel that is the largest; red before green before blue.
 float position(const Colour& c, float max, float delta, float step) {
@@ -167,7 +167,7 @@ Real realHsv(const Pixel& c) {
 
 /// A channel that is `high` for half of the circle around its own hue and `low` on the far third.
 double realChannel(double sextants, double low, double high) {
-  const double away = std::fabs(std::remainder(sextants, 6));
+  const double around = std::fabs(sextants), away = std::min(around, 6 - around);
   return low + (high - low) * std::clamp(2 - away, 0., 1.);
 }
 Real realRgb(double hue, double low, double high) {
