@@ -1,7 +1,7 @@
 // Reduction of samples one by one: without dither, with ordered dither, and with ordered dither and noise.
 //
 // A sample v lies in interval k, between the levels k q and k q + q. It becomes the upper one where it exceeds the
-// lower one by more than a threshold. The three arithmetics below say what v, k and q are and how a level is written.
+// lower one by more than a threshold. The arithmetics below say what v, k and q are and how a level is written.
 
 #if defined(KIP_REDUCEBITS_LEVELS_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KIP_REDUCEBITS_LEVELS_INL_H_

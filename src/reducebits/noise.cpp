@@ -34,12 +34,13 @@ KipStatus NoiseTables::make(float low, float high) {
   Kip32f drawn[kCount];
   if (const KipStatus status = draw(drawn, kCount, low, high)) return status;
   if (const KipStatus status = draw(columns_.get(), kCount, Kip16s{0}, Kip16s{kCount})) return status;
-  for (int i = 0; i < kCount; ++i) {
-    float* twice = &values_[i % 2 * kCount + i / 2];
-    twice[0] = twice[kColumn] = drawn[i];
+  for (int odd = 0; odd < 2; ++odd) {
+    float* half = &values_[odd * kCount];
+    for (int i = 0; i < kColumn; ++i) half[i] = drawn[2 * i + odd];
+    std::copy_n(half, kColumn, half + kColumn);
   }
-  for (int x = 0; x < kCount; ++x) {
-    const int start = (columns_[x] + x) % kCount;
+  for (unsigned x = 0; x < kCount; ++x) {
+    const unsigned start = (columns_[x] + x) % kCount;
     columns_[x] = static_cast<Kip16s>(start % 2 * kCount + start / 2);
   }
   return kipStatusOk;

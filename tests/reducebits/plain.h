@@ -113,43 +113,17 @@ D orderedPrecisely(S sample, int intervals, float threshold) {
   return written<D>(double{level} * kFull<D> + 9e-6);
 }
 
-struct Tap {
-  int up, right, weight;
-};
+/// The weights of the errors from columns x - 2 .. x + 2, two rows above, one row above, and of the same row.
 struct Kernel {
-  std::vector<Tap> taps;
   float divisor;
+  int weights[3][5];
 };
 
 inline const Kernel& kernelOf(KipiDitherType method) {
-  static const Kernel fs = {{{1, -1, 1}, {1, 0, 5}, {1, 1, 3}, {0, -1, 7}}, 16};
-  static const Kernel jjn = {{{2, -2, 1},
-                              {2, -1, 3},
-                              {2, 0, 5},
-                              {2, 1, 3},
-                              {2, 2, 1},
-                              {1, -2, 3},
-                              {1, -1, 5},
-                              {1, 0, 7},
-                              {1, 1, 5},
-                              {1, 2, 3},
-                              {0, -2, 5},
-                              {0, -1, 7}},
-                             48};
-  static const Kernel stucki = {{{2, -2, 1},
-                                 {2, -1, 2},
-                                 {2, 0, 4},
-                                 {2, 1, 2},
-                                 {2, 2, 1},
-                                 {1, -2, 2},
-                                 {1, -1, 4},
-                                 {1, 0, 8},
-                                 {1, 1, 4},
-                                 {1, 2, 2},
-                                 {0, -2, 4},
-                                 {0, -1, 8}},
-                                42};
-  return method == kipDitherFS ? fs : method == kipDitherJJN ? jjn : stucki;
+  static constexpr Kernel kFs = {16, {{}, {0, 1, 5, 3, 0}, {0, 7}}};
+  static constexpr Kernel kJjn = {48, {{1, 3, 5, 3, 1}, {3, 5, 7, 5, 3}, {5, 7}}};
+  static constexpr Kernel kStucki = {42, {{1, 2, 4, 2, 1}, {2, 4, 8, 4, 2}, {4, 8}}};
+  return method == kipDitherFS ? kFs : method == kipDitherJJN ? kJjn : kStucki;
 }
 
 /// Error diffusion of the channels from `first` to before `last`, one after the other over the same rows of errors.
@@ -160,14 +134,15 @@ void diffuse(const Raster& image, const Setting& setting, int first, int last, c
   const float full = kFull<D>, q = interval(full, intervals), p = intervals / full;
   const Noise noise((q * (50 - setting.noise)) / 100.0f, (q * (50 + setting.noise)) / 100.0f);
   const Kernel& kernel = kernelOf(setting.method);
-  std::vector<float> errors[3];  // of this row, and of those one and two above
-  for (auto& row : errors) row.assign(image.width + 4, 0.0f);
+  std::vector<float> errors[3];                                // of this row, and of those one and two above
+  for (auto& row : errors) row.assign(image.width + 4, 0.0f);  // from column -2 on
   for (int c = first; c < last; ++c) {
     for (int y = 0; y < image.height; ++y) {
       for (int x = 0; x < image.width; ++x) {
         float sum = 0;
-        for (const Tap& tap : kernel.taps)
-          sum = sum + errors[tap.up][x + 2 + tap.right] * static_cast<float>(tap.weight);
+        for (int row = 0; row < 3; ++row) {
+          for (int i = 0; i < 5; ++i) sum = sum + errors[2 - row][x + i] * static_cast<float>(kernel.weights[row][i]);
+        }
         const S sample = src[image.at(x, y, c)];
         const bool sameScale = !std::is_same_v<S, Kip32f> && sizeof(S) == sizeof(D);
         const float wanted = (sameScale ? raw(sample) : normal(sample) * full) + sum * (1.0f / kernel.divisor);
