@@ -1,8 +1,9 @@
 // Measures every exported function on one thread, each in turns with its peers and with memcpy of as many bytes.
 //
-//   kipcc_bench [--all_sizes] [--rounds=N] [--benchmark_filter=regex] [options of Google Benchmark]
+//   kipcc_bench [--all_sizes] [--markdown] [--rounds=N] [--benchmark_filter=regex] [options of Google Benchmark]
 //
-// Without --all_sizes only 1920x1080 is measured. Names are function/size or function/method/size.
+// Without --all_sizes only 1920x1080 is measured. With --markdown the ratios are printed as a page for docs/. Names are
+// function/size or function/method/size.
 
 #include <benchmark/benchmark.h>
 
@@ -29,7 +30,7 @@ constexpr Size kLarge = {1920, 1080};
 constexpr Size kOthers[] = {{640, 480}, {64, 64}};  // in the cache; small enough that the cost of a call shows
 
 struct Options {
-  bool allSizes = false;
+  bool allSizes = false, markdown = false;
   int rounds = 25;
 };
 
@@ -66,6 +67,8 @@ Options takeOptions(int& argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "--all_sizes") == 0) {
       options.allSizes = true;
+    } else if (std::strcmp(argv[i], "--markdown") == 0) {
+      options.markdown = true;
     } else if (std::strncmp(argv[i], "--rounds=", 9) == 0) {
       options.rounds = std::max(1, std::atoi(argv[i] + 9));
     } else {
@@ -97,5 +100,6 @@ int main(int argc, char** argv) {
     for (const bench::Size size : bench::kOthers) bench::add(subject, size, options.rounds);
   }
   bench::Table table;
-  benchmark::RunSpecifiedBenchmarks(&table);
+  bench::Page page;
+  benchmark::RunSpecifiedBenchmarks(options.markdown ? static_cast<benchmark::BenchmarkReporter*>(&page) : &table);
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "support/registry.h"
+
 namespace bench {
 namespace {
 
@@ -27,6 +29,13 @@ std::string textOf(const Ratio& ratio) {
   char text[100];
   std::snprintf(text, sizeof text, "%.2f %s", ratio.value, ratio.peer.c_str());
   return text;
+}
+
+/// All ratios but that to memcpy, in a row.
+std::string peersOf(const benchmark::UserCounters& counters) {
+  std::string peers;
+  for (const Ratio& ratio : ratiosOf(counters)) peers += (peers.empty() ? "" : ", ") + textOf(ratio);
+  return peers;
 }
 
 /// The last part of function/size and what is before it.
@@ -56,9 +65,8 @@ void Table::ReportRuns(const std::vector<Run>& runs) {
       continue;
     }
     const auto figure = [&](const std::string& name) { return run.counters.at(name).value; };
-    std::string peers;
-    for (const Ratio& ratio : ratiosOf(run.counters)) peers += (peers.empty() ? "" : ", ") + textOf(ratio);
-    std::printf("%8.0f %6.1f %8.2f  %s\n", figure(kSpeed), figure(kTraffic), figure(kMemcpy), peers.c_str());
+    std::printf("%8.0f %6.1f %8.2f  %s\n", figure(kSpeed), figure(kTraffic), figure(kMemcpy),
+                peersOf(run.counters).c_str());
     std::fflush(stdout);
     noteSlow(run);
   }
@@ -79,6 +87,31 @@ void Table::Finalize() {
   }
   std::printf("\n%zu functions, %zu results below a peer or below what they should be\n", speeds_.size(), slow_.size());
   for (const Slow& slow : slow_) std::printf("%-54s %s\n", slow.name.c_str(), slow.why.c_str());
+}
+
+bool Page::ReportContext(const Context&) {
+  std::printf(
+      "# Performance, function by function\n\n"
+      "Written by `kipcc_bench --markdown`. How many times as fast as memcpy of as many bytes, and as other libraries\n"
+      "that do the same, the fastest first; ~ marks one whose arithmetic or chroma is coarser. One thread.\n");
+  return true;
+}
+
+void Page::ReportRuns(const std::vector<Run>& runs) {
+  for (const Run& run : runs) {
+    if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
+    const auto [subject, size] = splitName(run.run_name.function_name);
+    const kip::Function* function = kip::find(subject.substr(0, subject.find('/')));
+    if (function->group != group_) beginGroup(function->group);
+    std::printf("| `%s` | %s | %.2f | %s |\n", subject.c_str(), size.c_str(), run.counters.at(kMemcpy).value,
+                peersOf(run.counters).c_str());
+    std::fflush(stdout);
+  }
+}
+
+void Page::beginGroup(const std::string& group) {
+  std::printf("\n## %s\n\n| function | size | x memcpy | x others |\n|---|---|---|---|\n", group.c_str());
+  group_ = group;
 }
 
 }  // namespace bench

@@ -1,4 +1,4 @@
-// The table of results.
+// The results, as a table to look at or as a page of the documentation.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -27,6 +27,18 @@ class Table : public benchmark::BenchmarkReporter {
 
   std::vector<Slow> slow_;
   std::map<std::string, std::map<std::string, double>> speeds_;  // by function, then by size
+};
+
+/// Prints the ratios alone as a page in Markdown, with a table for each group of the documentation.
+class Page : public benchmark::BenchmarkReporter {
+ public:
+  bool ReportContext(const Context&) override;
+  void ReportRuns(const std::vector<Run>& runs) override;
+
+ private:
+  void beginGroup(const std::string& group);
+
+  std::string group_;
 };
 
 }  // namespace bench

@@ -23,7 +23,9 @@ install(FILES ${CMAKE_BINARY_DIR}/kipcc.pc DESTINATION ${PKGCONFIG_DIR} COMPONEN
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
-set(CPACK_PACKAGE_CONTACT "${PROJECT_NAME} maintainers <maintainers@localhost>")
+# Debian wants an address; this one is in a domain that belongs to nobody. Who distributes packages gives his own.
+set(CPACK_PACKAGE_CONTACT "${PROJECT_NAME} maintainers <maintainers@${PROJECT_NAME}.example>" CACHE STRING
+  "The maintainer that the packages name")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
