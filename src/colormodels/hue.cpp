@@ -362,37 +362,24 @@ template <class Sixtieth>
 class FromHls32f {
  public:
   using Lane = float;
-  static constexpr int kTogether = 4;
   KIP_INLINE FromHls32f() {}
 
-  template <int kCount>
-  KIP_INLINE void convert(const Pixels<F32>* hls, Pixels<F32>* rgb) const {
-    F32 h[kCount], high[kCount], low[kCount];
-    for (int k = 0; k < kCount; ++k) {
-      const F32 l = hls[k].b, s = hls[k].c;
-      h[k] = hn::Mul(hls[k].a, d360_);
-      high[k] = hn::IfThenElse(hn::Le(l, half_), hn::Mul(l, hn::Add(one_, s)), hn::Sub(hn::Add(l, s), hn::Mul(l, s)));
-      low[k] = hn::Sub(hn::Add(l, l), high[k]);
-    }
-    const auto channel = [&](int k, F32 x) KIP_INLINE_LAMBDA {
-      const auto gray = hn::Eq(hls[k].c, hn::Zero(Tag<float>()));
-      return hn::IfThenElse(gray, hls[k].b, value(x, high[k], low[k]));
-    };
-    for (int k = 0; k < kCount; ++k) {
-      const F32 ahead = hn::Add(h[k], d120_);
-      rgb[k].a = channel(k, hn::Sub(ahead, hn::IfThenElseZero(hn::Gt(ahead, d360_), d360_)));
-    }
-    for (int k = 0; k < kCount; ++k) rgb[k].b = channel(k, h[k]);
-    for (int k = 0; k < kCount; ++k) {
-      const F32 behind = hn::Sub(h[k], d120_);
-      rgb[k].c = channel(k, hn::Add(behind, hn::IfThenElseZero(hn::Lt(behind, hn::Zero(Tag<float>())), d360_)));
-    }
+  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const {
+    const F32 h = hn::Mul(px.a, d360_), l = px.b, s = px.c;
+    const F32 high =
+        hn::IfThenElse(hn::Le(l, half_), hn::Mul(l, hn::Add(one_, s)), hn::Sub(hn::Add(l, s), hn::Mul(l, s)));
+    const F32 low = hn::Sub(hn::Add(l, l), high), span = hn::Sub(high, low);
+    const F32 ahead = hn::Add(h, d120_), behind = hn::Sub(h, d120_);
+    const auto gray = hn::Eq(s, hn::Zero(Tag<float>()));
+    const auto channel = [&](F32 x) KIP_INLINE_LAMBDA { return hn::IfThenElse(gray, l, value(x, high, low, span)); };
+    return {channel(hn::Sub(ahead, hn::IfThenElseZero(hn::Gt(ahead, d360_), d360_))), channel(h),
+            channel(hn::Add(behind, hn::IfThenElseZero(hn::Lt(behind, hn::Zero(Tag<float>())), d360_)))};
   }
 
  private:
   /// A channel at the angle x: it rises up to 60 degrees, is high up to 180, falls up to 240 and is low beyond.
-  KIP_INLINE F32 value(F32 x, F32 high, F32 low) const {
-    const F32 slope = sixtieth_(hn::Mul(hn::Sub(high, low), hn::Min(x, hn::Sub(d240_, x))));
+  KIP_INLINE F32 value(F32 x, F32 high, F32 low, F32 span) const {
+    const F32 slope = sixtieth_(hn::Mul(span, hn::Min(x, hn::Sub(d240_, x))));
     const F32 sloping = hn::Add(low, slope);
     const auto isHigh = hn::And(hn::Ge(x, d60_), hn::Lt(x, d180_));
     return hn::IfThenElse(isHigh, high, hn::IfThenElse(hn::Lt(x, d240_), sloping, low));
