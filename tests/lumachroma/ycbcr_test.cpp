@@ -98,14 +98,15 @@ constexpr InverseSet kHdtvBack = centred(65536, 100925, 11993, 30081, 119013, 0,
 constexpr InverseSet kBiased1 = {
     {76284, 0, 104595}, {76284, -25690, -53281}, {76284, 132186, 0}, {-14608761, 8887730, -18140365}};
 
-/// An arithmetic of one kind of chroma, and the functions that have both.
+/// An arithmetic on pixels of one kind, and the functions that have both.
 struct Decoder {
   const InverseSet& set;
   std::vector<const char*> names;
 };
 
 const Decoder kDecoders[] = {
-    {kFloored1, {"kipiYCbCrToRGB_8u_C3R", "kipiYCbCrToRGB_8u_AC4R", "kipiYCbCrToRGB_8u_P3R"}},
+    {kFloored1, {"kipiYCbCrToRGB_8u_C3R", "kipiYCbCrToRGB_8u_AC4R"}},
+    {kFloored1, {"kipiYCbCrToRGB_8u_P3R"}},
     {kFloored2,
      {"kipiYCbCrToRGB_8u_P3C3R", "kipiYCbCrToRGB_8u_P3C4R", "kipiYCbCrToBGR_8u_P3C3R", "kipiYCbCrToBGR_8u_P3C4R"}},
     {kCscBack, {"kipiYCbCrToBGR_709CSC_8u_P3C3R", "kipiYCbCrToBGR_709CSC_8u_P3C4R"}},
