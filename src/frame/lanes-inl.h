@@ -14,7 +14,8 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
-/// A block of pixels, a quarter of it in each vector: four bytes to a lane, of which the fourth may be anything.
+/// A block of pixels, a quarter of it in each vector: four bytes to a lane, the third channel, the second, the first
+/// and the second again.
 struct PixelLanes {
   static constexpr int kVectors = 4;
   U8 of[kVectors];
@@ -40,20 +41,23 @@ KIP_INLINE ResultLanes convertPixels(const Op& op, const PixelLanes& px) {
 }
 
 constexpr uint8_t kNoByte = 0x80;
+/// Which channel is byte i of a lane.
+constexpr int channelAt(int i) { return i % 2 == 1 ? 1 : 2 - i; }
 /// Where channel c of pixel p lies in ResultLanes.
 constexpr uint8_t resultAt(int p, int c) { return 2 * p + (c == 0 ? 0 : c == 2 ? 1 : 8); }
 struct LaneTables {
   static constexpr int kBack = 4;  // of twelve bytes, the last sixteen are loaded so that they end where those end
-  uint8_t spread[2][16];           // three bytes to four; from the beginning, or from kBack on
+  uint8_t spread[2][16];           // three bytes to a lane; from the beginning, or from kBack on
+  uint8_t ordered[16];             // four bytes to a lane
   uint8_t interleaved[16];         // results to four bytes
   uint8_t gathered[4][16];         // results to twelve bytes k, each where it falls in the sixteens of 48
 
-  constexpr LaneTables() : spread(), interleaved(), gathered() {
+  constexpr LaneTables() : spread(), ordered(), interleaved(), gathered() {
     for (int i = 0; i < 16; ++i) {
       const int pixel = i / 4, channel = i % 4;
-      for (int last = 0; last < 2; ++last) {
-        spread[last][i] = channel == 3 ? kNoByte : pixel * 3 + channel + last * kBack;
-      }
+      const int from = channelAt(channel);
+      for (int last = 0; last < 2; ++last) spread[last][i] = pixel * 3 + from + last * kBack;
+      ordered[i] = pixel * 4 + from;
       interleaved[i] = channel == 3 ? kNoByte : resultAt(pixel, channel);
     }
     for (int k = 0; k < 4; ++k) {
@@ -76,7 +80,9 @@ template <>
 struct Whole<AC4<>> : AC4<> {
   KIP_INLINE PixelLanes load(const Rows<const Kip8u, 1>& from) const {
     PixelLanes px;
-    for (int k = 0; k < PixelLanes::kVectors; ++k) px.of[k] = hn::LoadU(Tag<uint8_t>(), from.at[0] + k * kBytes);
+    for (int k = 0; k < PixelLanes::kVectors; ++k) {
+      px.of[k] = arrange(hn::LoadU(Tag<uint8_t>(), from.at[0] + k * kBytes), kLaneTables.ordered);
+    }
     return px;
   }
   KIP_INLINE void store(const ResultLanes& px, const Rows<Kip8u, 1>& to) const {

@@ -67,26 +67,26 @@ class PerLane {
 
   KIP_INLINE PerLane() {}
   KIP_INLINE U8 operator()(U8 px) const {
-    const I16 lumaAndCr = dotBytes(px, forR_);
-    const I32 luma = y_(lumaAndCr);
-    return packLanes({hn::Add(yAndCrToR_(lumaAndCr), r_), hn::Add(hn::Add(luma, toG_(dotBytes(px, forG_))), g_),
+    const I16 crAndLuma = dotBytes(px, forR_);
+    const I32 luma = y_(crAndLuma);
+    return packLanes({hn::Add(crAndYToR_(crAndLuma), r_), hn::Add(hn::Add(luma, toG_(dotBytes(px, forG_))), g_),
                       hn::Add(hn::Add(luma, toB_(dotBytes(px, forB_))), b_)});
   }
 
  private:
   static constexpr Factors kX = kSet.factors;
 
-  // Bytes Y, Cb, Cr of a lane to two 16-bit samples, scaled so that the rest of a factor fits.
-  KIP_INLINE static I8 scales(int y, int cb, int cr) {
-    return as<int8_t>(pinnedPairs(bytePair(y, cb), bytePair(cr, 0)));
+  // Bytes Cr, Cb, Y, Cb of a lane to two 16-bit samples, Cr and Y or Cb, scaled so that the rest of a factor fits.
+  KIP_INLINE static I8 scales(int cr, int y, int cb) {
+    return as<int8_t>(pinnedPairs(bytePair(cr, 0), bytePair(y, cb)));
   }
-  I8 forR_ = scales(scaleOf(kX.y), 0, scaleOf(kX.crToR));
-  I8 forG_ = scales(0, scaleOf(kX.cbToG), scaleOf(kX.crToG));
-  I8 forB_ = scales(0, scaleOf(kX.cbToB), 0);
-  WeighPairs<afterScale(kX.y), 0> y_;
-  WeighPairs<afterScale(kX.y), afterScale(kX.crToR)> yAndCrToR_;
-  WeighPairs<-afterScale(kX.cbToG), -afterScale(kX.crToG)> toG_;
-  WeighPairs<afterScale(kX.cbToB), 0> toB_;
+  I8 forR_ = scales(scaleOf(kX.crToR), scaleOf(kX.y), 0);
+  I8 forG_ = scales(scaleOf(kX.crToG), 0, scaleOf(kX.cbToG));
+  I8 forB_ = scales(0, 0, scaleOf(kX.cbToB));
+  WeighPairs<0, afterScale(kX.y)> y_;
+  WeighPairs<afterScale(kX.crToR), afterScale(kX.y)> crAndYToR_;
+  WeighPairs<-afterScale(kX.crToG), -afterScale(kX.cbToG)> toG_;
+  WeighPairs<0, afterScale(kX.cbToB)> toB_;
   I32 r_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.r, kX.crToR));
   I32 g_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.g, -kX.cbToG - kX.crToG));
   I32 b_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.b, kX.cbToB));

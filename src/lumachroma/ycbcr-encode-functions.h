@@ -1,7 +1,7 @@
 // The functions from RGB to YCbCr: name, arguments, rules, kernel.
 // clang-format off
-KIP_FUNCTION(kipiRGBToYCbCr_8u_C3R,           KIP_C_C(Kip8u, Kip8u),      kAnySize, Full<kBt601, C3<>, C3<>>)
-KIP_FUNCTION(kipiRGBToYCbCr_8u_AC4R,          KIP_C_C(Kip8u, Kip8u),      kAnySize, Full<kBt601, AC4<>, AC4<>>)
+KIP_FUNCTION(kipiRGBToYCbCr_8u_C3R,           KIP_C_C(Kip8u, Kip8u),      kAnySize, FullInterleaved<kBt601, C3<>>)
+KIP_FUNCTION(kipiRGBToYCbCr_8u_AC4R,          KIP_C_C(Kip8u, Kip8u),      kAnySize, FullInterleaved<kBt601, AC4<>>)
 KIP_FUNCTION(kipiRGBToYCbCr_8u_C3P3R,         KIP_C_P(Kip8u, Kip8u, 3),   kAnySize, Full<kBt601, C3<>, P3<>>)
 KIP_FUNCTION(kipiRGBToYCbCr_8u_P3R,           KIP_P_P(Kip8u, Kip8u, 3),   kAnySize, Full<kBt601, P3<>, P3<>>)
 KIP_FUNCTION(kipiRGBToYCbCr_8u_AC4P3R,        KIP_C_P(Kip8u, Kip8u, 3),   kAnySize, Full<kBt601, AC4<>, P3<>>)

@@ -8,6 +8,7 @@
 #include "hwy/highway.h"
 
 #include "frame/bytetable-inl.h"
+#include "frame/lanes-inl.h"
 #include "lumachroma/ycbcr-encode-inl.h"
 #include "frame/transfer709.h"
 
@@ -39,6 +40,22 @@ struct PerPixel {
     const I16 d = forward.differences(br, gg);
     return {hn::Add(forward.y(br, gg), lumaZero), hn::Add(forward.cb(d), chromaZero),
             hn::Add(forward.cr(d), chromaZero)};
+  }
+};
+
+/// The same for pixels in 32-bit lanes.
+template <const ForwardSet& kSet>
+struct PerLane {
+  using Lane = PixelLanes;
+  Forward<kSet> forward;
+  I32 lumaZero = pinned<int32_t>(lumaOffset(kSet, kHalf)), chromaZero = pinned<int32_t>(chromaOffset(kHalf, 1));
+  I8 lessGreen = pinnedBytePairs(1, -1);
+
+  KIP_INLINE PerLane() {}
+  KIP_INLINE U8 operator()(U8 px) const {
+    const I16 d = dotBytes(px, lessGreen);
+    return packLanes({hn::Add(forward.y(evenBytes(px), oddBytes(px)), lumaZero), hn::Add(forward.cb(d), chromaZero),
+                      hn::Add(forward.cr(d), chromaZero)});
   }
 };
 
@@ -177,6 +194,8 @@ class Smoothed {
 
 template <const ForwardSet& kSet, class Src, class Dst>
 using Full = Convert<PerPixel<kSet>, Src, Dst>;
+template <const ForwardSet& kSet, class Layout>
+using FullInterleaved = Convert<PerLane<kSet>, Whole<Layout>, Whole<Layout>>;
 
 using Rgb = C3<>;
 using Bgr = C3<uint8_t, Order::kReverse>;

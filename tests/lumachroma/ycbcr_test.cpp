@@ -32,13 +32,8 @@ struct Encoder {
 };
 
 const Encoder kEncoders[] = {
-    {kBt601,
-     0,
-     8421376,
-     8421376,
-     0,
-     {"kipiRGBToYCbCr_8u_C3R", "kipiRGBToYCbCr_8u_AC4R", "kipiRGBToYCbCr_8u_C3P3R", "kipiRGBToYCbCr_8u_P3R",
-      "kipiRGBToYCbCr_8u_AC4P3R"}},
+    {kBt601, 0, 8421376, 8421376, 0, {"kipiRGBToYCbCr_8u_C3R", "kipiRGBToYCbCr_8u_AC4R"}},
+    {kBt601, 0, 8421376, 8421376, 0, {"kipiRGBToYCbCr_8u_C3P3R", "kipiRGBToYCbCr_8u_P3R", "kipiRGBToYCbCr_8u_AC4P3R"}},
     // The second luma of each pair is truncated.
     {kBt601,
      1,
