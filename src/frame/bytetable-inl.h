@@ -99,8 +99,10 @@ class ByteTable {
   /// -1 where the bit of the entry is set.
   KIP_INLINE I8 bit(U8 sixteenth, U8 place) const {
     alignas(16) static constexpr uint8_t kBits[16] = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
-    const U8 bits = as<uint8_t>(hn::IfNegativeThenElse(as<int8_t>(hn::ShiftLeft<4>(as<uint16_t>(place))),
-                                                       as<int8_t>(lookUp(table(kLines.bits[1]), sixteenth)),
+    I8 upper = as<int8_t>(hn::ShiftLeft<4>(as<uint16_t>(place)));
+    // There, IfNegativeThenElse takes each bit by itself.
+    if constexpr (HWY_TARGET == HWY_SSSE3) upper = hn::BroadcastSignBit(upper);
+    const U8 bits = as<uint8_t>(hn::IfNegativeThenElse(upper, as<int8_t>(lookUp(table(kLines.bits[1]), sixteenth)),
                                                        as<int8_t>(lookUp(table(kLines.bits[0]), sixteenth))));
     const U8 one = lookUp(table(kBits), place);
     return as<int8_t>(hn::VecFromMask(hn::Eq(hn::And(bits, one), one)));
