@@ -444,7 +444,11 @@ TEST(YCbCr, RoundTripsOfAllColours) {
     });
     std::printf("%-36s %-36s largest %d, mean %.3f\n", trip.there, trip.back, errors.largest,
                 static_cast<double>(errors.sum) / static_cast<double>(errors.samples));
-    EXPECT_EQ(errors.largest, trip.largestError) << trip.there;
+    EXPECT_LE(errors.largest, trip.largestError) << trip.there;
+    const bool all = errors.samples >= int64_t{2 * 3} << 24;  // of two pixels each, not of a sample of the colours
+    if (all) {
+      EXPECT_EQ(errors.largest, trip.largestError) << trip.there;
+    }
   }
 }
 
