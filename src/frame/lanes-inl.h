@@ -45,6 +45,8 @@ constexpr uint8_t kNoByte = 0x80;
 constexpr int channelAt(int i) { return i % 2 == 1 ? 1 : 2 - i; }
 /// Where channel c of pixel p lies in ResultLanes.
 constexpr uint8_t resultAt(int p, int c) { return 2 * p + (c == 0 ? 0 : c == 2 ? 1 : 8); }
+
+/// Shuffles of 16 bytes between interleaved pixels, lanes and results.
 struct LaneTables {
   static constexpr int kBack = 4;  // of twelve bytes, the last sixteen are loaded so that they end where those end
   uint8_t spread[2][16];           // three bytes to a lane; from the beginning, or from kBack on

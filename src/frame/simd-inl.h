@@ -80,16 +80,6 @@ KIP_INLINE Vector<T> pinned(T value) {
   return v;
 }
 
-/// A result that is computed here. Left alone, the compiler may put it off and keep, or spill, the several vectors that
-/// it is made of.
-template <class V>
-KIP_INLINE V settled(V v) {
-#if !KIP_EMULATED
-  asm("" : "+x"(v.raw));
-#endif
-  return v;
-}
-
 // Formulas with constants.
 #define KIP_WITH_CONSTANT(symbol)                                                   \
   KIP_INLINE F32 operator symbol(F32 a, float b) { return a symbol set<float>(b); } \

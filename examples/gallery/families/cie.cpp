@@ -2,20 +2,10 @@
 
 #include <utility>
 
+#include "model.h"
 #include "page.h"
 
 namespace {
-
-using Conversion = KipStatus (*)(const Kip8u*, int, Kip8u*, int, KipiSize);
-
-struct Model {
-  const char* name;
-  const char* text;
-  const char* titles[3];
-  Conversion forward, back;
-  const char *forwardName, *backName;
-  bool bgr = false;
-};
 
 constexpr Model kModels[] = {
     {"XYZ",

@@ -1,5 +1,6 @@
 // Hue spaces: what hue, saturation and lightness or value are of a picture, and a turn of the hue.
 
+#include "model.h"
 #include "page.h"
 
 namespace {
@@ -13,16 +14,6 @@ Picture painted(const Picture& hue) {
   kipiHSVToRGB_8u_C3R(hsv.data(), hsv.step(), rgb.data(), rgb.step(), rgb.size());
   return rgb;
 }
-
-using Conversion = KipStatus (*)(const Kip8u*, int, Kip8u*, int, KipiSize);
-
-struct Model {
-  const char* name;
-  const char* text;
-  const char* titles[3];
-  Conversion forward, back;
-  const char *forwardName, *backName;
-};
 
 constexpr Model kModels[] = {
     {"HLS",
