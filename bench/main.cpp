@@ -1,13 +1,17 @@
 // Measures every exported function on one thread, each in turns with its peers and with memcpy of as many bytes.
 //
-//   kipcc_bench [--all_sizes] [--markdown] [--rounds=N] [--benchmark_filter=regex] [options of Google Benchmark]
+//   kipcc_bench [--all_sizes] [--markdown] [--rounds=N] [--target=name] [--benchmark_filter=regex]
+//               [options of Google Benchmark]
 //
-// Without --all_sizes only 1920x1080 is measured. With --markdown the ratios are printed as a page for docs/. Names are
-// function/size or function/method/size.
+// Without --all_sizes only 1920x1080 is measured. With --markdown the ratios are printed as a page for docs/. The target
+// is a set of kernels such as AVX2 that is to be measured instead of the best one. Names are function/size or
+// function/method/size.
 
 #include <benchmark/benchmark.h>
+#include <hwy/highway.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -32,6 +36,7 @@ constexpr Size kOthers[] = {{640, 480}, {64, 64}};  // in the cache; small enoug
 struct Options {
   bool allSizes = false, markdown = false;
   int rounds = 25;
+  std::string target;
 };
 
 std::string figureOf(const Peer& peer) { return kTimes + (peer.result == Result::kCoarser ? "~" : "") + peer.name; }
@@ -71,12 +76,25 @@ Options takeOptions(int& argc, char** argv) {
       options.markdown = true;
     } else if (std::strncmp(argv[i], "--rounds=", 9) == 0) {
       options.rounds = std::max(1, std::atoi(argv[i] + 9));
+    } else if (std::strncmp(argv[i], "--target=", 9) == 0) {
+      options.target = argv[i] + 9;
     } else {
       argv[kept++] = argv[i];
     }
   }
   argc = kept;
   return options;
+}
+
+/// Makes the library, which shares Highway's state, use the named kernels.
+bool selectTarget(const std::string& name) {
+  for (int64_t targets = hwy::SupportedTargets(); targets != 0; targets &= targets - 1) {
+    const int64_t target = targets & -targets;
+    if (name != hwy::TargetName(target)) continue;
+    hwy::GetChosenTarget().Update(target);
+    return true;
+  }
+  return false;
 }
 
 void add(const Subject& subject, Size size, int rounds) {
@@ -93,6 +111,10 @@ int main(int argc, char** argv) {
   const bench::Options options = bench::takeOptions(argc, argv);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  if (!options.target.empty() && !bench::selectTarget(options.target)) {
+    std::fprintf(stderr, "%s: not on this processor\n", options.target.c_str());
+    return 1;
+  }
   kipSetNumThreads(1);
   for (const bench::Subject& subject : bench::allSubjects()) {
     bench::add(subject, bench::kLarge, options.rounds);

@@ -296,12 +296,12 @@ KIP_INLINE I8 pinnedBytePairs(int even, int odd) {
 /// A vector whose block b holds the 16 bytes that at(b) points to.
 template <class At>
 KIP_INLINE U8 loadBlocksAt(const At& at) {
-#if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3
+#if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3_DL
   const auto block = [&](int b) KIP_INLINE_LAMBDA { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at(b))); };
 #endif
 #if HWY_TARGET == HWY_AVX2
   return U8{_mm256_inserti128_si256(_mm256_castsi128_si256(block(0)), block(1), 1)};
-#elif HWY_TARGET == HWY_AVX3
+#elif HWY_TARGET == HWY_AVX3_DL
   __m512i v = _mm512_castsi128_si512(block(0));
   v = _mm512_inserti32x4(v, block(1), 1);
   v = _mm512_inserti32x4(v, block(2), 2);
@@ -317,7 +317,7 @@ KIP_INLINE void storeTwoBlocks(U8 first, U8 second, uint8_t* to) {
 #if HWY_TARGET == HWY_AVX2
   hn::StoreU(hn::ConcatLowerLower(d, second, first), d, to);
   hn::StoreU(hn::ConcatUpperUpper(d, second, first), d, to + 32);
-#elif HWY_TARGET == HWY_AVX3
+#elif HWY_TARGET == HWY_AVX3_DL
   const __m512i lower = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11);
   const __m512i upper = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
   hn::StoreU(U8{_mm512_permutex2var_epi64(first.raw, lower, second.raw)}, d, to);
@@ -331,14 +331,14 @@ KIP_INLINE void storeTwoBlocks(U8 first, U8 second, uint8_t* to) {
 /// The inverse of loadBlocksAt.
 template <class At>
 KIP_INLINE void storeBlocksAt(U8 v, const At& at) {
-#if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3
+#if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3_DL
   const auto store = [&](int b, __m128i block)
                          KIP_INLINE_LAMBDA { _mm_storeu_si128(reinterpret_cast<__m128i*>(at(b)), block); };
 #endif
 #if HWY_TARGET == HWY_AVX2
   store(0, _mm256_castsi256_si128(v.raw));
   store(1, _mm256_extracti128_si256(v.raw, 1));
-#elif HWY_TARGET == HWY_AVX3
+#elif HWY_TARGET == HWY_AVX3_DL
   store(0, _mm512_castsi512_si128(v.raw));
   store(1, _mm512_extracti32x4_epi32(v.raw, 1));
   store(2, _mm512_extracti32x4_epi32(v.raw, 2));
@@ -374,7 +374,7 @@ KIP_INLINE void storeThreeBlocks(U8 first, U8 second, U8 third, uint8_t* to) {
   hn::StoreU(hn::ConcatLowerLower(d, second, first), d, to);
   hn::StoreU(hn::ConcatUpperLower(d, first, third), d, to + 32);
   hn::StoreU(hn::ConcatUpperUpper(d, third, second), d, to + 64);
-#elif HWY_TARGET == HWY_AVX3
+#elif HWY_TARGET == HWY_AVX3_DL
   const auto store = [to](__m512i v, int block) KIP_INLINE_LAMBDA {
     const auto at = [&](int b) { return reinterpret_cast<__m128i*>(to + 16 * (block + 3 * b)); };
     _mm_storeu_si128(at(0), _mm512_castsi512_si128(v));
@@ -550,7 +550,7 @@ struct FourInterleaved {
 
 // Table look-ups. Loads of single entries, with the places stored first and then taken one by one, are faster than
 // gather instructions.
-#if HWY_TARGET != HWY_AVX3 && !KIP_EMULATED
+#if HWY_TARGET != HWY_AVX3_DL && !KIP_EMULATED
 struct Places {
   alignas(32) uint32_t at[kLanes<float>];
 
@@ -574,7 +574,7 @@ struct Places {
 
 /// The entries at the given places of a table.
 KIP_INLINE I32 lookUp(const int32_t* table, I32 place) {
-#if HWY_TARGET == HWY_AVX3 || KIP_EMULATED
+#if HWY_TARGET == HWY_AVX3_DL || KIP_EMULATED
   return hn::GatherIndex(Tag<int32_t>(), table, place);
 #else
   const Places places(place);
@@ -588,7 +588,7 @@ KIP_INLINE I32 lookUp(const int32_t* table, I32 place) {
 
 /// Both floats of the pairs at the given places of a table.
 KIP_INLINE void lookUpPairs(const float (*table)[2], I32 place, F32& first, F32& second) {
-#if HWY_TARGET == HWY_AVX3 || KIP_EMULATED
+#if HWY_TARGET == HWY_AVX3_DL || KIP_EMULATED
   const I32 twice = hn::ShiftLeft<1>(place);
   first = hn::GatherIndex(Tag<float>(), table[0], twice);
   second = hn::GatherIndex(Tag<float>(), table[0] + 1, twice);
@@ -622,7 +622,7 @@ KIP_INLINE U8 loadSideBySide(const uint8_t* first, const uint8_t* second) {
 template <class T>
 KIP_INLINE void sideBySide(Vector<T> first, Vector<T> second, Vector<T>& lower, Vector<T>& upper) {
   const Tag<T> d;
-#if HWY_TARGET == HWY_AVX3
+#if HWY_TARGET == HWY_AVX3_DL
   const hn::Half<Tag<T>> half;
   const auto join = [](auto a, auto b) KIP_INLINE_LAMBDA {
     const Tag<hwy::MakeWide<T>> wide;
