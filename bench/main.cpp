@@ -3,8 +3,8 @@
 //   kipcc_bench [--all_sizes] [--markdown] [--rounds=N] [--target=name] [--benchmark_filter=regex]
 //               [options of Google Benchmark]
 //
-// Without --all_sizes only 1920x1080 is measured. With --markdown the ratios are printed as a page for docs/. The target
-// is a set of kernels such as AVX2 that is to be measured instead of the best one. Names are function/size or
+// Without --all_sizes only 1920x1080 is measured. With --markdown the ratios are printed as a page for docs/. The
+// target is a set of kernels such as AVX2 that is to be measured instead of the best one. Names are function/size or
 // function/method/size.
 
 #include <benchmark/benchmark.h>

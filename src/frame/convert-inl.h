@@ -185,7 +185,9 @@ class Convert {
   template <class From, class To>
   KIP_INLINE void block(const From& from, const To& to) const {
     if constexpr (kWideBytes) {
-      dst_.store(applyWidened(op_, src_.loadWide(from)), to);
+      dst_.store(eachChannel(applyWidened(op_, src_.loadWide(from)),
+                             [](U8 v) KIP_INLINE_LAMBDA { return Src::packedInOrder(v); }),
+                 to);
     } else if constexpr (blocksTogether() == 1) {
       const auto px = src_.load(from);
       auto result = convertPixels<typename Src::T, typename Dst::T>(op_, px);

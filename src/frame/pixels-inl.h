@@ -21,7 +21,7 @@
 #include <cstring>
 
 #include "frame/image.h"
-#include "frame/simd-inl.h"
+#include "frame/interleave-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -46,7 +46,7 @@ struct Pixels {
 /// The order of interleaved channels in memory: the space's own, or the reverse.
 enum class Order { kForward, kReverse };
 
-/// Byte pixels widened to 16-bit lanes: the lower and the upper half of each block.
+/// Byte pixels widened to 16-bit lanes: the lower and the upper half of each block, or of all.
 struct WidePixels {
   Pixels<I16> lower, upper;
 };
@@ -176,6 +176,9 @@ struct AC4 : Interleaved<D, 4> {
     }
     return px;
   }
+  /// What pixels from loadWide are packed to, in order.
+  KIP_INLINE static U8 packedInOrder(U8 v) { return FourInterleaved<uint8_t>::packedInOrder(v); }
+
   KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
     if constexpr (kFullVectors<D>) {
       const V first = kOrder == Order::kForward ? px.a : px.c, last = kOrder == Order::kForward ? px.c : px.a;

@@ -28,6 +28,8 @@
 
 #undef KIP_MM
 #undef KIP_EMULATED
+#undef KIP_AVX512
+#define KIP_AVX512 (HWY_TARGET == HWY_AVX3_DL)
 #if HWY_TARGET == HWY_EMU128
 #define KIP_EMULATED 1
 #else
@@ -232,6 +234,21 @@ KIP_INLINE U8 lookUp(U8 table, U8 index) {
   return hn::TableLookupBytesOr0(table, index);
 }
 
+#if KIP_AVX512
+/// The bytes at the given places of a vector, or of two vectors, one after the other.
+KIP_INLINE U8 permute(U8 v, const uint8_t (&places)[64]) {
+  return U8{_mm512_permutexvar_epi8(_mm512_load_si512(places), v.raw)};
+}
+KIP_INLINE U8 permute(U8 first, U8 second, const uint8_t (&places)[64]) {
+  return U8{_mm512_permutex2var_epi8(first.raw, _mm512_load_si512(places), second.raw)};
+}
+/// The same with zeros for the odd bytes.
+KIP_INLINE I16 permuteToWords(U8 first, U8 second, const uint8_t (&places)[64]) {
+  constexpr __mmask64 kEven = 0x5555555555555555;
+  return I16{_mm512_maskz_permutex2var_epi8(kEven, first.raw, _mm512_load_si512(places), second.raw)};
+}
+#endif
+
 /// Products of 16-bit lanes, summed over each even lane and its odd neighbour: exact in 32 bits.
 KIP_INLINE I32 dotPairs(I16 a, I16 b) {
 #if KIP_EMULATED
@@ -293,264 +310,9 @@ KIP_INLINE I8 pinnedBytePairs(int even, int odd) {
   return as<int8_t>(pinned<uint16_t>(static_cast<uint16_t>((odd << 8) | (even & 0xFF))));
 }
 
-/// A vector whose block b holds the 16 bytes that at(b) points to.
-template <class At>
-KIP_INLINE U8 loadBlocksAt(const At& at) {
-#if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3_DL
-  const auto block = [&](int b) KIP_INLINE_LAMBDA { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at(b))); };
-#endif
-#if HWY_TARGET == HWY_AVX2
-  return U8{_mm256_inserti128_si256(_mm256_castsi128_si256(block(0)), block(1), 1)};
-#elif HWY_TARGET == HWY_AVX3_DL
-  __m512i v = _mm512_castsi128_si512(block(0));
-  v = _mm512_inserti32x4(v, block(1), 1);
-  v = _mm512_inserti32x4(v, block(2), 2);
-  return U8{_mm512_inserti32x4(v, block(3), 3)};
-#else
-  return hn::LoadU(Tag<uint8_t>(), at(0));
-#endif
-}
-
-/// The blocks of two vectors by turns: the inverse of loadBlocks from two places.
-KIP_INLINE void storeTwoBlocks(U8 first, U8 second, uint8_t* to) {
-  const Tag<uint8_t> d;
-#if HWY_TARGET == HWY_AVX2
-  hn::StoreU(hn::ConcatLowerLower(d, second, first), d, to);
-  hn::StoreU(hn::ConcatUpperUpper(d, second, first), d, to + 32);
-#elif HWY_TARGET == HWY_AVX3_DL
-  const __m512i lower = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11);
-  const __m512i upper = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
-  hn::StoreU(U8{_mm512_permutex2var_epi64(first.raw, lower, second.raw)}, d, to);
-  hn::StoreU(U8{_mm512_permutex2var_epi64(first.raw, upper, second.raw)}, d, to + 64);
-#else
-  hn::StoreU(first, d, to);
-  hn::StoreU(second, d, to + 16);
-#endif
-}
-
-/// The inverse of loadBlocksAt.
-template <class At>
-KIP_INLINE void storeBlocksAt(U8 v, const At& at) {
-#if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3_DL
-  const auto store = [&](int b, __m128i block)
-                         KIP_INLINE_LAMBDA { _mm_storeu_si128(reinterpret_cast<__m128i*>(at(b)), block); };
-#endif
-#if HWY_TARGET == HWY_AVX2
-  store(0, _mm256_castsi256_si128(v.raw));
-  store(1, _mm256_extracti128_si256(v.raw, 1));
-#elif HWY_TARGET == HWY_AVX3_DL
-  store(0, _mm512_castsi512_si128(v.raw));
-  store(1, _mm512_extracti32x4_epi32(v.raw, 1));
-  store(2, _mm512_extracti32x4_epi32(v.raw, 2));
-  store(3, _mm512_extracti32x4_epi32(v.raw, 3));
-#else
-  hn::StoreU(v, Tag<uint8_t>(), at(0));
-#endif
-}
-
-/// A vector whose block b holds the 16 bytes at from + b * distance.
-KIP_INLINE U8 loadBlocks(const uint8_t* from, ptrdiff_t distance) {
-  return loadBlocksAt([&](int b) KIP_INLINE_LAMBDA { return from + b * distance; });
-}
-
-/// In each block, the lanes of as many vectors as a block has lanes: the rows of a matrix become its columns.
-template <class T>
-KIP_INLINE void transposeBlocks(Vector<T> (&v)[16 / sizeof(T)]) {
-  constexpr int kSide = 16 / sizeof(T);
-  for (int halves = kSide; halves > 1; halves /= 2) {
-    Vector<T> next[kSide];
-    for (int i = 0; i < kSide / 2; ++i) {
-      next[2 * i] = hn::InterleaveLower(v[i], v[i + kSide / 2]);
-      next[2 * i + 1] = hn::InterleaveUpper(Tag<T>(), v[i], v[i + kSide / 2]);
-    }
-    for (int i = 0; i < kSide; ++i) v[i] = next[i];
-  }
-}
-
-/// The inverse of loadBlocks for three vectors whose blocks follow one another: a block of each, then the next of each.
-KIP_INLINE void storeThreeBlocks(U8 first, U8 second, U8 third, uint8_t* to) {
-  const Tag<uint8_t> d;
-#if HWY_TARGET == HWY_AVX2
-  hn::StoreU(hn::ConcatLowerLower(d, second, first), d, to);
-  hn::StoreU(hn::ConcatUpperLower(d, first, third), d, to + 32);
-  hn::StoreU(hn::ConcatUpperUpper(d, third, second), d, to + 64);
-#elif HWY_TARGET == HWY_AVX3_DL
-  const auto store = [to](__m512i v, int block) KIP_INLINE_LAMBDA {
-    const auto at = [&](int b) { return reinterpret_cast<__m128i*>(to + 16 * (block + 3 * b)); };
-    _mm_storeu_si128(at(0), _mm512_castsi512_si128(v));
-    _mm_storeu_si128(at(1), _mm512_extracti32x4_epi32(v, 1));
-    _mm_storeu_si128(at(2), _mm512_extracti32x4_epi32(v, 2));
-    _mm_storeu_si128(at(3), _mm512_extracti32x4_epi32(v, 3));
-  };
-  store(first.raw, 0), store(second.raw, 1), store(third.raw, 2);
-#else
-  hn::StoreU(first, d, to);
-  hn::StoreU(second, d, to + 16);
-  hn::StoreU(third, d, to + 32);
-#endif
-}
-
-/// Three interleaved channels of samples of type T. Three blocks hold N pixels, N samples to a block; 3 does not divide
-/// N, so the samples of one channel lie in the three blocks at three different residues mod 3 and can be blended to one
-/// block without collision, which a shuffle puts in order.
-template <class T>
-struct ThreeChannelTables {
-  static constexpr int kSamples = 16 / sizeof(T);  // in a block
-  uint8_t residue[3][16];                          // 0xFF where the sample's position has that residue
-  uint8_t gather[3][16];                           // where channel c's sample i lies after blending: 3 i + c
-  uint8_t scatter[3][16];                          // the inverse
-  constexpr ThreeChannelTables() : residue(), gather(), scatter() {
-    constexpr int kBytes = sizeof(T);
-    for (int c = 0; c < 3; ++c) {
-      for (int i = 0; i < kSamples; ++i) {
-        const int position = (3 * i + c) % kSamples;
-        for (int b = 0; b < kBytes; ++b) {
-          residue[c][i * kBytes + b] = i % 3 == c ? 0xFF : 0;
-          gather[c][i * kBytes + b] = position * kBytes + b;
-          scatter[c][position * kBytes + b] = i * kBytes + b;
-        }
-      }
-    }
-  }
-};
-
-template <class T>
-struct ThreeChannels {
-  using V = Vector<T>;
-  alignas(16) static constexpr ThreeChannelTables<T> kTables{};
-
-  KIP_INLINE static U8 table(const uint8_t (&bytes)[16]) { return hn::LoadDup128(Tag<uint8_t>(), bytes); }
-
-  // Position j of block k holds channel (N k + j) mod 3.
-  static constexpr int kN = ThreeChannelTables<T>::kSamples;
-  static constexpr int channelAt(int block, int residue) { return (kN * block + residue) % 3; }
-  static constexpr int blockOf(int channel, int residue) { return (channel - residue + 3) * kN % 3; }
-
-  /// The samples of one vector each at positions of residue 0, 1 and 2.
-  KIP_INLINE static U8 blend(U8 at0, U8 at1, U8 at2) {
-#if HWY_TARGET == HWY_SSE4 || HWY_TARGET == HWY_AVX2
-    // Blends by constants; the bits are the positions of residue 0, and of residue 1, in each block.
-    if constexpr (sizeof(T) == 4) {
-      constexpr int kTwoBlocks = HWY_TARGET == HWY_AVX2 ? 0b10001 : 1;
-      const auto floats = [](U8 v) KIP_INLINE_LAMBDA { return as<float>(v).raw; };
-      const auto rest = KIP_MM(blend_ps)(floats(at2), floats(at1), kTwoBlocks * 0b0010);
-      return as<uint8_t>(F32{KIP_MM(blend_ps)(rest, floats(at0), kTwoBlocks * 0b1001)});
-    } else if constexpr (sizeof(T) == 2) {
-      return U8{KIP_MM(blend_epi16)(KIP_MM(blend_epi16)(at2.raw, at1.raw, 0b10010010), at0.raw, 0b01001001)};
-    }
-#endif
-    const auto is0 = hn::MaskFromVec(table(kTables.residue[0])), is1 = hn::MaskFromVec(table(kTables.residue[1]));
-    return hn::IfThenElse(is0, at0, hn::IfThenElse(is1, at1, at2));
-  }
-
-  KIP_INLINE static void load(const T* samples, V& a, V& b, V& c) {
-    const auto* from = reinterpret_cast<const uint8_t*>(samples);
-    const U8 blocks[3] = {loadBlocks(from, 48), loadBlocks(from + 16, 48), loadBlocks(from + 32, 48)};
-    const auto channel = [&](int which) KIP_INLINE_LAMBDA {
-      const U8 blended = blend(blocks[blockOf(which, 0)], blocks[blockOf(which, 1)], blocks[blockOf(which, 2)]);
-      return as<T>(hn::TableLookupBytes(blended, table(kTables.gather[which])));
-    };
-    a = channel(0), b = channel(1), c = channel(2);
-  }
-
-  KIP_INLINE static void store(V a, V b, V c, T* samples) {
-    const auto spread = [](V v, int which) KIP_INLINE_LAMBDA {
-      return hn::TableLookupBytes(as<uint8_t>(v), table(kTables.scatter[which]));
-    };
-    const U8 channels[3] = {spread(a, 0), spread(b, 1), spread(c, 2)};
-    const auto block = [&](int which) KIP_INLINE_LAMBDA {
-      return blend(channels[channelAt(which, 0)], channels[channelAt(which, 1)], channels[channelAt(which, 2)]);
-    };
-    storeThreeBlocks(block(0), block(1), block(2), reinterpret_cast<uint8_t*>(samples));
-  }
-};
-
-/// Four interleaved channels of samples of type T: four vectors, of which each holds a quarter of every block's pixels.
-template <class T>
-struct FourInterleaved {
-  using V = Vector<T>;
-  static constexpr int kVectors = 4;
-  static constexpr int kBlockBytes = 16 * kVectors;
-
-  KIP_INLINE static void load(const T* samples, V& a, V& b, V& c, V& d) {
-    U32 v[kVectors];
-    for (int k = 0; k < kVectors; ++k) v[k] = as<uint32_t>(shuffled(vectorAt(samples, k), kTables.gather));
-    transposeBlocks<uint32_t>(v);
-    a = as<T>(v[0]), b = as<T>(v[1]), c = as<T>(v[2]), d = as<T>(v[3]);
-  }
-
-  /// Bytes of three channels as 16-bit lanes, those of one half of each block, in order.
-  KIP_INLINE static void loadWords(const uint8_t* bytes, int half, I16& a, I16& b, I16& c) {
-    const auto words = [&](int k, const auto& places)
-                           KIP_INLINE_LAMBDA { return as<uint64_t>(shuffled(vectorAt(bytes, 2 * half + k), places)); };
-    const Tag<uint64_t> d64;
-    const Vector<uint64_t> ab0 = words(0, kTables.firstWords), ab1 = words(1, kTables.firstWords);
-    a = as<int16_t>(hn::InterleaveLower(ab0, ab1));
-    b = as<int16_t>(hn::InterleaveUpper(d64, ab0, ab1));
-    c = as<int16_t>(hn::InterleaveLower(words(0, kTables.lastWords), words(1, kTables.lastWords)));
-  }
-
-  KIP_INLINE static void store(V a, V b, V c, V d, T* samples) {
-    U8 v[kVectors];
-    interleave(a, b, c, d, v);
-    for (int k = 0; k < kVectors; ++k) storeAt(v[k], samples, k);
-  }
-
-  /// Leaves the fourth channel in memory as it is.
-  KIP_INLINE static void storeThree(V a, V b, V c, T* samples) {
-    U8 v[kVectors];
-    interleave(a, b, c, hn::Zero(Tag<T>()), v);
-    const U8 fourth = table(kTables.fourth);
-    for (int k = 0; k < kVectors; ++k) v[k] = hn::Or(v[k], hn::And(vectorAt(samples, k), fourth));
-    for (int k = 0; k < kVectors; ++k) storeAt(v[k], samples, k);
-  }
-
- private:
-  static constexpr int kPixels = 16 / (4 * sizeof(T));  // in a vector's 128 bits
-  struct Tables {
-    uint8_t gather[16];                     // the samples of each channel side by side
-    uint8_t firstWords[16], lastWords[16];  // bytes of the first two, and of the last two channels, as 16-bit lanes
-    uint8_t fourth[16];                     // 0xFF where the fourth channel lies
-    constexpr Tables() : gather(), firstWords(), lastWords(), fourth() {
-      constexpr int kGap = 0x80;
-      for (int i = 0; i < 16; ++i) {
-        const int byte = i % sizeof(T), sample = i / sizeof(T);
-        gather[i] = (sample % kPixels * 4 + sample / kPixels) * sizeof(T) + byte;
-        fourth[i] = sample % 4 == 3 ? 0xFF : 0;
-        const int word = i / 2;
-        firstWords[i] = i % 2 == 1 ? kGap : word % 4 * 4 + word / 4;
-        lastWords[i] = i % 2 == 1 ? kGap : word % 4 * 4 + word / 4 + 2;
-      }
-    }
-  };
-  alignas(16) static constexpr Tables kTables{};
-
-  KIP_INLINE static U8 table(const uint8_t (&bytes)[16]) { return hn::LoadDup128(Tag<uint8_t>(), bytes); }
-  KIP_INLINE static U8 shuffled(U8 v, const uint8_t (&places)[16]) {
-    return sizeof(T) == 4 ? v : hn::TableLookupBytesOr0(v, table(places));
-  }
-  KIP_INLINE static U8 vectorAt(const T* samples, int k) {
-    return loadBlocks(reinterpret_cast<const uint8_t*>(samples) + 16 * k, kBlockBytes);
-  }
-  KIP_INLINE static void storeAt(U8 v, T* samples, int k) {
-    uint8_t* to = reinterpret_cast<uint8_t*>(samples) + 16 * k;
-    storeBlocksAt(v, [&](int b) KIP_INLINE_LAMBDA { return to + b * kBlockBytes; });
-  }
-  KIP_INLINE static void interleave(V a, V b, V c, V d, U8 (&v)[kVectors]) {
-    using Two = hwy::MakeUnsigned<hwy::MakeWide<hwy::MakeUnsigned<T>>>;
-    const Tag<T> tag;
-    const Tag<Two> two;
-    const auto ab = as<Two>(hn::InterleaveLower(a, b)), abUpper = as<Two>(hn::InterleaveUpper(tag, a, b));
-    const auto cd = as<Two>(hn::InterleaveLower(c, d)), cdUpper = as<Two>(hn::InterleaveUpper(tag, c, d));
-    v[0] = as<uint8_t>(hn::InterleaveLower(ab, cd)), v[1] = as<uint8_t>(hn::InterleaveUpper(two, ab, cd));
-    v[2] = as<uint8_t>(hn::InterleaveLower(abUpper, cdUpper));
-    v[3] = as<uint8_t>(hn::InterleaveUpper(two, abUpper, cdUpper));
-  }
-};
-
 // Table look-ups. Loads of single entries, with the places stored first and then taken one by one, are faster than
 // gather instructions.
-#if HWY_TARGET != HWY_AVX3_DL && !KIP_EMULATED
+#if !KIP_AVX512 && !KIP_EMULATED
 struct Places {
   alignas(32) uint32_t at[kLanes<float>];
 
@@ -574,7 +336,7 @@ struct Places {
 
 /// The entries at the given places of a table.
 KIP_INLINE I32 lookUp(const int32_t* table, I32 place) {
-#if HWY_TARGET == HWY_AVX3_DL || KIP_EMULATED
+#if KIP_AVX512 || KIP_EMULATED
   return hn::GatherIndex(Tag<int32_t>(), table, place);
 #else
   const Places places(place);
@@ -588,7 +350,7 @@ KIP_INLINE I32 lookUp(const int32_t* table, I32 place) {
 
 /// Both floats of the pairs at the given places of a table.
 KIP_INLINE void lookUpPairs(const float (*table)[2], I32 place, F32& first, F32& second) {
-#if HWY_TARGET == HWY_AVX3_DL || KIP_EMULATED
+#if KIP_AVX512 || KIP_EMULATED
   const I32 twice = hn::ShiftLeft<1>(place);
   first = hn::GatherIndex(Tag<float>(), table[0], twice);
   second = hn::GatherIndex(Tag<float>(), table[0] + 1, twice);
@@ -596,8 +358,8 @@ KIP_INLINE void lookUpPairs(const float (*table)[2], I32 place, F32& first, F32&
   const Places places(place);
   const auto pairs = [&](int a, int b) KIP_INLINE_LAMBDA {
 #if HWY_TARGET == HWY_AVX2
-    return F32{_mm256_insertf128_ps(_mm256_castps128_ps256(places.pairs(table, a, b)),
-                                    places.pairs(table, a + 4, b + 4), 1)};
+    return F32{
+        _mm256_insertf128_ps(_mm256_castps128_ps256(places.pairs(table, a, b)), places.pairs(table, a + 4, b + 4), 1)};
 #else
     return F32{places.pairs(table, a, b)};
 #endif
