@@ -32,17 +32,19 @@ struct GrayBytes {
     const float* w = grayWeights(job);
     const I16 brWeights = pinnedPairs(weight12(w[2]), weight12(w[0])), gWeight = pinnedPairs(weight12(w[1]), 0);
     const I32 half = pinned<int32_t>(1 << 11), byte = pinned<int32_t>(0xFF);
-    const auto gray = [&](I16 br, I16 gg) KIP_INLINE_LAMBDA {
-      const I32 sum = hn::Add(hn::Add(dotPairs(br, brWeights), dotPairs(gg, gWeight)), half);
+    const auto gray = [&](const auto& px) KIP_INLINE_LAMBDA {
+      const I32 sum = hn::Add(hn::Add(dotPairs(brOf(px), brWeights), dotPairs(ggOf(px), gWeight)), half);
       return hn::And(hn::ShiftRight<12>(sum), byte);
     };
     for (int y = first; y < last; ++y) {
       forBlocks<Src, C1<>>(Src::rows(job.src, y), C1<>::rows(job.dst, y), 0, job.width,
                            [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+                             using Half = decltype(pixelsOf(Src(), from, 0));
                              const auto half = [&](int h) KIP_INLINE_LAMBDA {
-                               return packPixels(pairsOf(Src(), from, h), gray);
+                               return packPixels(pixelsOf(Src(), from, h), gray);
                              };
-                             hn::StoreU(packBytes(half(0), half(1)), Tag<uint8_t>(), to.at[0]);
+                             const U8 bytes = inPixelOrder<Half>(packBytes(half(0), half(1)));
+                             hn::StoreU(bytes, Tag<uint8_t>(), to.at[0]);
                            });
     }
   }

@@ -111,7 +111,7 @@ KIP_INLINE void storeThreeBlocks(U8 first, U8 second, U8 third, uint8_t* to) {
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
-// Three channels
+// Units: what one shuffle reaches
 
 /// The bytes that one shuffle reaches: a block or, with AVX-512, the whole vector.
 constexpr int kUnit = KIP_AVX512 ? 64 : 16;
@@ -120,6 +120,9 @@ constexpr int kUnit = KIP_AVX512 ? 64 : 16;
 KIP_INLINE U8 unitTable(const uint8_t (&bytes)[kUnit]) { return hn::Load(Tag<uint8_t>(), bytes); }
 KIP_INLINE U8 shuffleUnits(U8 v, const uint8_t (&places)[kUnit]) { return permute(v, places); }
 KIP_INLINE U8 loadUnits(const uint8_t* from, ptrdiff_t) { return hn::LoadU(Tag<uint8_t>(), from); }
+KIP_INLINE U8 unitsInOrder(U8 packed) {
+  return U8{_mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), packed.raw)};
+}
 KIP_INLINE void storeThreeUnits(U8 first, U8 second, U8 third, uint8_t* to) {
   const Tag<uint8_t> d;
   hn::StoreU(first, d, to);
@@ -131,11 +134,16 @@ KIP_INLINE U8 unitTable(const uint8_t (&bytes)[kUnit]) { return hn::LoadDup128(T
 KIP_INLINE U8 shuffleUnits(U8 v, const uint8_t (&places)[kUnit]) { return hn::TableLookupBytes(v, unitTable(places)); }
 /// A vector whose unit u holds the bytes at from + u * distance.
 KIP_INLINE U8 loadUnits(const uint8_t* from, ptrdiff_t distance) { return loadBlocks(from, distance); }
+/// What the 16-bit lanes of two vectors of units, or of what became of them, are packed to, in order.
+KIP_INLINE U8 unitsInOrder(U8 packed) { return packed; }
 /// The inverse of loadUnits for three vectors whose units follow one another.
 KIP_INLINE void storeThreeUnits(U8 first, U8 second, U8 third, uint8_t* to) {
   storeThreeBlocks(first, second, third, to);
 }
 #endif
+
+// ---------------------------------------------------------------------------------------------------------------------
+// Three channels
 
 /// Three interleaved channels of samples of type T. Three units hold N pixels, N samples to a unit; 3 does not divide
 /// N, so the samples of one channel lie in the three units at three different residues mod 3 and can be blended to one
@@ -212,21 +220,23 @@ struct ThreeChannels {
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
-// Four channels
+// Two and four channels
 
 #if KIP_AVX512
-/// Where samples of kBytes bytes lie, in two vectors after one another.
+/// Where samples of kBytes bytes lie in two vectors, one after the other.
 template <int kBytes>
-struct FourChannelTables {
+struct ChannelTables {
   static constexpr int kSamples = 64 / kBytes;  // in a vector
-  uint8_t channels[2][64];  // the first two, and the last two of four channels: all samples of one, then of the other
-  uint8_t words[3][64];     // bytes of each of the first three channels, for every second byte
-  uint8_t turns[2][64];     // a sample of each vector by turns: from their lower, and from their upper halves
-  constexpr FourChannelTables() : channels(), words(), turns() {
+  uint8_t ofTwo[2][64];                         // the first, and the second of two channels
+  uint8_t ofFour[2][64];  // the first two, and the last two of four channels: all samples of one, then of the other
+  uint8_t words[3][64];   // bytes of each of the first three of four channels, for every second byte
+  uint8_t turns[2][64];   // a sample of each vector by turns: from their lower, and from their upper halves
+  constexpr ChannelTables() : ofTwo(), ofFour(), words(), turns() {
     for (int i = 0; i < 64; ++i) {
       const int byte = i % kBytes, sample = i / kBytes, half = sample / (kSamples / 2);
       for (int k = 0; k < 2; ++k) {
-        channels[k][i] = (4 * (sample % (kSamples / 2)) + 2 * k + half) * kBytes + byte;
+        ofTwo[k][i] = (2 * sample + k) * kBytes + byte;
+        ofFour[k][i] = (4 * (sample % (kSamples / 2)) + 2 * k + half) * kBytes + byte;
         turns[k][i] = sample % 2 * 64 + (k * kSamples / 2 + sample / 2) * kBytes + byte;
       }
       for (int c = 0; c < 3; ++c) words[c][i] = i / 2 * 4 + c;
@@ -234,8 +244,34 @@ struct FourChannelTables {
   }
 };
 template <int kBytes>
-alignas(64) constexpr FourChannelTables<kBytes> kFourChannels{};
+alignas(64) constexpr ChannelTables<kBytes> kChannels{};
+#endif
 
+/// Two interleaved channels of samples of type T.
+template <class T>
+struct TwoInterleaved {
+  using V = Vector<T>;
+
+#if KIP_AVX512
+  KIP_INLINE static void load(const T* samples, V& a, V& b) {
+    const Tag<T> d;
+    const U8 first = as<uint8_t>(hn::LoadU(d, samples)), second = as<uint8_t>(hn::LoadU(d, samples + kLanes<T>));
+    a = as<T>(permute(first, second, kChannels<sizeof(T)>.ofTwo[0]));
+    b = as<T>(permute(first, second, kChannels<sizeof(T)>.ofTwo[1]));
+  }
+  KIP_INLINE static void store(V a, V b, T* samples) {
+    for (int half = 0; half < 2; ++half) {
+      const U8 v = permute(as<uint8_t>(a), as<uint8_t>(b), kChannels<sizeof(T)>.turns[half]);
+      hn::StoreU(as<T>(v), Tag<T>(), samples + half * kLanes<T>);
+    }
+  }
+#else
+  KIP_INLINE static void load(const T* samples, V& a, V& b) { hn::LoadInterleaved2(Tag<T>(), samples, a, b); }
+  KIP_INLINE static void store(V a, V b, T* samples) { hn::StoreInterleaved2(a, b, Tag<T>(), samples); }
+#endif
+};
+
+#if KIP_AVX512
 /// Four interleaved channels of samples of type T.
 template <class T>
 struct FourInterleaved {
@@ -243,7 +279,7 @@ struct FourInterleaved {
 
   KIP_INLINE static void load(const T* samples, V& a, V& b, V& c, V& d) {
     const auto channels = [&](int half, int which) KIP_INLINE_LAMBDA {
-      return as<T>(permute(vectorAt(samples, 2 * half), vectorAt(samples, 2 * half + 1), kTables.channels[which]));
+      return as<T>(permute(vectorAt(samples, 2 * half), vectorAt(samples, 2 * half + 1), kTables.ofFour[which]));
     };
     const Tag<T> tag;
     const V ab[2] = {channels(0, 0), channels(1, 0)}, cd[2] = {channels(0, 1), channels(1, 1)};
@@ -257,10 +293,6 @@ struct FourInterleaved {
       return permuteToWords(vectorAt(bytes, 2 * half), vectorAt(bytes, 2 * half + 1), kTables.words[channel]);
     };
     a = words(0), b = words(1), c = words(2);
-  }
-  /// What such words of both halves are packed to, in order.
-  KIP_INLINE static U8 packedInOrder(U8 v) {
-    return U8{_mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), v.raw)};
   }
 
   KIP_INLINE static void store(V a, V b, V c, V d, T* samples) {
@@ -279,7 +311,7 @@ struct FourInterleaved {
   }
 
  private:
-  static constexpr const auto& kTables = kFourChannels<sizeof(T)>;
+  static constexpr const auto& kTables = kChannels<sizeof(T)>;
 
   KIP_INLINE static U8 vectorAt(const T* samples, int k) {
     return hn::LoadU(Tag<uint8_t>(), reinterpret_cast<const uint8_t*>(samples) + 64 * k);
@@ -291,7 +323,7 @@ struct FourInterleaved {
     for (int half = 0; half < 2; ++half) {
       const U8 ab = permute(as<uint8_t>(a), as<uint8_t>(b), kTables.turns[half]);
       const U8 cd = permute(as<uint8_t>(c), as<uint8_t>(d), kTables.turns[half]);
-      for (int k = 0; k < 2; ++k) v[2 * half + k] = permute(ab, cd, kFourChannels<2 * sizeof(T)>.turns[k]);
+      for (int k = 0; k < 2; ++k) v[2 * half + k] = permute(ab, cd, kChannels<2 * sizeof(T)>.turns[k]);
     }
   }
 };
@@ -320,7 +352,6 @@ struct FourInterleaved {
     b = as<int16_t>(hn::InterleaveUpper(d64, ab0, ab1));
     c = as<int16_t>(hn::InterleaveLower(words(0, kTables.lastWords), words(1, kTables.lastWords)));
   }
-  KIP_INLINE static U8 packedInOrder(U8 v) { return v; }
 
   KIP_INLINE static void store(V a, V b, V c, V d, T* samples) {
     U8 v[kVectors];

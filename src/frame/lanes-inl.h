@@ -40,35 +40,39 @@ KIP_INLINE ResultLanes convertPixels(const Op& op, const PixelLanes& px) {
   return result;
 }
 
-constexpr uint8_t kNoByte = 0x80;
 /// Which channel is byte i of a lane.
 constexpr int channelAt(int i) { return i % 2 == 1 ? 1 : 2 - i; }
 /// Where channel c of pixel p lies in ResultLanes.
-constexpr uint8_t resultAt(int p, int c) { return 2 * p + (c == 0 ? 0 : c == 2 ? 1 : 8); }
+constexpr uint8_t resultAt(int p, int c) { return p / 4 * 16 + 2 * (p % 4) + (c == 0 ? 0 : c == 2 ? 1 : 8); }
 
-/// Shuffles of 16 bytes between interleaved pixels, lanes and results.
+/// Shuffles between interleaved pixels, lanes and results.
 struct LaneTables {
-  static constexpr int kBack = 4;  // of twelve bytes, the last sixteen are loaded so that they end where those end
-  uint8_t spread[2][16];           // three bytes to a lane; from the beginning, or from kBack on
-  uint8_t ordered[16];             // four bytes to a lane
-  uint8_t interleaved[16];         // results to four bytes
-  uint8_t gathered[4][16];         // results to twelve bytes k, each where it falls in the sixteens of 48
+  static constexpr int kBytes = kUnit / 4 * 3;      // of as many pixels of three bytes as a unit has lanes
+  static constexpr int kBack = kUnit - kBytes;      // the last unit is loaded so that it ends where the pixels end
+  uint8_t spread[2][kUnit];                         // three bytes to a lane; from the beginning, or from kBack on
+  uint8_t gathered[4][kUnit];                       // results to the bytes of unit k, where they fall in three units
+  uint8_t last[kUnit], upper[kUnit], first[kUnit];  // 0xFF in the last, the upper two, the first quarter of a unit
+  uint8_t ordered[16];                              // four bytes to a lane
+  uint8_t interleaved[16];                          // results to four bytes
 
-  constexpr LaneTables() : spread(), ordered(), interleaved(), gathered() {
-    for (int i = 0; i < 16; ++i) {
-      const int pixel = i / 4, channel = i % 4;
-      const int from = channelAt(channel);
-      for (int last = 0; last < 2; ++last) spread[last][i] = pixel * 3 + from + last * kBack;
-      ordered[i] = pixel * 4 + from;
-      interleaved[i] = channel == 3 ? kNoByte : resultAt(pixel, channel);
+  constexpr LaneTables() : spread(), gathered(), last(), upper(), first(), ordered(), interleaved() {
+    for (int i = 0; i < kUnit; ++i) {
+      for (int end = 0; end < 2; ++end) spread[end][i] = i / 4 * 3 + channelAt(i % 4) + end * kBack;
+      const int quarter = i / kBack;
+      last[i] = quarter == 3 ? 0xFF : 0, upper[i] = quarter >= 2 ? 0xFF : 0, first[i] = quarter == 0 ? 0xFF : 0;
     }
     for (int k = 0; k < 4; ++k) {
-      for (uint8_t& place : gathered[k]) place = kNoByte;
-      for (int i = 0; i < 12; ++i) gathered[k][(12 * k + i) % 16] = resultAt(i / 3, i % 3);
+      for (int i = 0; i < kBytes; ++i) gathered[k][(kBytes * k + i) % kUnit] = resultAt(i / 3, i % 3);
+    }
+    for (int i = 0; i < 16; ++i) {
+      constexpr uint8_t kNoByte = 0x80;
+      const int pixel = i / 4, channel = i % 4;
+      ordered[i] = pixel * 4 + channelAt(channel);
+      interleaved[i] = channel == 3 ? kNoByte : resultAt(pixel, channel);
     }
   }
 };
-alignas(16) constexpr LaneTables kLaneTables{};
+alignas(64) constexpr LaneTables kLaneTables{};
 
 KIP_INLINE U8 arrange(U8 v, const uint8_t (&places)[16]) {
   return hn::TableLookupBytesOr0(v, hn::LoadDup128(Tag<uint8_t>(), places));
@@ -100,32 +104,29 @@ struct Whole<AC4<>> : AC4<> {
   static constexpr int kBytes = kLanes<uint8_t>;
 };
 
-/// Three interleaved bytes: four vectors of twelve bytes in each 128 bits, or three of sixteen.
+/// Three interleaved bytes: four vectors with three quarters of each unit, or three with all.
 template <>
 struct Whole<C3<>> : C3<> {
   KIP_INLINE PixelLanes load(const Rows<const Kip8u, 1>& from) const {
+    using T = LaneTables;
     PixelLanes px;
     for (int k = 0; k < PixelLanes::kVectors; ++k) {
-      const int last = k == 3;
-      px.of[k] = arrange(loadBlocks(from.at[0] + 12 * k - last * LaneTables::kBack, 48), kLaneTables.spread[last]);
+      const int end = k == 3;
+      const U8 v = loadUnits(from.at[0] + T::kBytes * k - end * T::kBack, 3 * kUnit);
+      px.of[k] = shuffleUnits(v, kLaneTables.spread[end]);
     }
     return px;
   }
   KIP_INLINE void store(const ResultLanes& px, const Rows<Kip8u, 1>& to) const {
     U8 v[PixelLanes::kVectors];
-    for (int k = 0; k < PixelLanes::kVectors; ++k) v[k] = arrange(px.of[k], kLaneTables.gathered[k]);
-    const auto lanes = [](const uint32_t(&of)[4])
-                           KIP_INLINE_LAMBDA { return hn::MaskFromVec(hn::LoadDup128(Tag<uint32_t>(), of)); };
-    const auto join = [&](U8 a, U8 b, const uint32_t(&ofB)[4]) KIP_INLINE_LAMBDA {
-      return as<uint8_t>(hn::IfThenElse(lanes(ofB), as<uint32_t>(b), as<uint32_t>(a)));
+    for (int k = 0; k < PixelLanes::kVectors; ++k) v[k] = shuffleUnits(px.of[k], kLaneTables.gathered[k]);
+    const auto join = [&](U8 a, U8 b, const uint8_t(&ofB)[kUnit]) KIP_INLINE_LAMBDA {
+      const auto lanes = hn::MaskFromVec(as<uint32_t>(unitTable(ofB)));
+      return as<uint8_t>(hn::IfThenElse(lanes, as<uint32_t>(b), as<uint32_t>(a)));
     };
-    storeThreeBlocks(join(v[0], v[1], kLast), join(v[1], v[2], kUpper), join(v[3], v[2], kFirst), to.at[0]);
+    storeThreeUnits(join(v[0], v[1], kLaneTables.last), join(v[1], v[2], kLaneTables.upper),
+                    join(v[3], v[2], kLaneTables.first), to.at[0]);
   }
-
- private:
-  static constexpr uint32_t kOnes = 0xFFFFFFFFu;
-  alignas(16) static constexpr uint32_t kLast[4] = {0, 0, 0, kOnes}, kUpper[4] = {0, 0, kOnes, kOnes},
-                                        kFirst[4] = {kOnes, 0, 0, 0};
 };
 
 }  // namespace HWY_NAMESPACE

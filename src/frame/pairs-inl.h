@@ -1,5 +1,6 @@
-// Byte pixels as pairs of 16-bit channels in 32-bit lanes, (B, R) and (G, G), so that dotPairs weights them exactly. G
-// is there twice for coefficients above 32767, which are split over both.
+// Byte pixels in 32-bit lanes, so that dot products weigh their channels exactly: as pairs of 16-bit channels, (B, R)
+// and (G, G), or with AVX-512 as four bytes, B, G, R, G. G is there twice for coefficients above 32767, which are split
+// over both.
 
 #if defined(KIP_FRAME_PAIRS_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KIP_FRAME_PAIRS_INL_H_
@@ -14,15 +15,83 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
+/// A vector of pixels as pairs of channels.
+struct PixelPairs {
+  I16 br, gg;
+};
+KIP_INLINE I16 brOf(const PixelPairs& px) { return px.br; }
+KIP_INLINE I16 ggOf(const PixelPairs& px) { return px.gg; }
+/// (B - G, R - G)
+KIP_INLINE I16 differencesOf(const PixelPairs& px) { return hn::Sub(px.br, px.gg); }
+
 /// Half a block of pixels in two vectors, four pixels to each 128 bits; packing the two gives the pixels' order. (The
 /// whole block would not fit in the registers of an arithmetic.)
-struct PixelPairs {
-  I16 br[2], gg[2];
+template <class Px>
+struct HalfBlock {
+  Px of[2];
 };
 
+/// Lanes of packed results, 32 bits for each four pixels or two pixel pairs, in the order of the pixels.
+template <class Half, class V>
+KIP_INLINE V inPixelOrder(V v) {
+  return v;
+}
+
+#if KIP_AVX512
+/// A vector of pixels as four bytes each. In a block, each vector has the pixels that follow those of the one before.
+struct PixelQuads {
+  U8 bytes;
+};
+KIP_INLINE I16 brOf(const PixelQuads& px) { return evenBytes(px.bytes); }
+KIP_INLINE I16 ggOf(const PixelQuads& px) { return oddBytes(px.bytes); }
+KIP_INLINE I16 differencesOf(const PixelQuads& px) {
+  return dotBytes(px.bytes, as<int8_t>(set<int16_t>(bytePair(1, -1))));
+}
+
+template <class Half, class V>
+requires std::is_same_v<Half, HalfBlock<PixelQuads>> KIP_INLINE V inPixelOrder(V v) {
+  // Lane 4 b + 2 h + k is of vector k of half h.
+  const __m512i from = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
+  return V{_mm512_permutexvar_epi32(from, v.raw)};
+}
+#endif
+
+/// Channels in 16-bit lanes, in order.
+KIP_INLINE HalfBlock<PixelPairs> pairsOf(const Pixels<I16>& px) {
+  const Tag<int16_t> d;
+  return {{{hn::InterleaveLower(px.c, px.a), hn::InterleaveLower(px.b, px.b)},
+           {hn::InterleaveUpper(d, px.c, px.a), hn::InterleaveUpper(d, px.b, px.b)}}};
+}
+
+#if KIP_AVX512
+/// Interleaved pixels: 16 of them are loaded where they are and spread by a byte permute.
+template <int kSamples, Order kOrder>
+KIP_INLINE HalfBlock<PixelQuads> loadPixels(const Rows<const Kip8u, 1>& from, int half) {
+  constexpr int kRed = kOrder == Order::kForward ? 0 : 2;
+  constexpr int kBytes = 16 * kSamples, kBack = 64 - kBytes;  // the last load ends where the pixels end
+  alignas(64) static constexpr struct Table {
+    uint8_t spread[2][64];
+    constexpr Table() : spread() {
+      for (int last = 0; last < 2; ++last) {
+        for (int i = 0; i < 64; ++i) {
+          const int channel = i % 2 == 1 ? 1 : i % 4 == 2 ? kRed : 2 - kRed;
+          spread[last][i] = i / 4 * kSamples + channel + last * kBack;
+        }
+      }
+    }
+  } kTable;
+  HalfBlock<PixelQuads> px;
+  for (int k = 0; k < 2; ++k) {
+    const int place = 2 * half + k, last = place == 3;
+    px.of[k].bytes =
+        permute(hn::LoadU(Tag<uint8_t>(), from.at[0] + place * kBytes - last * kBack), kTable.spread[last]);
+  }
+  return px;
+}
+#else
 /// Interleaved pixels: each block is loaded where its pixels are and spread by a byte shuffle.
 template <int kSamples, Order kOrder>
-KIP_INLINE PixelPairs loadPairs(const Rows<const Kip8u, 1>& from, int half) {
+KIP_INLINE HalfBlock<PixelPairs> loadPixels(const Rows<const Kip8u, 1>& from, int half) {
   constexpr int kRed = kOrder == Order::kForward ? 0 : 2, kBlue = 2 - kRed, kGap = 0x80;
   constexpr int kPixelsBytes = 4 * kSamples;  // of the four pixels of a block
   constexpr int kBack = 16 - kPixelsBytes;    // the last load ends where the pixels end
@@ -40,48 +109,71 @@ KIP_INLINE PixelPairs loadPairs(const Rows<const Kip8u, 1>& from, int half) {
     }
   } kTable;
   const Tag<uint8_t> d;
-  PixelPairs pairs;
+  HalfBlock<PixelPairs> px;
   for (int k = 0; k < 2; ++k) {
     const int place = 2 * half + k, last = place == 3;
     const U8 bytes = loadBlocks(from.at[0] + place * kPixelsBytes - last * kBack, 4 * kPixelsBytes);
     if constexpr (kSamples == 4 && kOrder == Order::kReverse) {
-      pairs.br[k] = evenBytes(bytes);  // they lie like that
+      px.of[k].br = evenBytes(bytes);  // they lie like that
     } else {
-      pairs.br[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.br[last])));
+      px.of[k].br = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.br[last])));
     }
-    pairs.gg[k] = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.gg[last])));
+    px.of[k].gg = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.gg[last])));
   }
-  return pairs;
+  return px;
 }
+#endif
 
 template <Order kOrder>
-KIP_INLINE PixelPairs pairsOf(const C3<uint8_t, kOrder>&, const Rows<const Kip8u, 1>& from, int half) {
-  return loadPairs<3, kOrder>(from, half);
+KIP_INLINE auto pixelsOf(const C3<uint8_t, kOrder>&, const Rows<const Kip8u, 1>& from, int half) {
+  return loadPixels<3, kOrder>(from, half);
 }
 template <Order kOrder>
-KIP_INLINE PixelPairs pairsOf(const AC4<uint8_t, kOrder>&, const Rows<const Kip8u, 1>& from, int half) {
-  return loadPairs<4, kOrder>(from, half);
+KIP_INLINE auto pixelsOf(const AC4<uint8_t, kOrder>&, const Rows<const Kip8u, 1>& from, int half) {
+  return loadPixels<4, kOrder>(from, half);
 }
-/// Channels in 16-bit lanes, in order.
-KIP_INLINE PixelPairs pairsOf(const Pixels<I16>& px) {
-  const Tag<int16_t> d;
-  PixelPairs pairs;
-  pairs.br[0] = hn::InterleaveLower(px.c, px.a);
-  pairs.gg[0] = hn::InterleaveLower(px.b, px.b);
-  pairs.br[1] = hn::InterleaveUpper(d, px.c, px.a);
-  pairs.gg[1] = hn::InterleaveUpper(d, px.b, px.b);
-  return pairs;
-}
-KIP_INLINE PixelPairs pairsOf(const P3<uint8_t>& layout, const Rows<const Kip8u, 3>& from, int half) {
+
+KIP_INLINE HalfBlock<PixelPairs> pixelsOf(const P3<uint8_t>& layout, const Rows<const Kip8u, 3>& from, int half) {
   return pairsOf(eachChannel(layout.load(from),
                              [half](U8 v) KIP_INLINE_LAMBDA { return half == 0 ? lowerBytes(v) : upperBytes(v); }));
 }
 
-/// One 32-bit result per pixel from function(br, gg), saturated to 16-bit lanes in order.
-template <class Function>
-KIP_INLINE I16 packPixels(const PixelPairs& px, const Function& function) {
-  return packWords(function(px.br[0], px.gg[0]), function(px.br[1], px.gg[1]));
+/// One 32-bit result per pixel from function(pixels), saturated to 16-bit lanes.
+template <class Px, class Function>
+KIP_INLINE I16 packPixels(const HalfBlock<Px>& px, const Function& function) {
+  return packWords(function(px.of[0]), function(px.of[1]));
 }
+
+/// Sums of the channels of pixels, weighted by factors of up to 32639 (that of G may be twice as large).
+class WeighPixels {
+ public:
+  KIP_INLINE WeighPixels(int b, int g, int r) : br_(pinnedPairs(b, r)), gg_(pinnedPairs(g / 2, g - g / 2)) {
+#if KIP_AVX512
+    const auto quads = [&](auto part) KIP_INLINE_LAMBDA {
+      return as<int8_t>(pinnedPairs(bytePair(part(b), part(g / 2)), bytePair(part(r), part(g - g / 2))));
+    };
+    high_ = quads([](int factor) { return highByte(factor); });
+    low_ = quads([](int factor) { return lowByte(factor); });
+#endif
+  }
+
+  KIP_INLINE I32 operator()(const PixelPairs& px) const { return hn::Add(dotPairs(px.br, br_), dotPairs(px.gg, gg_)); }
+#if KIP_AVX512
+  /// More by 256 times an addend.
+  KIP_INLINE I32 operator()(const PixelQuads& px, I32 addend256 = hn::Zero(Tag<int32_t>())) const {
+    return dotQuads(hn::ShiftLeft<8>(dotQuads(addend256, px.bytes, high_)), px.bytes, low_);
+  }
+#endif
+
+ private:
+  I16 br_, gg_;
+#if KIP_AVX512
+  // Factors as 256 high + low, both of them signed bytes.
+  static constexpr int lowByte(int factor) { return static_cast<int8_t>(factor & 0xFF); }
+  static constexpr int highByte(int factor) { return (factor - lowByte(factor)) / 256; }
+  I8 high_, low_;
+#endif
+};
 
 }  // namespace HWY_NAMESPACE
 }  // namespace kip

@@ -177,7 +177,7 @@ struct AC4 : Interleaved<D, 4> {
     return px;
   }
   /// What pixels from loadWide are packed to, in order.
-  KIP_INLINE static U8 packedInOrder(U8 v) { return FourInterleaved<uint8_t>::packedInOrder(v); }
+  KIP_INLINE static U8 packedInOrder(U8 v) { return unitsInOrder(v); }
 
   KIP_INLINE void store(const Pixels<V>& px, const Rows<Kip8u, 1>& to) const {
     if constexpr (kFullVectors<D>) {

@@ -77,7 +77,11 @@ template <class T>
 KIP_INLINE Vector<T> pinned(T value) {
   Vector<T> v = set<T>(value);
 #if !KIP_EMULATED
+#if KIP_AVX512
+  asm("" : "+v"(v.raw));
+#else
   asm("" : "+x"(v.raw));
+#endif
 #endif
   return v;
 }
@@ -260,6 +264,17 @@ KIP_INLINE I32 dotPairs(I16 a, I16 b) {
 #endif
 }
 
+/// The same, added to a start.
+KIP_INLINE I32 dotPairs(I32 start, I16 a, I16 b) {
+#if KIP_AVX512
+  // Highway does not tell the compiler that this target has the instruction.
+  asm("vpdpwssd %2, %1, %0" : "+v"(start.raw) : "v"(a.raw), "v"(b.raw));
+  return start;
+#else
+  return hn::Add(start, dotPairs(a, b));
+#endif
+}
+
 /// Products of bytes and signed factors, summed over each even byte and its odd neighbour: exact where the sums fit.
 KIP_INLINE I16 dotBytes(U8 bytes, I8 factors) {
 #if KIP_EMULATED
@@ -270,6 +285,14 @@ KIP_INLINE I16 dotBytes(U8 bytes, I8 factors) {
   return I16{KIP_MM(maddubs_epi16)(bytes.raw, factors.raw)};
 #endif
 }
+
+#if KIP_AVX512
+/// Products of bytes and signed factors, summed over each four of them and a start.
+KIP_INLINE I32 dotQuads(I32 start, U8 bytes, I8 factors) {
+  asm("vpdpbusd %2, %1, %0" : "+v"(start.raw) : "v"(bytes.raw), "v"(factors.raw));
+  return start;
+}
+#endif
 
 /// The even, or the odd, 32-bit lanes: in each block those of `lower`, then those of `upper`.
 KIP_INLINE I32 evenLanes(I32 lower, I32 upper) {
@@ -293,7 +316,17 @@ KIP_INLINE I16 pairOdd(I16 a, I16 b) { return hn::OddEven(b, as<int16_t>(hn::Shi
 
 /// The upper 16 bits of 32-bit lanes, those of `even` and of `odd` in turn.
 KIP_INLINE I16 mergeUpper(I32 even, I32 odd) {
+#if KIP_AVX512
+  alignas(64) static constexpr struct Table {
+    uint16_t upper[32];
+    constexpr Table() : upper() {
+      for (int i = 0; i < 32; ++i) upper[i] = i % 2 * 32 + (i | 1);
+    }
+  } kTable;
+  return I16{_mm512_permutex2var_epi16(even.raw, _mm512_load_si512(kTable.upper), odd.raw)};
+#else
   return hn::OddEven(as<int16_t>(odd), as<int16_t>(hn::ShiftRight<16>(as<uint32_t>(even))));
+#endif
 }
 
 /// Factors (even, odd) for dotPairs.

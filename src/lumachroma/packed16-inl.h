@@ -151,7 +151,8 @@ struct FromWords : WordsOf<kFields, kOrder> {
 };
 
 template <const Fields& kFields, Order kOrder>
-KIP_INLINE PixelPairs pairsOf(const FromWords<kFields, kOrder>&, const Rows<const Kip8u, 1>& from, int half) {
+KIP_INLINE HalfBlock<PixelPairs> pixelsOf(const FromWords<kFields, kOrder>&, const Rows<const Kip8u, 1>& from,
+                                          int half) {
   return pairsOf(FromWords<kFields, kOrder>::loadLanes(from, half));
 }
 

@@ -1,11 +1,11 @@
 // Conversions between full-resolution pixels and subsampled chroma: the layouts, and the walk over groups of pixels
 // that share their chroma. What is computed comes from the families' arithmetic types.
 //
-// Encoding works on pixels as pairs of channels. An encoder is a type with
-//   Sums                              what the chroma of the groups in half a block is computed from
-//   I16 luma(const PixelPairs&)       the luma of half a block of pixels, at the encoder's own scale
-//   Sums sums(pairs, luma)            from the sums of all rows
-//   I16 toByte(luma)                  that luma as samples
+// Encoding works on pixels in lanes for dot products, half a block of them at a time. An encoder is a type with
+//   luma(pixels)                      their luma: I16 at the encoder's own scale, or LumaSums
+//   I16 toByte(I16 luma)              that luma as samples
+//   part(pixels, luma)                what chroma is computed from, which is added up over the rows of a group
+//   Sums sums(part)                   the same for the groups of half a block
 //   void chroma(Sums[2], samples)     sets the chroma samples from both halves
 //
 // A decoder is a type with
@@ -42,8 +42,8 @@ struct Subsampled4 {
 };
 
 /// Samples in 16-bit lanes, half a block of pixels in each vector. The layout's kLumaByte and kChromaByte tell which of
-/// the two bytes of a lane is the sample. Luma by row and half, in order once packed; chroma by half, a pair (u, v), or
-/// (v, u) if kChromaSwapped, for each two pixels of the luma beside it.
+/// the two bytes of a lane is the sample. Luma by row and half, which the layout puts in order once they are packed;
+/// chroma by half, a pair (u, v), or (v, u) if kChromaSwapped, for each two pixels of the luma beside it.
 struct InLanes {
   U8 y[2][2];
   U8 chroma[2];
@@ -59,7 +59,7 @@ struct Packed422 : Interleaved<Tag<uint8_t>, 2> {
 
   KIP_INLINE Subsampled load(const Rows<const Kip8u, 1>& from) const {
     U8 first, second;
-    hn::LoadInterleaved2(Tag<uint8_t>(), from.at[0], first, second);
+    TwoInterleaved<uint8_t>::load(from.at[0], first, second);
     Subsampled s;
     s.y[0] = kLumaFirst ? first : second;
     const U8 chroma = kLumaFirst ? second : first;
@@ -70,19 +70,24 @@ struct Packed422 : Interleaved<Tag<uint8_t>, 2> {
   KIP_INLINE void store(const Subsampled& s, const Rows<Kip8u, 1>& to) const {
     const U8 chroma = kSwapped ? mergeBytes(s.v, s.u) : mergeBytes(s.u, s.v);
     const U8 first = kLumaFirst ? s.y[0] : chroma, second = kLumaFirst ? chroma : s.y[0];
-    hn::StoreInterleaved2(first, second, Tag<uint8_t>(), to.at[0]);
+    TwoInterleaved<uint8_t>::store(first, second, to.at[0]);
   }
   KIP_INLINE InLanes loadInLanes(const Rows<const Kip8u, 1>& from) const {
     InLanes s;
-    for (int half = 0; half < 2; ++half) s.y[0][half] = s.chroma[half] = loadBlocks(from.at[0] + 16 * half, 32);
+    for (int half = 0; half < 2; ++half) {
+      s.y[0][half] = s.chroma[half] = loadUnits(from.at[0] + kUnit * half, 2 * kUnit);
+    }
     return s;
   }
+  KIP_INLINE static U8 inPixelOrder(U8 packed) { return unitsInOrder(packed); }
 };
 
 /// What planar layouts have in common: samples in the lower bytes of their lanes.
 struct InLowerBytes {
   static constexpr int kLumaByte = 0, kChromaByte = 0;
   static constexpr bool kChromaSwapped = false;
+
+  KIP_INLINE static U8 inPixelOrder(U8 packed) { return packed; }
 
  protected:
   KIP_INLINE static void widenLuma(U8 y, U8 (&halves)[2]) {
@@ -169,11 +174,33 @@ struct Planar411 : InLowerBytes {
 // ---------------------------------------------------------------------------------------------------------------------
 // Sums over groups of pixels
 
-KIP_INLINE PixelPairs operator+(const PixelPairs& a, const PixelPairs& b) {
-  PixelPairs sum;
-  for (int k = 0; k < 2; ++k) sum.br[k] = hn::Add(a.br[k], b.br[k]), sum.gg[k] = hn::Add(a.gg[k], b.gg[k]);
-  return sum;
+/// A pair of 16-bit channels of each pixel in half a block.
+struct ChannelPairs {
+  I16 of[2];
+};
+KIP_INLINE ChannelPairs operator+(const ChannelPairs& a, const ChannelPairs& b) {
+  return {{hn::Add(a.of[0], b.of[0]), hn::Add(a.of[1], b.of[1])}};
 }
+
+#if KIP_AVX512
+/// The luma of PixelQuads x 2^16, no sample of which needs to be limited.
+struct LumaSums {
+  I32 of[2];
+};
+/// Both halves of a block as samples.
+KIP_INLINE U8 lumaSamples(const LumaSums (&half)[2]) {
+  alignas(64) static constexpr struct Table {
+    uint8_t byte2[64];  // of each lane of two vectors, twice
+    constexpr Table() : byte2() {
+      for (int i = 0; i < 64; ++i) byte2[i] = i % 32 * 4 + 2;
+    }
+  } kTable;
+  const auto samples = [&](int h) KIP_INLINE_LAMBDA {
+    return permute(as<uint8_t>(half[h].of[0]), as<uint8_t>(half[h].of[1]), kTable.byte2);
+  };
+  return hn::ConcatUpperLower(Tag<uint8_t>(), samples(1), samples(0));
+}
+#endif
 
 /// Sums over neighbouring pixels: one pair of 16-bit sums for each two lanes of `lower`, then of `upper`.
 KIP_INLINE I16 addNeighbours(I16 lower, I16 upper) {
@@ -215,24 +242,40 @@ class Encode {
   static constexpr int kRows = Dst::kLumaRows;
 
   KIP_INLINE typename Dst::Samples block(const Rows<const Kip8u, GroupOf::kPointers>& from) const {
+    using Half = decltype(pixelsOf(Src(), rowOf(from, 0), 0));
+    using Luma = decltype(op_.luma(Half()));
     typename Op::Sums sums[2];
-    I16 luma[kRows][2];
+    Luma luma[kRows][2];
     for (int half = 0; half < 2; ++half) {
-      auto pairs = pairsOf(Src(), rowOf(from, 0), half);
-      I16 all = luma[0][half] = op_.luma(pairs);
+      const auto part = [&](int r) KIP_INLINE_LAMBDA {
+        const auto px = pixelsOf(Src(), rowOf(from, r), half);
+        luma[r][half] = op_.luma(px);
+        return op_.part(px, luma[r][half]);
+      };
       if constexpr (kRows == 2) {
-        const auto lower = pairsOf(Src(), rowOf(from, 1), half);
-        luma[1][half] = op_.luma(lower);
-        all = hn::Add(all, luma[1][half]);
-        pairs = pairs + lower;
+        const auto upper = part(0);
+        sums[half] = op_.sums(upper + part(1));
+      } else {
+        sums[half] = op_.sums(part(0));
       }
-      sums[half] = op_.sums(pairs, all);
     }
     typename Dst::Samples s;
-    for (int r = 0; r < kRows; ++r) s.y[r] = packBytes(op_.toByte(luma[r][0]), op_.toByte(luma[r][1]));
+    for (int r = 0; r < kRows; ++r) s.y[r] = lumaSamples<Half>(luma[r]);
     op_.chroma(sums, s);
+    s.u = inPixelOrder<Half>(s.u), s.v = inPixelOrder<Half>(s.v);
     return s;
   }
+
+  template <class Half>
+  KIP_INLINE U8 lumaSamples(const I16 (&half)[2]) const {
+    return inPixelOrder<Half>(packBytes(op_.toByte(half[0]), op_.toByte(half[1])));
+  }
+#if KIP_AVX512
+  template <class Half>
+  KIP_INLINE static U8 lumaSamples(const LumaSums (&half)[2]) {
+    return HWY_NAMESPACE::lumaSamples(half);
+  }
+#endif
 
   KIP_INLINE static auto rowOf(const Rows<const Kip8u, GroupOf::kPointers>& from, int which) {
     if constexpr (kRows == 2) {

@@ -68,9 +68,8 @@ class PerLane {
   KIP_INLINE PerLane() {}
   KIP_INLINE U8 operator()(U8 px) const {
     const I16 crAndLuma = dotBytes(px, forR_);
-    const I32 luma = y_(crAndLuma);
-    return packLanes({hn::Add(crAndYToR_(crAndLuma), r_), hn::Add(hn::Add(luma, toG_(dotBytes(px, forG_))), g_),
-                      hn::Add(hn::Add(luma, toB_(dotBytes(px, forB_))), b_)});
+    return packLanes({crAndYToR_(r_, crAndLuma), toG_(y_(g_, crAndLuma), dotBytes(px, forG_)),
+                      toB_(y_(b_, crAndLuma), dotBytes(px, forB_))});
   }
 
  private:
@@ -108,7 +107,7 @@ struct PerGroup {
   KIP_INLINE Terms terms(const InLanes& s) const { return {{inverse.terms(s.chroma[0]), inverse.terms(s.chroma[1])}}; }
   KIP_INLINE Pixels<U8> row(const InLanes& s, int r, const Terms& terms) const {
     const auto half = [&](int h) KIP_INLINE_LAMBDA { return inverse.pixels(s.y[r][h], terms.half[h], terms.half[h]); };
-    return pack(half(0), half(1));
+    return eachChannel(pack(half(0), half(1)), [](U8 v) KIP_INLINE_LAMBDA { return Layout::inPixelOrder(v); });
   }
 };
 

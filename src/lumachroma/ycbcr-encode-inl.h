@@ -48,16 +48,31 @@ struct GroupSums {
   I32 cbZero = pinned<int32_t>(chromaOffset(kRounding.chroma, kPixels));
   I32 crZero = pinned<int32_t>(chromaOffset(kRounding.chroma, kPixels) - kRounding.crLess);
 
+#if KIP_AVX512
+  static_assert(lumaOffset(kSet, kRounding.evenLuma) % 256 == 0 && lumaOffset(kSet, kRounding.oddLuma) % 256 == 0);
+  I32 lumaOffset256 =
+      pinnedPerPixel(lumaOffset(kSet, kRounding.evenLuma) / 256, lumaOffset(kSet, kRounding.oddLuma) / 256);
+#endif
+
   KIP_INLINE GroupSums() {}
 
-  KIP_INLINE I16 luma(const PixelPairs& px) const {
+  KIP_INLINE I16 luma(const HalfBlock<PixelPairs>& px) const {
     const I16 twice =
-        packPixels(px, [this](I16 br, I16 gg) KIP_INLINE_LAMBDA { return hn::ShiftRight<15>(forward.y(br, gg)); });
+        packPixels(px, [this](const PixelPairs& p) KIP_INLINE_LAMBDA { return hn::ShiftRight<15>(forward.y(p)); });
     return as<int16_t>(hn::AverageRound(as<uint16_t>(twice), lumaZero));
   }
+#if KIP_AVX512
+  KIP_INLINE LumaSums luma(const HalfBlock<PixelQuads>& px) const {
+    return {{forward.y(px.of[0], lumaOffset256), forward.y(px.of[1], lumaOffset256)}};
+  }
+#endif
   KIP_INLINE static I16 toByte(I16 luma) { return luma; }
-  KIP_INLINE Sums sums(const PixelPairs& px, I16) const {
-    return addNeighbours(forward.differences(px.br[0], px.gg[0]), forward.differences(px.br[1], px.gg[1]));
+  template <class Px, class Luma>
+  KIP_INLINE static ChannelPairs part(const HalfBlock<Px>& px, const Luma&) {
+    return {{differencesOf(px.of[0]), differencesOf(px.of[1])}};
+  }
+  KIP_INLINE static Sums sums(const ChannelPairs& differences) {
+    return addNeighbours(differences.of[0], differences.of[1]);
   }
   KIP_INLINE void chroma(const Sums (&half)[2], Subsampled& s) const {
     s.u = packWords(cb(half[0]), cb(half[1]));
@@ -74,8 +89,8 @@ struct GroupSums {
   static constexpr int twiceLumaZero(int rounding) { return 2 * kSet.lumaZero - (rounding == kHalf ? 0 : 1); }
 
   static constexpr int kShift = 16 + (kPixels == 4 ? 2 : 1);
-  KIP_INLINE I32 cb(I16 d) const { return hn::ShiftRight<kShift>(hn::Add(forward.cb(d), cbZero)); }
-  KIP_INLINE I32 cr(I16 d) const { return hn::ShiftRight<kShift>(hn::Add(forward.cr(d), crZero)); }
+  KIP_INLINE I32 cb(I16 d) const { return hn::ShiftRight<kShift>(forward.cb(cbZero, d)); }
+  KIP_INLINE I32 cr(I16 d) const { return hn::ShiftRight<kShift>(forward.cr(crZero, d)); }
 };
 
 template <const ForwardSet& kSet, const Rounding& kRounding, class Src, class Dst>

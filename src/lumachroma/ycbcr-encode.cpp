@@ -27,8 +27,8 @@ struct PerPixel {
 
   KIP_INLINE PerPixel() {}
   KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
-    const Sums even = sums(pairEven(px.c, px.a), pairEven(px.b, px.b));
-    const Sums odd = sums(pairOdd(px.c, px.a), pairOdd(px.b, px.b));
+    const Sums even = sums({pairEven(px.c, px.a), pairEven(px.b, px.b)});
+    const Sums odd = sums({pairOdd(px.c, px.a), pairOdd(px.b, px.b)});
     return {mergeUpper(even.y, odd.y), mergeUpper(even.cb, odd.cb), mergeUpper(even.cr, odd.cr)};
   }
 
@@ -36,10 +36,9 @@ struct PerPixel {
   struct Sums {
     I32 y, cb, cr;
   };
-  KIP_INLINE Sums sums(I16 br, I16 gg) const {
-    const I16 d = forward.differences(br, gg);
-    return {hn::Add(forward.y(br, gg), lumaZero), hn::Add(forward.cb(d), chromaZero),
-            hn::Add(forward.cr(d), chromaZero)};
+  KIP_INLINE Sums sums(const PixelPairs& px) const {
+    const I16 d = differencesOf(px);
+    return {hn::Add(forward.y(px), lumaZero), forward.cb(chromaZero, d), forward.cr(chromaZero, d)};
   }
 };
 
@@ -48,15 +47,23 @@ template <const ForwardSet& kSet>
 struct PerLane {
   using Lane = PixelLanes;
   Forward<kSet> forward;
-  I32 lumaZero = pinned<int32_t>(lumaOffset(kSet, kHalf)), chromaZero = pinned<int32_t>(chromaOffset(kHalf, 1));
+  I32 chromaZero = pinned<int32_t>(chromaOffset(kHalf, 1));
   I8 lessGreen = pinnedBytePairs(1, -1);
 
   KIP_INLINE PerLane() {}
   KIP_INLINE U8 operator()(U8 px) const {
     const I16 d = dotBytes(px, lessGreen);
-    return packLanes({hn::Add(forward.y(evenBytes(px), oddBytes(px)), lumaZero), hn::Add(forward.cb(d), chromaZero),
-                      hn::Add(forward.cr(d), chromaZero)});
+    return packLanes({luma(px), forward.cb(chromaZero, d), forward.cr(chromaZero, d)});
   }
+
+ private:
+#if KIP_AVX512
+  KIP_INLINE I32 luma(U8 px) const { return forward.y(PixelQuads{px}, lumaZero256); }
+  I32 lumaZero256 = pinned<int32_t>(lumaOffset(kSet, kHalf) / 256);
+#else
+  KIP_INLINE I32 luma(U8 px) const { return hn::Add(forward.y(PixelPairs{evenBytes(px), oddBytes(px)}), lumaZero); }
+  I32 lumaZero = pinned<int32_t>(lumaOffset(kSet, kHalf));
+#endif
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -73,9 +80,9 @@ struct WithLeft : C3<> {
   static constexpr int kBefore = 4;  // bytes
 };
 struct Taps : PixelPairs {  // in gg, the second pixel of a pair has the left one's G beside its own
-  I16 leftBr[2];            // to the second pixel of each pair; the first one has zeros
+  I16 leftBr;               // to the second pixel of each pair; the first one has zeros
 };
-KIP_INLINE Taps pairsOf(const WithLeft&, const Rows<const Kip8u, 1>& from, int half) {
+KIP_INLINE HalfBlock<Taps> pixelsOf(const WithLeft&, const Rows<const Kip8u, 1>& from, int half) {
   alignas(16) static constexpr struct Table {
     uint8_t br[16], gg[16], leftBr[16];
     constexpr Table() : br(), gg(), leftBr() {
@@ -90,13 +97,13 @@ KIP_INLINE Taps pairsOf(const WithLeft&, const Rows<const Kip8u, 1>& from, int h
       }
     }
   } kTable;
-  Taps taps;
+  HalfBlock<Taps> taps;
   for (int k = 0; k < 2; ++k) {
     const U8 bytes = loadBlocks(from.at[0] + (2 * half + k) * 12, 48);
     const auto spread = [&](const uint8_t(&table)[16]) KIP_INLINE_LAMBDA {
       return as<int16_t>(lookUp(bytes, hn::LoadDup128(Tag<uint8_t>(), table)));
     };
-    taps.br[k] = spread(kTable.br), taps.gg[k] = spread(kTable.gg), taps.leftBr[k] = spread(kTable.leftBr);
+    taps.of[k] = {{spread(kTable.br), spread(kTable.gg)}, spread(kTable.leftBr)};
   }
   return taps;
 }
@@ -107,7 +114,7 @@ class WeighTaps {
   KIP_INLINE WeighTaps(const Row& even, const Row& odd, int leftG)
       : br_(as<int16_t>(pinnedPerPixel(pairBits(even.b, even.r), pairBits(odd.b, odd.r)))),
         gg_(as<int16_t>(pinnedPerPixel(pairBits(even.g, 0), pairBits(odd.g, leftG)))) {}
-  KIP_INLINE I32 operator()(I16 br, I16 gg) const { return hn::Add(dotPairs(br, br_), dotPairs(gg, gg_)); }
+  KIP_INLINE I32 operator()(I16 br, I16 gg) const { return dotPairs(dotPairs(br, br_), gg, gg_); }
 
  private:
   I16 br_, gg_;
@@ -123,15 +130,17 @@ struct ThreeTaps {
 
   KIP_INLINE ThreeTaps() {}
 
-  KIP_INLINE I16 luma(const Taps& px) const {
-    return packPixels(
-        px, [this](I16 br, I16 gg) KIP_INLINE_LAMBDA { return hn::ShiftRight<15>(hn::Add(y(br, gg), lumaZero)); });
+  KIP_INLINE I16 luma(const HalfBlock<Taps>& px) const {
+    return packPixels(px, [this](const Taps& taps)
+                              KIP_INLINE_LAMBDA { return hn::ShiftRight<15>(hn::Add(y(taps.br, taps.gg), lumaZero)); });
   }
   KIP_INLINE static I16 toByte(I16 luma) { return luma; }
-  KIP_INLINE Sums sums(const Taps& px, I16) const {
-    const I16 br[2] = {hn::Add(px.br[0], px.leftBr[0]), hn::Add(px.br[1], px.leftBr[1])};
+  KIP_INLINE static const HalfBlock<Taps>& part(const HalfBlock<Taps>& px, I16) { return px; }
+  KIP_INLINE Sums sums(const HalfBlock<Taps>& px) const {
     const auto chromaOf = [&](const WeighTaps& weigh) KIP_INLINE_LAMBDA {
-      const I32 lower = weigh(br[0], px.gg[0]), upper = weigh(br[1], px.gg[1]);
+      const auto weighed = [&](const Taps& taps)
+                               KIP_INLINE_LAMBDA { return weigh(hn::Add(taps.br, taps.leftBr), taps.gg); };
+      const I32 lower = weighed(px.of[0]), upper = weighed(px.of[1]);
       const I32 sum = hn::Add(evenLanes(lower, upper), oddLanes(lower, upper));
       return hn::ShiftRight<15>(hn::Add(sum, chromaZero));
     };

@@ -27,9 +27,10 @@ class WeighPairs {
  public:
   KIP_INLINE WeighPairs() {}
 
-  KIP_INLINE I32 operator()(I16 pairs) const {
+  /// Added to a start.
+  KIP_INLINE I32 operator()(I32 start, I16 pairs) const {
     const I32 both = as<int32_t>(pairs);
-    I32 sum = dotPairs(pairs, rests_);
+    I32 sum = dotPairs(start, pairs, rests_);
     if constexpr (wholes(kEven) != 0) sum = addTimes<wholes(kEven)>(sum, hn::ShiftLeft<16>(both));
     if constexpr (wholes(kOdd) != 0) sum = addTimes<wholes(kOdd)>(sum, hn::And(both, upperHalf_));
     return sum;
@@ -96,14 +97,9 @@ template <const ForwardSet& kSet>
 struct Forward {
   KIP_INLINE Forward() {}
 
-  // The factor of G may have more than 16 bits: each of the two takes half of it.
-  static constexpr int kGreenHalf = kSet.y.g / 2;
-  I16 brWeights = pinnedPairs(kSet.y.b, kSet.y.r), ggWeights = pinnedPairs(kGreenHalf, kSet.y.g - kGreenHalf);
+  WeighPixels y{kSet.y.b, kSet.y.g, kSet.y.r};
   WeighDifferences<kSet.cb> cb;
   WeighDifferences<kSet.cr> cr;
-
-  KIP_INLINE I32 y(I16 br, I16 gg) const { return hn::Add(dotPairs(br, brWeights), dotPairs(gg, ggWeights)); }
-  KIP_INLINE static I16 differences(I16 br, I16 gg) { return hn::Sub(br, gg); }
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -157,15 +153,14 @@ class InversePairs {
   /// What chroma adds to the sums of each channel, with all constants.
   KIP_INLINE Pixels<I32> terms(U8 chroma) const {
     const I16 forRb = dotBytes(chroma, rbScale_), forG = dotBytes(chroma, gScale_);
-    return {hn::Add(toR_(forRb), r_), hn::Add(toG_(forG), g_), hn::Add(toB_(forRb), b_)};
+    return {toR_(r_, forRb), toG_(g_, forG), toB_(b_, forRb)};
   }
 
   /// Pixels, before saturation, from their luma and the terms of the even and of the odd ones.
   KIP_INLINE Pixels<I16> pixels(U8 y, const Pixels<I32>& even, const Pixels<I32>& odd) const {
     const I16 scaled = dotBytes(y, lumaScale_);
-    const I32 evenLuma = evenLuma_(scaled), oddLuma = oddLuma_(scaled);
     const auto channel = [&](I32 evenTerm, I32 oddTerm) KIP_INLINE_LAMBDA {
-      return mergeUpper(hn::Add(evenLuma, evenTerm), hn::Add(oddLuma, oddTerm));
+      return mergeUpper(evenLuma_(evenTerm, scaled), oddLuma_(oddTerm, scaled));
     };
     return {channel(even.a, odd.a), channel(even.b, odd.b), channel(even.c, odd.c)};
   }
@@ -216,7 +211,7 @@ class WeighSample {
     I16 upper = sums.upper;
     if constexpr (kWholes == -1) upper = hn::Sub(upper, v);
     if constexpr (kWholes == 2) upper = hn::Add(upper, hn::Add(v, v));
-    return {hn::Add(sums.even, dotPairs(v, even_)), hn::Add(sums.odd, dotPairs(v, odd_)), upper};
+    return {dotPairs(sums.even, v, even_), dotPairs(sums.odd, v, odd_), upper};
   }
 
  private:

@@ -55,13 +55,14 @@ class ChromaZero {
 
 /// 2 Y from pairs of channels: the weighted R and G floored together, B by itself.
 struct DoubledLuma {
-  I16 rWeight = pinnedPairs(0, kR15), gWeight = pinnedPairs(kG15, 0), bWeight = pinnedPairs(kB15, 0);
+  WeighPixels rg{0, kG15, kR15};
+  I16 bWeight = pinnedPairs(kB15, 0);
 
   KIP_INLINE DoubledLuma() {}
 
-  KIP_INLINE I32 operator()(I16 br, I16 gg) const {
-    const I32 rg = hn::Add(dotPairs(br, rWeight), dotPairs(gg, gWeight));
-    return hn::Add(hn::ShiftRight<14>(rg), hn::ShiftRight<14>(dotPairs(br, bWeight)));
+  template <class Px>
+  KIP_INLINE I32 operator()(const Px& px) const {
+    return hn::Add(hn::ShiftRight<14>(rg(px)), hn::ShiftRight<14>(dotPairs(brOf(px), bWeight)));
   }
 };
 
@@ -84,23 +85,34 @@ struct Differences {
 // Forward, subsampled: the chroma of a group is that of its mean colour
 
 /// Encodes by the sums of a group's colours and luma. Of the arithmetic it wants
-///   I32 luma(br, gg)                      the luma of one vector of pixels, at the arithmetic's scale
+///   I32 luma(pixels)                      the luma of one vector of pixels, at the arithmetic's scale
 ///   I16 toByte(luma)                      that luma as a sample
 ///   I16 u(blues, lumas), v(reds, lumas)   the chroma of groups from their sums
 template <class Arithmetic>
 struct EncodeSums : Arithmetic {
+  struct Part {
+    ChannelPairs br;
+    I16 luma;
+
+    KIP_INLINE Part operator+(const Part& other) const { return {br + other.br, hn::Add(luma, other.luma)}; }
+  };
   struct Sums {
     I32 red, blue, luma;
   };
 
   KIP_INLINE EncodeSums() {}
 
-  KIP_INLINE I16 luma(const PixelPairs& px) const {
-    return packPixels(px, [this](I16 br, I16 gg) KIP_INLINE_LAMBDA { return Arithmetic::luma(br, gg); });
+  template <class Px>
+  KIP_INLINE I16 luma(const HalfBlock<Px>& px) const {
+    return packPixels(px, [this](const Px& p) KIP_INLINE_LAMBDA { return Arithmetic::luma(p); });
   }
-  KIP_INLINE Sums sums(const PixelPairs& px, I16 luma) const {
-    const I32 br = as<int32_t>(addNeighbours(px.br[0], px.br[1]));
-    return {hn::ShiftRight<16>(br), hn::And(br, set<int32_t>(0xFFFF)), dotPairs(luma, set<int16_t>(1))};
+  template <class Px>
+  KIP_INLINE static Part part(const HalfBlock<Px>& px, I16 luma) {
+    return {{{brOf(px.of[0]), brOf(px.of[1])}}, luma};
+  }
+  KIP_INLINE static Sums sums(const Part& part) {
+    const I32 br = as<int32_t>(addNeighbours(part.br.of[0], part.br.of[1]));
+    return {hn::ShiftRight<16>(br), hn::And(br, set<int32_t>(0xFFFF)), dotPairs(part.luma, set<int16_t>(1))};
   }
   KIP_INLINE void chroma(const Sums (&half)[2], Subsampled& s) const {
     const I16 luma = packWords(half[0].luma, half[1].luma);
@@ -123,13 +135,14 @@ struct Mean422 {
 
 /// Sums of a 2 x 2 block, brought to the scale of one doubled pixel.
 struct Mean420 {
-  I16 brWeights = pinnedPairs(kB15, kR15), gWeight = pinnedPairs(kG15, 0);
+  WeighPixels weigh{kB15, kG15, kR15};
   Differences differences;
 
   KIP_INLINE Mean420() {}
 
-  KIP_INLINE I32 luma(I16 br, I16 gg) const {
-    return hn::ShiftRight<14>(hn::Add(dotPairs(br, brWeights), dotPairs(gg, gWeight)));
+  template <class Px>
+  KIP_INLINE I32 luma(const Px& px) const {
+    return hn::ShiftRight<14>(weigh(px));
   }
   KIP_INLINE I16 toByte(I16 y2) const { return hn::ShiftRight<1>(y2); }
   KIP_INLINE I16 u(I16 blues, I16 lumas) const {
