@@ -247,28 +247,43 @@ template <int kBytes>
 alignas(64) constexpr ChannelTables<kBytes> kChannels{};
 #endif
 
-/// Two interleaved channels of samples of type T.
+/// The lanes of the lower and of the upper halves of two vectors side by side, in order.
 template <class T>
-struct TwoInterleaved {
-  using V = Vector<T>;
-
+KIP_INLINE void sideBySide(Vector<T> first, Vector<T> second, Vector<T>& lower, Vector<T>& upper) {
 #if KIP_AVX512
-  KIP_INLINE static void load(const T* samples, V& a, V& b) {
-    const Tag<T> d;
-    const U8 first = as<uint8_t>(hn::LoadU(d, samples)), second = as<uint8_t>(hn::LoadU(d, samples + kLanes<T>));
-    a = as<T>(permute(first, second, kChannels<sizeof(T)>.ofTwo[0]));
-    b = as<T>(permute(first, second, kChannels<sizeof(T)>.ofTwo[1]));
-  }
-  KIP_INLINE static void store(V a, V b, T* samples) {
-    for (int half = 0; half < 2; ++half) {
-      const U8 v = permute(as<uint8_t>(a), as<uint8_t>(b), kChannels<sizeof(T)>.turns[half]);
-      hn::StoreU(as<T>(v), Tag<T>(), samples + half * kLanes<T>);
-    }
-  }
+  const auto& turns = kChannels<sizeof(T)>.turns;
+  lower = as<T>(permute(as<uint8_t>(first), as<uint8_t>(second), turns[0]));
+  upper = as<T>(permute(as<uint8_t>(first), as<uint8_t>(second), turns[1]));
 #else
-  KIP_INLINE static void load(const T* samples, V& a, V& b) { hn::LoadInterleaved2(Tag<T>(), samples, a, b); }
-  KIP_INLINE static void store(V a, V b, T* samples) { hn::StoreInterleaved2(a, b, Tag<T>(), samples); }
+  const Tag<T> d;
+  lower = hn::InterleaveLower(d, first, second);
+  upper = hn::InterleaveUpper(d, first, second);
+#if HWY_TARGET == HWY_AVX2
+  const Vector<T> lowerHalves = lower;
+  lower = hn::ConcatLowerLower(d, upper, lowerHalves);
+  upper = hn::ConcatUpperUpper(d, upper, lowerHalves);
 #endif
+#endif
+}
+
+/// Two interleaved channels of bytes.
+struct TwoInterleaved {
+  KIP_INLINE static void load(const uint8_t* from, U8& a, U8& b) {
+#if KIP_AVX512
+    const U8 first = loadUnits(from, 0), second = loadUnits(from + kUnit, 0);
+    a = permute(first, second, kChannels<1>.ofTwo[0]), b = permute(first, second, kChannels<1>.ofTwo[1]);
+#else
+    const U8 first = loadBlocks(from, 32), second = loadBlocks(from + 16, 32);
+    a = packBytes(evenBytes(first), evenBytes(second)), b = packBytes(oddBytes(first), oddBytes(second));
+#endif
+  }
+  KIP_INLINE static void store(U8 a, U8 b, uint8_t* to) {
+    const Tag<uint8_t> d;
+    U8 lower, upper;
+    sideBySide<uint8_t>(a, b, lower, upper);
+    hn::StoreU(lower, d, to);
+    hn::StoreU(upper, d, to + kLanes<uint8_t>);
+  }
 };
 
 #if KIP_AVX512

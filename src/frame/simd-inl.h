@@ -413,29 +413,6 @@ KIP_INLINE U8 loadSideBySide(const uint8_t* first, const uint8_t* second) {
   return as<uint8_t>(hn::Or(loadHalf(first), hn::ShiftLeft<8>(loadHalf(second))));
 }
 
-/// The lanes of the lower and of the upper halves of two vectors side by side, in order.
-template <class T>
-KIP_INLINE void sideBySide(Vector<T> first, Vector<T> second, Vector<T>& lower, Vector<T>& upper) {
-  const Tag<T> d;
-#if HWY_TARGET == HWY_AVX3_DL
-  const hn::Half<Tag<T>> half;
-  const auto join = [](auto a, auto b) KIP_INLINE_LAMBDA {
-    const Tag<hwy::MakeWide<T>> wide;
-    return as<T>(hn::Or(hn::PromoteTo(wide, a), hn::ShiftLeft<8 * sizeof(T)>(hn::PromoteTo(wide, b))));
-  };
-  lower = join(hn::LowerHalf(half, first), hn::LowerHalf(half, second));
-  upper = join(hn::UpperHalf(half, first), hn::UpperHalf(half, second));
-#else
-  lower = hn::InterleaveLower(d, first, second);
-  upper = hn::InterleaveUpper(d, first, second);
-#if HWY_TARGET == HWY_AVX2
-  const Vector<T> lowerHalves = lower;
-  lower = hn::ConcatLowerLower(d, upper, lowerHalves);
-  upper = hn::ConcatUpperUpper(d, upper, lowerHalves);
-#endif
-#endif
-}
-
 /// 16-bit lanes saturated to bytes, in order, to the next half vector of bytes.
 KIP_INLINE void storeHalf(I16 v, uint8_t* to) {
   const auto half = hn::Half<Tag<uint8_t>>();

@@ -140,7 +140,7 @@ struct Packed : Sampled<2, 1, 1, kCrFirst> {
   }
   KIP_INLINE static void store(const Luma& y, const Chroma<2>& c, const Rows<Kip8u, 1>& to) {
     for (int i = 0; i < 2; ++i) {
-      hn::StoreInterleaved2(kLumaFirst ? y.part[i] : c.part[i], kLumaFirst ? c.part[i] : y.part[i], Tag<uint8_t>(),
+      TwoInterleaved::store(kLumaFirst ? y.part[i] : c.part[i], kLumaFirst ? c.part[i] : y.part[i],
                             to.at[0] + 2 * i * kLanes<uint8_t>);
     }
   }
@@ -148,8 +148,9 @@ struct Packed : Sampled<2, 1, 1, kCrFirst> {
  private:
   /// The odd or the even ones of the next bytes.
   KIP_INLINE static U8 every(const Kip8u* from, bool odd) {
-    const U8 first = loadBlocks(from, 32), second = loadBlocks(from + 16, 32);
-    return odd ? packBytes(oddBytes(first), oddBytes(second)) : packBytes(evenBytes(first), evenBytes(second));
+    U8 even, odds;
+    TwoInterleaved::load(from, even, odds);
+    return odd ? odds : even;
   }
 };
 

@@ -59,7 +59,7 @@ struct Packed422 : Interleaved<Tag<uint8_t>, 2> {
 
   KIP_INLINE Subsampled load(const Rows<const Kip8u, 1>& from) const {
     U8 first, second;
-    TwoInterleaved<uint8_t>::load(from.at[0], first, second);
+    TwoInterleaved::load(from.at[0], first, second);
     Subsampled s;
     s.y[0] = kLumaFirst ? first : second;
     const U8 chroma = kLumaFirst ? second : first;
@@ -70,7 +70,7 @@ struct Packed422 : Interleaved<Tag<uint8_t>, 2> {
   KIP_INLINE void store(const Subsampled& s, const Rows<Kip8u, 1>& to) const {
     const U8 chroma = kSwapped ? mergeBytes(s.v, s.u) : mergeBytes(s.u, s.v);
     const U8 first = kLumaFirst ? s.y[0] : chroma, second = kLumaFirst ? chroma : s.y[0];
-    TwoInterleaved<uint8_t>::store(first, second, to.at[0]);
+    TwoInterleaved::store(first, second, to.at[0]);
   }
   KIP_INLINE InLanes loadInLanes(const Rows<const Kip8u, 1>& from) const {
     InLanes s;
