@@ -329,6 +329,15 @@ KIP_INLINE I16 mergeUpper(I32 even, I32 odd) {
 #endif
 }
 
+/// One more where a mask says so.
+KIP_INLINE U16 plusOneWhere(hn::Mask<Tag<int16_t>> mask, U16 v) {
+#if KIP_AVX512
+  return U16{_mm512_mask_sub_epi16(v.raw, mask.raw, v.raw, _mm512_set1_epi16(-1))};
+#else
+  return hn::Sub(v, as<uint16_t>(hn::VecFromMask(Tag<int16_t>(), mask)));
+#endif
+}
+
 /// Factors (even, odd) for dotPairs.
 constexpr int32_t pairBits(int even, int odd) {
   return static_cast<int32_t>((static_cast<uint32_t>(odd) << 16) | (static_cast<uint32_t>(even) & 0xFFFF));

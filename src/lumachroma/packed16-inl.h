@@ -92,7 +92,7 @@ class Dithered {
   KIP_INLINE static U16 level(U16 channel, const Steps& steps, I16 thresholds) {
     const U16 lower = hn::MulHigh(channel, steps.last);
     const I16 rest = as<int16_t>(hn::Sub(channel, hn::Mul(lower, steps.distance)));
-    return hn::Sub(lower, as<uint16_t>(hn::VecFromMask(Tag<int16_t>(), hn::Gt(rest, thresholds))));
+    return plusOneWhere(hn::Gt(rest, thresholds), lower);
   }
 
   I16 thresholds5_, thresholds4_, thresholds6_;
