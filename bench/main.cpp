@@ -8,7 +8,6 @@
 // function/method/size.
 
 #include <benchmark/benchmark.h>
-#include <hwy/highway.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -23,6 +22,7 @@
 #include "race.h"
 #include "report.h"
 #include "subject.h"
+#include "support/targets.h"
 
 namespace bench {
 namespace {
@@ -86,15 +86,16 @@ Options takeOptions(int& argc, char** argv) {
   return options;
 }
 
-/// Makes the library, which shares Highway's state, use the named kernels.
-bool selectTarget(const std::string& name) {
-  for (int64_t targets = hwy::SupportedTargets(); targets != 0; targets &= targets - 1) {
-    const int64_t target = targets & -targets;
-    if (name != hwy::TargetName(target)) continue;
-    hwy::GetChosenTarget().Update(target);
-    return true;
+/// Makes the library use the named kernels, or the best ones, and returns their name; empty if there are none.
+std::string selectKernels(const std::string& name) {
+  std::vector<kip::Target> targets = kip::vectorTargets();
+  targets.push_back(kip::fallbackTarget());
+  for (const kip::Target& target : targets) {
+    if (!name.empty() && name != target.name()) continue;
+    target.select();
+    return target.name();
   }
-  return false;
+  return "";
 }
 
 void add(const Subject& subject, Size size, int rounds) {
@@ -111,7 +112,8 @@ int main(int argc, char** argv) {
   const bench::Options options = bench::takeOptions(argc, argv);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  if (!options.target.empty() && !bench::selectTarget(options.target)) {
+  const std::string kernels = bench::selectKernels(options.target);
+  if (kernels.empty()) {
     std::fprintf(stderr, "%s: not on this processor\n", options.target.c_str());
     return 1;
   }
@@ -121,7 +123,7 @@ int main(int argc, char** argv) {
     if (!options.allSizes) continue;
     for (const bench::Size size : bench::kOthers) bench::add(subject, size, options.rounds);
   }
-  bench::Table table;
-  bench::Page page;
+  bench::Table table(kernels);
+  bench::Page page(kernels);
   benchmark::RunSpecifiedBenchmarks(options.markdown ? static_cast<benchmark::BenchmarkReporter*>(&page) : &table);
 }

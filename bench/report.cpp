@@ -48,9 +48,9 @@ std::pair<std::string, std::string> splitName(const std::string& name) {
 
 bool Table::ReportContext(const Context&) {
   std::printf(
-      "One thread. x: how many times as fast; ~: a peer with coarser arithmetic or chroma.\n%-44s %-9s %8s %6s %8s  "
-      "%s\n",
-      "function", "size", "Mpixel/s", "GB/s", "x memcpy", "x peers, the fastest first");
+      "One thread, %s. x: how many times as fast; ~: a peer with coarser arithmetic or chroma.\n"
+      "%-44s %-9s %8s %6s %8s  %s\n",
+      kernels_.c_str(), "function", "size", "Mpixel/s", "GB/s", "x memcpy", "x peers, the fastest first");
   return true;
 }
 
@@ -93,7 +93,8 @@ bool Page::ReportContext(const Context&) {
   std::printf(
       "# Performance, function by function\n\n"
       "Written by `kipcc_bench --markdown`. How many times as fast as memcpy of as many bytes, and as other libraries\n"
-      "that do the same, the fastest first; ~ marks one whose arithmetic or chroma is coarser. One thread.\n");
+      "that do the same, the fastest first; ~ marks one whose arithmetic or chroma is coarser. One thread, %s.\n",
+      kernels_.c_str());
   return true;
 }
 

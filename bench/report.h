@@ -15,6 +15,7 @@ inline const std::string kSpeed = "Mpixel/s", kTraffic = "GB/s", kTimes = "x ", 
 /// Prints a line for each benchmark as it ends, and at the end what should be faster.
 class Table : public benchmark::BenchmarkReporter {
  public:
+  explicit Table(std::string kernels) : kernels_(std::move(kernels)) {}
   bool ReportContext(const Context&) override;
   void ReportRuns(const std::vector<Run>& runs) override;
   void Finalize() override;
@@ -25,6 +26,7 @@ class Table : public benchmark::BenchmarkReporter {
   };
   void noteSlow(const Run& run);
 
+  std::string kernels_;
   std::vector<Slow> slow_;
   std::map<std::string, std::map<std::string, double>> speeds_;  // by function, then by size
 };
@@ -32,13 +34,14 @@ class Table : public benchmark::BenchmarkReporter {
 /// Prints the ratios alone as a page in Markdown, with a table for each group of the documentation.
 class Page : public benchmark::BenchmarkReporter {
  public:
+  explicit Page(std::string kernels) : kernels_(std::move(kernels)) {}
   bool ReportContext(const Context&) override;
   void ReportRuns(const std::vector<Run>& runs) override;
 
  private:
   void beginGroup(const std::string& group);
 
-  std::string group_;
+  std::string kernels_, group_;
 };
 
 }  // namespace bench
