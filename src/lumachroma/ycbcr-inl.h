@@ -27,16 +27,18 @@ class WeighPairs {
  public:
   KIP_INLINE WeighPairs() {}
 
+  KIP_INLINE I32 operator()(I16 pairs) const { return addWholes(dotPairs(pairs, rests_), pairs); }
   /// Added to a start.
-  KIP_INLINE I32 operator()(I32 start, I16 pairs) const {
+  KIP_INLINE I32 operator()(I32 start, I16 pairs) const { return addWholes(dotPairs(start, pairs, rests_), pairs); }
+
+ private:
+  KIP_INLINE I32 addWholes(I32 sum, I16 pairs) const {
     const I32 both = as<int32_t>(pairs);
-    I32 sum = dotPairs(start, pairs, rests_);
     if constexpr (wholes(kEven) != 0) sum = addTimes<wholes(kEven)>(sum, hn::ShiftLeft<16>(both));
     if constexpr (wholes(kOdd) != 0) sum = addTimes<wholes(kOdd)>(sum, hn::And(both, upperHalf_));
     return sum;
   }
 
- private:
   static constexpr int wholes(int factor) { return (factor + kHalf) >> 16; }
   static constexpr int rest(int factor) { return factor - wholes(factor) * kOne; }
 
@@ -159,8 +161,9 @@ class InversePairs {
   /// Pixels, before saturation, from their luma and the terms of the even and of the odd ones.
   KIP_INLINE Pixels<I16> pixels(U8 y, const Pixels<I32>& even, const Pixels<I32>& odd) const {
     const I16 scaled = dotBytes(y, lumaScale_);
+    const I32 evenLuma = evenLuma_(scaled), oddLuma = oddLuma_(scaled);
     const auto channel = [&](I32 evenTerm, I32 oddTerm) KIP_INLINE_LAMBDA {
-      return mergeUpper(evenLuma_(evenTerm, scaled), oddLuma_(oddTerm, scaled));
+      return mergeUpper(hn::Add(evenLuma, evenTerm), hn::Add(oddLuma, oddTerm));
     };
     return {channel(even.a, odd.a), channel(even.b, odd.b), channel(even.c, odd.c)};
   }
