@@ -92,8 +92,11 @@ struct ThreePlanes : Sampled<kAcross, kDown, 3, kCrFirst> {
   }
   KIP_INLINE static Chroma<kAcross> load(const Rows<const Kip8u, 2>& from, Pair) {
     Chroma<kAcross> c;
-    constexpr int kHalf = kLanes<uint8_t> / 2;
-    for (int i = 0; i < 4 / kAcross; ++i) c.part[i] = loadSideBySide(from.at[0] + i * kHalf, from.at[1] + i * kHalf);
+    if constexpr (kAcross == 2) {
+      sideBySide<uint8_t>(loadBytes(from.at[0]), loadBytes(from.at[1]), c.part[0], c.part[1]);
+    } else {
+      c.part[0] = loadSideBySide(from.at[0], from.at[1]);
+    }
     return c;
   }
 
