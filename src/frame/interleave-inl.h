@@ -87,29 +87,6 @@ KIP_INLINE void transposeBlocks(Vector<T> (&v)[16 / sizeof(T)]) {
   }
 }
 
-/// The inverse of loadBlocks for three vectors whose blocks follow one another: a block of each, then the next of each.
-KIP_INLINE void storeThreeBlocks(U8 first, U8 second, U8 third, uint8_t* to) {
-  const Tag<uint8_t> d;
-#if HWY_TARGET == HWY_AVX2
-  hn::StoreU(hn::ConcatLowerLower(d, second, first), d, to);
-  hn::StoreU(hn::ConcatUpperLower(d, first, third), d, to + 32);
-  hn::StoreU(hn::ConcatUpperUpper(d, third, second), d, to + 64);
-#elif KIP_AVX512
-  const auto store = [to](__m512i v, int block) KIP_INLINE_LAMBDA {
-    const auto at = [&](int b) { return reinterpret_cast<__m128i*>(to + 16 * (block + 3 * b)); };
-    _mm_storeu_si128(at(0), _mm512_castsi512_si128(v));
-    _mm_storeu_si128(at(1), _mm512_extracti32x4_epi32(v, 1));
-    _mm_storeu_si128(at(2), _mm512_extracti32x4_epi32(v, 2));
-    _mm_storeu_si128(at(3), _mm512_extracti32x4_epi32(v, 3));
-  };
-  store(first.raw, 0), store(second.raw, 1), store(third.raw, 2);
-#else
-  hn::StoreU(first, d, to);
-  hn::StoreU(second, d, to + 16);
-  hn::StoreU(third, d, to + 32);
-#endif
-}
-
 // ---------------------------------------------------------------------------------------------------------------------
 // Units: what one shuffle reaches
 
@@ -123,24 +100,28 @@ KIP_INLINE U8 loadUnits(const uint8_t* from, ptrdiff_t) { return hn::LoadU(Tag<u
 KIP_INLINE U8 unitsInOrder(U8 packed) {
   return U8{_mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), packed.raw)};
 }
-KIP_INLINE void storeThreeUnits(U8 first, U8 second, U8 third, uint8_t* to) {
-  const Tag<uint8_t> d;
-  hn::StoreU(first, d, to);
-  hn::StoreU(second, d, to + kUnit);
-  hn::StoreU(third, d, to + 2 * kUnit);
-}
 #else
-KIP_INLINE U8 unitTable(const uint8_t (&bytes)[kUnit]) { return hn::LoadDup128(Tag<uint8_t>(), bytes); }
-KIP_INLINE U8 shuffleUnits(U8 v, const uint8_t (&places)[kUnit]) { return hn::TableLookupBytes(v, unitTable(places)); }
+KIP_INLINE U8 unitTable(const uint8_t (&bytes)[kUnit]) { return blockTable(bytes); }
+KIP_INLINE U8 shuffleUnits(U8 v, const uint8_t (&places)[kUnit]) { return shuffleBlocks(v, places); }
 /// A vector whose unit u holds the bytes at from + u * distance.
 KIP_INLINE U8 loadUnits(const uint8_t* from, ptrdiff_t distance) { return loadBlocks(from, distance); }
 /// What the 16-bit lanes of two vectors of units, or of what became of them, are packed to, in order.
 KIP_INLINE U8 unitsInOrder(U8 packed) { return packed; }
+#endif
+
 /// The inverse of loadUnits for three vectors whose units follow one another.
 KIP_INLINE void storeThreeUnits(U8 first, U8 second, U8 third, uint8_t* to) {
-  storeThreeBlocks(first, second, third, to);
-}
+  const Tag<uint8_t> d;
+#if HWY_TARGET == HWY_AVX2
+  hn::StoreU(hn::ConcatLowerLower(d, second, first), d, to);
+  hn::StoreU(hn::ConcatUpperLower(d, first, third), d, to + 32);
+  hn::StoreU(hn::ConcatUpperUpper(d, third, second), d, to + 64);
+#else
+  hn::StoreU(first, d, to);
+  hn::StoreU(second, d, to + kUnit);
+  hn::StoreU(third, d, to + 2 * kUnit);
 #endif
+}
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Three channels
@@ -378,7 +359,7 @@ struct FourInterleaved {
   KIP_INLINE static void storeThree(V a, V b, V c, T* samples) {
     U8 v[kVectors];
     interleave(a, b, c, hn::Zero(Tag<T>()), v);
-    const U8 fourth = table(kTables.fourth);
+    const U8 fourth = blockTable(kTables.fourth);
     for (int k = 0; k < kVectors; ++k) v[k] = hn::Or(v[k], hn::And(vectorAt(samples, k), fourth));
     for (int k = 0; k < kVectors; ++k) storeAt(v[k], samples, k);
   }
@@ -403,9 +384,8 @@ struct FourInterleaved {
   };
   alignas(16) static constexpr Tables kTables{};
 
-  KIP_INLINE static U8 table(const uint8_t (&bytes)[16]) { return hn::LoadDup128(Tag<uint8_t>(), bytes); }
   KIP_INLINE static U8 shuffled(U8 v, const uint8_t (&places)[16]) {
-    return sizeof(T) == 4 ? v : hn::TableLookupBytesOr0(v, table(places));
+    return sizeof(T) == 4 ? v : shuffleBlocks(v, places);
   }
   KIP_INLINE static U8 vectorAt(const T* samples, int k) {
     return loadBlocks(reinterpret_cast<const uint8_t*>(samples) + 16 * k, kBlockBytes);

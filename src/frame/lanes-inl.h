@@ -74,10 +74,6 @@ struct LaneTables {
 };
 alignas(64) constexpr LaneTables kLaneTables{};
 
-KIP_INLINE U8 arrange(U8 v, const uint8_t (&places)[16]) {
-  return hn::TableLookupBytesOr0(v, hn::LoadDup128(Tag<uint8_t>(), places));
-}
-
 template <class Layout>
 struct Whole;
 
@@ -87,7 +83,7 @@ struct Whole<AC4<>> : AC4<> {
   KIP_INLINE PixelLanes load(const Rows<const Kip8u, 1>& from) const {
     PixelLanes px;
     for (int k = 0; k < PixelLanes::kVectors; ++k) {
-      px.of[k] = arrange(hn::LoadU(Tag<uint8_t>(), from.at[0] + k * kBytes), kLaneTables.ordered);
+      px.of[k] = shuffleBlocks(hn::LoadU(Tag<uint8_t>(), from.at[0] + k * kBytes), kLaneTables.ordered);
     }
     return px;
   }
@@ -96,7 +92,7 @@ struct Whole<AC4<>> : AC4<> {
     const U8 fourth = as<uint8_t>(set<uint32_t>(0xFF000000u));
     for (int k = 0; k < PixelLanes::kVectors; ++k) {
       Kip8u* at = to.at[0] + k * kBytes;
-      hn::StoreU(hn::Or(arrange(px.of[k], kLaneTables.interleaved), hn::And(hn::LoadU(d, at), fourth)), d, at);
+      hn::StoreU(hn::Or(shuffleBlocks(px.of[k], kLaneTables.interleaved), hn::And(hn::LoadU(d, at), fourth)), d, at);
     }
   }
 

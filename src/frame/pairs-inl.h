@@ -108,7 +108,6 @@ KIP_INLINE HalfBlock<PixelPairs> loadPixels(const Rows<const Kip8u, 1>& from, in
       }
     }
   } kTable;
-  const Tag<uint8_t> d;
   HalfBlock<PixelPairs> px;
   for (int k = 0; k < 2; ++k) {
     const int place = 2 * half + k, last = place == 3;
@@ -116,9 +115,9 @@ KIP_INLINE HalfBlock<PixelPairs> loadPixels(const Rows<const Kip8u, 1>& from, in
     if constexpr (kSamples == 4 && kOrder == Order::kReverse) {
       px.of[k].br = evenBytes(bytes);  // they lie like that
     } else {
-      px.of[k].br = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.br[last])));
+      px.of[k].br = as<int16_t>(shuffleBlocks(bytes, kTable.br[last]));
     }
-    px.of[k].gg = as<int16_t>(hn::TableLookupBytesOr0(bytes, hn::LoadDup128(d, kTable.gg[last])));
+    px.of[k].gg = as<int16_t>(shuffleBlocks(bytes, kTable.gg[last]));
   }
   return px;
 }

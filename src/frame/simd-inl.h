@@ -224,10 +224,18 @@ KIP_INLINE U8 packInOrder(I32 first, I32 second, I32 third, I32 fourth) {
   }
 }
 
+/// 16 bytes, in each block.
+KIP_INLINE U8 blockTable(const uint8_t (&bytes)[16]) { return hn::LoadDup128(Tag<uint8_t>(), bytes); }
+
+/// In each block, the bytes at the given places of its 16; 0 where a place has its top bit set.
+KIP_INLINE U8 shuffleBlocks(U8 v, const uint8_t (&places)[16]) {
+  return hn::TableLookupBytesOr0(v, blockTable(places));
+}
+
 /// Even and odd 16-bit lanes saturated to bytes and put side by side: the inverse of evenBytes and oddBytes.
 KIP_INLINE U8 mergeBytes(I16 even, I16 odd) {
   alignas(16) static constexpr uint8_t kAlternate[16] = {0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15};
-  return hn::TableLookupBytes(packBytes(even, odd), hn::LoadDup128(Tag<uint8_t>(), kAlternate));
+  return shuffleBlocks(packBytes(even, odd), kAlternate);
 }
 
 /// Of each block's 16 table bytes the one at the index's low four bits; 0 where the index's top bit is set.

@@ -520,14 +520,13 @@ struct Reorder {
     alignas(16) static constexpr uint8_t kOrder[16] = {k0,      k1,      k2,      k3,     4 + k0, 4 + k1,
                                                        4 + k2,  4 + k3,  8 + k0,  8 + k1, 8 + k2, 8 + k3,
                                                        12 + k0, 12 + k1, 12 + k2, 12 + k3};
-    const U8 order = hn::LoadDup128(Tag<uint8_t>(), kOrder);
     const auto rowsAt = [&](int y, Rows<const Kip8u, 1>& from, Rows<Kip8u, 1>& to) {
       from.at[0] = job.src.row(0, y), to.at[0] = job.dst.row(0, y);
     };
     const size_t bytes = 4 * static_cast<size_t>(job.width / 2);
     forRows<Luma, Luma>(first, last, bytes, rowsAt, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
       const auto [left, right] = Luma::load(in.at[0]).part;
-      Luma{{hn::TableLookupBytes(left, order), hn::TableLookupBytes(right, order)}}.store(out.at[0]);
+      Luma{{shuffleBlocks(left, kOrder), shuffleBlocks(right, kOrder)}}.store(out.at[0]);
     });
   }
 };

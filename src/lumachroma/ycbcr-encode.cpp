@@ -100,9 +100,8 @@ KIP_INLINE HalfBlock<Taps> pixelsOf(const WithLeft&, const Rows<const Kip8u, 1>&
   HalfBlock<Taps> taps;
   for (int k = 0; k < 2; ++k) {
     const U8 bytes = loadBlocks(from.at[0] + (2 * half + k) * 12, 48);
-    const auto spread = [&](const uint8_t(&table)[16]) KIP_INLINE_LAMBDA {
-      return as<int16_t>(lookUp(bytes, hn::LoadDup128(Tag<uint8_t>(), table)));
-    };
+    const auto spread = [&](const uint8_t(&table)[16])
+                            KIP_INLINE_LAMBDA { return as<int16_t>(shuffleBlocks(bytes, table)); };
     taps.of[k] = {{spread(kTable.br), spread(kTable.gg)}, spread(kTable.leftBr)};
   }
   return taps;
