@@ -287,11 +287,12 @@ class Diffuse {
   }
 
   void readThresholds() {
+    const Kip16s* columns = reduction_.noise->columns();
     for (int row = 0; row < rows_; ++row) {
       const Place& place = place_[row];
       const float* noise = reduction_.noise->row(y_ + row);
       for (int i = place.begin; i < place.end; ++i) {
-        thresholds_.at[row][i] = noise[reduction_.noise->columns()[(place.first + i) % NoiseTables::kCount]];
+        thresholds_.at[row][i] = noise[columns[(place.first + i) % NoiseTables::kCount]];
       }
     }
     toSteps(thresholds_, band_.thresholds);

@@ -10,20 +10,19 @@ class NoiseTables {
  public:
   static constexpr int kCount = 1024;
 
-  /// Draws values from low to high.
+  /// Values from low to high.
   KipStatus make(float low, float high);
 
   /// The value of pixel (x, y) is row(y)[columns()[x % kCount]]; those of the pixels below it follow, up to the next
   /// multiple of four rows.
   const float* row(int y) const { return &values_[y % kColumn]; }
-  const Kip16s* columns() const { return columns_.get(); }
+  static const Kip16s* columns();
 
  private:
   // A column takes every second of the values: the even ones, or the odd ones, from its own start on.
   static constexpr int kColumn = kCount / 2;
 
-  Scratch<Kip32f> values_;   // the even ones, twice so that no index has to wrap, then the odd ones, twice
-  Scratch<Kip16s> columns_;  // where among them each column begins: at its random offset and its number
+  Scratch<Kip32f> values_;  // the even ones, twice so that no index has to wrap, then the odd ones, twice
 };
 
 }  // namespace kip
