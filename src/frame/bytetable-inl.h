@@ -111,6 +111,26 @@ class ByteTable {
   U8 base_ = table(kLines.base), slope_ = table(kLines.slope);
 };
 
+#if HWY_TARGET == HWY_AVX3_DL
+/// The same for a table that is only known at run time, and however curved: there are instructions for 128 entries.
+class AnyByteTable {
+ public:
+  KIP_INLINE explicit AnyByteTable(const uint8_t (&table)[256]) {
+    for (int i = 0; i < 4; ++i) quarter_[i] = hn::LoadU(Tag<uint8_t>(), table + 64 * i);
+  }
+
+  KIP_INLINE U8 operator()(U8 index) const {
+    const auto inHalf = [&](int half) KIP_INLINE_LAMBDA {
+      return _mm512_permutex2var_epi8(quarter_[2 * half].raw, index.raw, quarter_[2 * half + 1].raw);
+    };
+    return U8{_mm512_mask_blend_epi8(_mm512_movepi8_mask(index.raw), inHalf(0), inHalf(1))};
+  }
+
+ private:
+  U8 quarter_[4];
+};
+#endif
+
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

@@ -122,8 +122,7 @@ struct PreciseBytes : Precise<S, Kip8u> {
 template <class Op>
 KIP_INLINE I32 reduced(const Op& op, F32 v, F32 threshold) {
   const F32 lower = hn::Mul(op.interval(v), op.q);
-  const F32 up = hn::IfThenElseZero(hn::Gt(hn::Sub(v, lower), threshold), op.q);
-  return op.written(hn::Add(lower, up));
+  return op.written(addWhere(hn::Gt(hn::Sub(v, lower), threshold), lower, op.q));
 }
 
 /// Rows as samples without regard to pixels: a layout of one channel, in blocks of a full vector of `Block` samples.
@@ -135,48 +134,45 @@ struct Flat {
   static constexpr size_t bytes(int, size_t samples) { return samples * sizeof(T); }
 };
 
-/// To which pixels the samples of some vectors belong, as shuffles of blocks that begin with the first of the pixels.
-template <int kPerPixel>
-struct PixelsOfSamples {
-  static constexpr int kLength = kLanes<uint8_t>;
-
-  constexpr PixelsOfSamples() {
-    for (int v = 0; v < kPerPixel; ++v) {
-      for (int i = 0; i < kLength; ++i) {
-        const int pixel = (sample(v, i / 16) + i % 16 / 4) / kPerPixel - first(v, i / 16);
-        shuffle[v][i] = static_cast<uint8_t>(4 * pixel + i % 4);
-      }
-    }
+/// A vector of samples, all of them or the first three of each four.
+template <bool kKeepsFourth, class V, class D>
+KIP_INLINE void storeReduced(V v, D* to) {
+  const Tag<D> d;
+  if constexpr (kKeepsFourth) {
+    const Tag<std::conditional_t<sizeof(D) == 1, uint32_t, uint64_t>> pixels;
+    constexpr auto kFourth = ~hn::TFromD<decltype(pixels)>{} << (8 * 3 * sizeof(D));
+    v = hn::IfThenElse(hn::MaskFromVec(hn::BitCast(d, hn::Set(pixels, kFourth))), hn::LoadU(d, to), v);
   }
-  static constexpr int sample(int vector, int block) { return vector * kLanes<float> + 4 * block; }
-  static constexpr int first(int vector, int block) { return sample(vector, block) / kPerPixel; }
-
-  alignas(64) uint8_t shuffle[kPerPixel][kLength] = {};
-};
+  hn::StoreU(v, d, to);
+}
 
 /// The thresholds of the samples of some pixels of four rows: as many rows as the dither's period.
 class Thresholds {
  public:
   static constexpr int kRows = 4;
-  static constexpr int kPixels = 128;  // a multiple of a full vector of samples, and of the dither's period
+  static constexpr int kSamples = 512;  // of a row, at most
 
-  Thresholds(const Reduction& reduction, float q) : reduction_(reduction), q_(set(q)) {
+  Thresholds(const Reduction& reduction, float q)
+      : reduction_(reduction), pixels_(reduction.channels.perPixel == 1 ? kSamples : kSamples / 4), q_(set(q)) {
     for (int y = 0; y < kRows; ++y) {
       bayer_[y] = bayerRow(y);
       const F32 row = reduction.method == kipDitherNone ? set(0.5f / reduction.intervals) : hn::Mul(bayer_[y], q_);
-      for (int x = 0; x < kPixels; x += kLanes<float>) hn::Store(row, Tag<float>(), &ofPixels_[y][x]);
+      for (int x = 0; x < pixels_; x += kLanes<float>) hn::Store(row, Tag<float>(), &ofPixels_[y][x]);
     }
-    spread();
+    spread(pixels_);
   }
 
-  /// Without noise, the thresholds are those of all pixels from a multiple of kPixels on.
+  /// A multiple of a full vector of samples, and of the dither's period.
+  int pixels() const { return pixels_; }
+
+  /// Without noise, the thresholds are those of all pixels from a multiple of pixels() on.
   bool repeat() const { return reduction_.method == kipDitherNone || reduction_.noise == nullptr; }
 
-  /// Adds the noise of the pixels from x on of the rows from y on, both multiples of what there is of them.
-  void addNoise(size_t x, int y) {
+  /// Adds the noise of `count` pixels from x on of the rows from y on, multiples of pixels() and of kRows.
+  void addNoise(size_t x, int count, int y) {
     const float* values = reduction_.noise->row(y);
     const Kip16s* columns = reduction_.noise->columns() + x % NoiseTables::kCount;
-    for (int i = 0; i < kPixels; i += kLanes<float>) {
+    for (int i = 0; i < count; i += kLanes<float>) {
       F32 noise[kRows];  // of a pixel in each block at first, the rows below one another
       for (int pixel = 0; pixel < kRows; ++pixel) {
         noise[pixel] = as<float>(loadBlocksAt([&](int block) KIP_INLINE_LAMBDA {
@@ -188,11 +184,11 @@ class Thresholds {
         hn::Store(hn::Mul(hn::Add(bayer_[row], noise[row]), q_), Tag<float>(), &ofPixels_[row][i]);
       }
     }
-    spread();
+    spread(count);
   }
 
   const float* row(int y) const { return ofSamples_[y % kRows]; }
-  int samples() const { return kPixels * reduction_.channels.perPixel; }
+  int samples() const { return pixels_ * reduction_.channels.perPixel; }
 
  private:
   /// A row of the dither's matrix, again and again.
@@ -203,38 +199,42 @@ class Thresholds {
   }
 
   /// Makes the thresholds of pixels those of each of their samples.
-  void spread() {
+  void spread(int count) {
     switch (reduction_.channels.perPixel) {
       case 1:
-        return spreadOver<1>();
+        return spreadOver<1>(count);
       case 3:
-        return spreadOver<3>();
+        return spreadOver<3>(count);
       default:
-        return spreadOver<4>();
+        return spreadOver<4>(count);
     }
   }
 
   template <int kPerPixel>
-  void spreadOver() {
-    static constexpr PixelsOfSamples<kPerPixel> kPixelsOf;
-    const Tag<uint8_t> d;
+  void spreadOver(int count) {
+    const Tag<float> d;
+    decltype(hn::SetTableIndices(d, static_cast<const int32_t*>(nullptr))) pixelOf[kPerPixel];
+    for (int v = 0; v < kPerPixel; ++v) {
+      int32_t of[kLanes<float>];
+      for (int i = 0; i < kLanes<float>; ++i) of[i] = (v * kLanes<float> + i) / kPerPixel;
+      pixelOf[v] = hn::SetTableIndices(d, of);
+    }
     for (int y = 0; y < kRows; ++y) {
       float* to = ofSamples_[y];
-      for (int x = 0; x < kPixels; x += kLanes<float>) {
+      for (int x = 0; x < count; x += kLanes<float>) {
+        const F32 pixels = hn::Load(d, &ofPixels_[y][x]);
         for (int v = 0; v < kPerPixel; ++v, to += kLanes<float>) {
-          const U8 pixels = loadBlocksAt([&](int b) KIP_INLINE_LAMBDA {
-            return reinterpret_cast<const uint8_t*>(&ofPixels_[y][x + kPixelsOf.first(v, b)]);
-          });
-          hn::Store(as<float>(hn::TableLookupBytes(pixels, hn::Load(d, kPixelsOf.shuffle[v]))), Tag<float>(), to);
+          hn::Store(hn::TableLookupLanes(pixels, pixelOf[v]), d, to);
         }
       }
     }
   }
 
   const Reduction& reduction_;
+  int pixels_;
   F32 q_, bayer_[kRows];
-  alignas(64) float ofPixels_[kRows][kPixels + 16];  // read a little beyond
-  alignas(64) float ofSamples_[kRows][4 * kPixels];
+  alignas(64) float ofPixels_[kRows][kSamples];
+  alignas(64) float ofSamples_[kRows][kSamples];
 };
 
 /// Reduces whole rows sample by sample.
@@ -256,14 +256,15 @@ struct Levels {
   static void rows(const Job& job, const Reduction& reduction, int first, int last) {
     const Op op(reduction.intervals);
     Thresholds thresholds(reduction, hn::GetLane(op.q));
-    const size_t width = job.width, stride = thresholds.repeat() ? width : Thresholds::kPixels;
+    const size_t width = job.width, stride = thresholds.repeat() ? width : thresholds.pixels();
     for (int y = first, next; y < last; y = next) {
       const int period = y - y % Thresholds::kRows;
       next = std::min(period + Thresholds::kRows, last);
       for (size_t x = 0; x < width; x += stride) {
-        if (!thresholds.repeat()) thresholds.addNoise(x, period);
+        const size_t end = std::min(x + stride, width);
+        if (!thresholds.repeat()) thresholds.addNoise(x, static_cast<int>(end - x), period);
         for (int row = y; row < next; ++row) {
-          pixels<kKeepsFourth>(job, reduction.channels.perPixel, op, thresholds, row, x, std::min(x + stride, width));
+          pixels<kKeepsFourth>(job, reduction.channels.perPixel, op, thresholds, row, x, end);
         }
       }
     }
@@ -288,22 +289,16 @@ struct Levels {
 
   template <bool kKeepsFourth>
   KIP_INLINE static void block(const Op& op, const S* from, const float* threshold, D* to) {
-    const Tag<D> d;
-    I32 levels[kVectors];
-    for (int i = 0; i < kVectors; ++i) {
-      const int at = i * kLanes<float>;
-      levels[i] = reduced(op, op.normal(loadFloats(from + at)), hn::Load(Tag<float>(), threshold + at));
+    if constexpr (requires { op.reduced(from, threshold); }) {
+      storeReduced<kKeepsFourth>(op.reduced(from, threshold), to);
+    } else {
+      I32 levels[kVectors];
+      for (int i = 0; i < kVectors; ++i) {
+        const int at = i * kLanes<float>;
+        levels[i] = reduced(op, op.normal(loadFloats(from + at)), hn::Load(Tag<float>(), threshold + at));
+      }
+      storeReduced<kKeepsFourth>(samplesFrom(levels, D()), to);
     }
-    auto result = samplesFrom(levels, D());
-    if constexpr (kKeepsFourth) result = hn::IfThenElse(fourthSamples(d), hn::LoadU(d, to), result);
-    hn::StoreU(result, d, to);
-  }
-
-  static auto fourthSamples(Tag<D> d) {
-    const hn::RebindToUnsigned<decltype(d)> bits;
-    const hn::Repartition<std::conditional_t<sizeof(D) == 1, uint32_t, uint64_t>, decltype(d)> pixels;
-    constexpr auto kFourth = ~hn::TFromD<decltype(pixels)>{} << (8 * 3 * sizeof(D));
-    return hn::MaskFromVec(hn::BitCast(d, hn::BitCast(bits, hn::Set(pixels, kFourth))));
   }
 };
 

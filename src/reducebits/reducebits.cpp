@@ -8,6 +8,7 @@
 #include "hwy/cache_control.h"
 #include "hwy/highway.h"
 
+#include "reducebits/bytes-inl.h"
 #include "reducebits/diffusion-inl.h"
 #include "reducebits/levels-inl.h"
 
@@ -20,8 +21,12 @@ template <class S, class D>
 struct Reduce {
   static void rows(const Job& job, int first, int last) {
     const auto& reduction = *static_cast<const Reduction*>(job.parameters);
+    const bool diffuses = reduction.method != kipDitherNone && reduction.method != kipDitherBayer;
+    if (diffuses) return Diffuse<S, D>::channels(job, first, last);
+#if HWY_TARGET == HWY_AVX3_DL
+    if constexpr (sizeof(S) == 1) return ReduceBytes::rows(job, first, last);
+#endif
     if (reduction.method == kipDitherNone) return Levels<S, D, Plain<S, D>>::rows(job, first, last);
-    if (reduction.method != kipDitherBayer) return Diffuse<S, D>::channels(job, first, last);
     if constexpr (!std::is_same_v<S, float>) {
       if (reduction.noise == nullptr) return Levels<S, D, Scaled<S, D>>::rows(job, first, last);
     }
