@@ -111,7 +111,7 @@ class ByteTable {
   U8 base_ = table(kLines.base), slope_ = table(kLines.slope);
 };
 
-#if HWY_TARGET == HWY_AVX3_DL
+#if KIP_AVX512
 /// The same for a table that is only known at run time, and however curved: there are instructions for 128 entries.
 class AnyByteTable {
  public:

@@ -451,7 +451,7 @@ KIP_INLINE void storeQuarter(I32 v, uint8_t* to) {
 /// The sum of v and `more` where the mask is set, v elsewhere.
 template <class Mask>
 KIP_INLINE F32 addWhere(Mask mask, F32 v, F32 more) {
-#if HWY_TARGET == HWY_AVX3_DL
+#if KIP_AVX512
   return hn::IfThenElse(mask, hn::Add(v, more), v);  // one instruction
 #else
   return hn::Add(v, hn::IfThenElseZero(mask, more));

@@ -15,7 +15,7 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
-#if HWY_TARGET == HWY_AVX3_DL
+#if KIP_AVX512
 
 /// A table of the results of an arithmetic on floats.
 template <class Entry>

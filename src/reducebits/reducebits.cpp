@@ -23,7 +23,7 @@ struct Reduce {
     const auto& reduction = *static_cast<const Reduction*>(job.parameters);
     const bool diffuses = reduction.method != kipDitherNone && reduction.method != kipDitherBayer;
     if (diffuses) return Diffuse<S, D>::channels(job, first, last);
-#if HWY_TARGET == HWY_AVX3_DL
+#if KIP_AVX512
     if constexpr (sizeof(S) == 1) return ReduceBytes::rows(job, first, last);
 #endif
     if (reduction.method == kipDitherNone) return Levels<S, D, Plain<S, D>>::rows(job, first, last);
