@@ -54,13 +54,14 @@ KIP_INLINE void forSquares(int lanes, int side, const Square& square) {
     for (int step = 0; step < kSteps; step += side) square(lane, step);
   }
 }
-template <class T>
-void toSteps(const BandRows<T>& rows, BandSteps<T>& steps) {
+/// rowFrom(row) is where a row's numbers are, one for each step.
+template <class T, class RowFrom>
+void toSteps(const RowFrom& rowFrom, BandSteps<T>& steps) {
   forSquares(kLanes<T>, kSide<T>, [&](int lane, int step) KIP_INLINE_LAMBDA {
     Vector<T> v[kSide<T>];
     for (int i = 0; i < kSide<T>; ++i) {
       v[i] = as<T>(loadBlocksAt([&](int block) KIP_INLINE_LAMBDA {
-        return reinterpret_cast<const uint8_t*>(&rows.at[rowAt(lane + block * kSide<T> + i)][step]);
+        return reinterpret_cast<const uint8_t*>(rowFrom(rowAt(lane + block * kSide<T> + i)) + step);
       }));
     }
     transposeBlocks<T>(v);
@@ -133,7 +134,7 @@ KIP_INLINE auto& channelOf(Pixels<V>& px) {
 
 /// One channel of kSteps pixels. Which one is known to the compiler, so that it leaves out what is for the others.
 template <class T, int kPerPixel, class Sample>
-void takeChannel(const uint8_t* from, int channel, Sample* to) {
+KIP_INLINE void takeChannel(const uint8_t* from, int channel, Sample* to) {
   using Layout = Whole<T, kPerPixel>;
   unrolled<kPerPixel>([&](auto candidate) KIP_INLINE_LAMBDA {
     if (candidate != channel) return;
@@ -146,7 +147,7 @@ void takeChannel(const uint8_t* from, int channel, Sample* to) {
 
 /// Levels to one channel of kSteps pixels whose other channels stay.
 template <class T, int kPerPixel>
-void replaceChannel(const uint16_t* levels, int channel, uint8_t* to) {
+KIP_INLINE void replaceChannel(const uint16_t* levels, int channel, uint8_t* to) {
   using Layout = Whole<T, kPerPixel>;
   unrolled<kPerPixel>([&](auto candidate) KIP_INLINE_LAMBDA {
     if (candidate != channel) return;
@@ -161,7 +162,7 @@ void replaceChannel(const uint16_t* levels, int channel, uint8_t* to) {
 
 /// Levels to one channel of pixels whose other channels may be another thread's at this moment.
 template <class T, int kPerPixel>
-void putChannel(const uint16_t* levels, uint8_t* to, int count) {
+KIP_INLINE void putChannel(const uint16_t* levels, uint8_t* to, int count) {
 #pragma GCC unroll 8
   for (int i = 0; i < count; ++i)
     samples<T>(to)[i * kPerPixel] = static_cast<T>(levels[i] - (std::is_signed_v<T> ? 32768 : 0));

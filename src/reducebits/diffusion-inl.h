@@ -141,35 +141,96 @@ void diffuseSteps(BandState<Sample>& band, const Scale& scale, const float* cons
   }
 }
 
+/// Where a row is during the steps: at column first + i at step i, inside the image from step begin to before step end.
+struct Place {
+  int64_t first;
+  int begin, end;
+  int inside() const { return end - begin; }
+};
+
+/// What a band works on during some steps: a channel of so many rows from y on.
+struct BandPlaces {
+  int channel, y, rows;
+  bool sharesPixels;  // with other threads
+  Place of[kBand];
+};
+
+/// So many rows at once are more than the processor keeps track of.
+KIP_INLINE void prefetchNext(const uint8_t* from, int bytes) {
+  for (int i = 0; i < bytes; i += 64) hwy::Prefetch(from + 2 * bytes + i);
+}
+
+template <class S, int kPerPixel, class Sample>
+void readSamples(const Job& job, const BandPlaces& band, BandRows<Sample>& samples) {
+  constexpr int kBytes = kPerPixel * sizeof(S);
+  for (int row = 0; row < band.rows; ++row) {
+    const Place& place = band.of[row];
+    const uint8_t* from = job.src.row(0, band.y + row) + place.first * kBytes;
+    prefetchNext(from, kSteps * kBytes);
+    alignas(64) uint8_t inside[kSteps * kBytes];
+    if (place.inside() < kSteps) {
+      std::copy(from + place.begin * kBytes, from + place.end * kBytes, inside + place.begin * kBytes);
+      from = inside;
+    }
+    takeChannel<S, kPerPixel>(from, band.channel, samples.at[row]);
+  }
+}
+
+template <class D, int kPerPixel>
+void writeLevels(const Job& job, const BandPlaces& band, const BandRows<uint16_t>& levels) {
+  constexpr int kBytes = kPerPixel * sizeof(D);
+  for (int row = 0; row < band.rows; ++row) {
+    const Place& place = band.of[row];
+    uint8_t* to = job.dst.row(0, band.y + row) + place.first * kBytes;
+    prefetchNext(to, kSteps * kBytes);
+    const int begin = place.begin * kBytes, end = place.end * kBytes;
+    if (band.sharesPixels) {
+      putChannel<D, kPerPixel>(levels.at[row] + place.begin, to + begin + band.channel * sizeof(D), place.inside());
+    } else if (place.inside() == kSteps) {
+      replaceChannel<D, kPerPixel>(levels.at[row], band.channel, to);
+    } else {
+      alignas(64) uint8_t inside[kSteps * kBytes];
+      std::copy(to + begin, to + end, inside + begin);
+      replaceChannel<D, kPerPixel>(levels.at[row], band.channel, inside);
+      std::copy(inside + begin, inside + end, to + begin);
+    }
+  }
+}
+
+/// The way from and to images.
+template <class Sample>
+struct BandAccess {
+  void (*read)(const Job& job, const BandPlaces& band, BandRows<Sample>& samples);
+  void (*write)(const Job& job, const BandPlaces& band, const BandRows<uint16_t>& levels);
+};
+
 /// Error diffusion of channels one after the other. The errors of the last rows of one are those above the next one.
-template <class S, class D>
-class Diffuse {
+template <class Sample>
+class DiffuseChannels {
  public:
-  static void channels(const Job& job, int first, int last) {
-    const auto& reduction = *static_cast<const Reduction*>(job.parameters);
-    Diffuse diffuse(job, reduction, reduction.errorRows + first * kAbove * reduction.errorRowLength);
-    diffuse.sharesPixels_ = last - first < reduction.channels.reduced;
-    for (int c = first; c < last; ++c) diffuse.channel(c);
+  DiffuseChannels(const Job& job, const BandAccess<Sample>& access, const Scale& scale, bool normalize,
+                  float* errorRows)
+      : job_(job),
+        reduction_(*static_cast<const Reduction*>(job.parameters)),
+        access_(access),
+        scale_(scale),
+        normalize_(normalize) {
+    for (int up = 0; up < kAbove; ++up) above_[up] = errorRows + up * reduction_.errorRowLength;
+    std::fill_n(errorRows, kAbove * reduction_.errorRowLength, 0.f);
+    band_.thresholdStep = reduction_.noise != nullptr;
+    std::fill_n(band_.thresholds.at[0], kBand, scale.interval * 0.5f);
+  }
+
+  void channels(int first, int last) {
+    places_.sharesPixels = last - first < reduction_.channels.reduced;
+    for (int c = first; c < last; ++c) channel(c);
   }
 
  private:
-  static constexpr bool kFloats = std::is_same_v<S, float>;
-  static constexpr bool kNormalize = kFloats || sizeof(S) != sizeof(D);
-  using Sample = std::conditional_t<kFloats, float, uint16_t>;
-
-  Diffuse(const Job& job, const Reduction& reduction, float* errorRows)
-      : job_(job), reduction_(reduction), perPixel_(reduction.channels.perPixel) {
-    const float full = kFullScale<D>, interval = intervalOf(reduction.intervals, full);
-    scale_ = {full, interval, reduction.intervals / full, kNormal<S>};
-    for (int up = 0; up < kAbove; ++up) above_[up] = errorRows + up * reduction.errorRowLength;
-    std::fill_n(errorRows, kAbove * reduction.errorRowLength, 0.f);
-    band_.thresholdStep = reduction.noise != nullptr;
-    std::fill_n(band_.thresholds.at[0], kBand, interval * 0.5f);
-  }
-
   void channel(int c) {
+    places_.channel = c;
     for (int y = 0; y < job_.height; y += kBand) {
-      channel_ = c, y_ = y, rows_ = std::min(kBand, job_.height - y);
+      places_.y = y, places_.rows = std::min(kBand, job_.height - y);
       switch (reduction_.method) {
         case kipDitherFS:
           band<kFloydSteinberg>();
@@ -186,16 +247,27 @@ class Diffuse {
   template <const Diffusion& kDiffusion>
   void band() {
     trail_ = kDiffusion.trail;
-    const int64_t steps = int64_t{job_.width} + trail_ * (rows_ - 1);
+    const int64_t steps = int64_t{job_.width} + trail_ * (places_.rows - 1);
     begin();
     for (int64_t s = 0; s < steps; s += kSteps) {
       place(s);
-      readSamples();
-      if (reduction_.noise != nullptr) readThresholds();
-      diffuseSteps<kDiffusion, kNormalize>(band_, scale_, {above_[0] + s, above_[1] + s});
-      writeLevels();
+      access_.read(job_, places_, samples_);
+      toSteps([&](int row) KIP_INLINE_LAMBDA { return samples_.at[row]; }, band_.samples);
+      if (reduction_.noise != nullptr) readThresholds(s);
+      diffuse<kDiffusion>({above_[0] + s, above_[1] + s});
+      toRows(band_.levels, levels_);
+      access_.write(job_, places_, levels_);
       for (int up = 1; up <= kAbove; ++up) keepErrors(up, s);
       std::memmove(band_.errors[0], band_.errors[kSteps], kHistory * sizeof(band_.errors[0]));
+    }
+  }
+
+  template <const Diffusion& kDiffusion>
+  void diffuse(const float* const (&above)[kAbove]) {
+    if (std::is_same_v<Sample, float> || normalize_) {
+      diffuseSteps<kDiffusion, true>(band_, scale_, above);
+    } else if constexpr (!std::is_same_v<Sample, float>) {
+      diffuseSteps<kDiffusion, false>(band_, scale_, above);
     }
   }
 
@@ -208,16 +280,8 @@ class Diffuse {
       }
     }
     // The row above a single row will be two rows above the next one; these columns of it come before the first step.
-    if (rows_ == 1) std::copy_n(above_[0], trail_, above_[1]);
+    if (places_.rows == 1) std::copy_n(above_[0], trail_, above_[1]);
   }
-
-  /// Where a row is during the steps: at column first + i at step i, inside the image from step begin to before step
-  /// end.
-  struct Place {
-    int64_t first;
-    int begin, end;
-    int inside() const { return end - begin; }
-  };
 
   Place placeOf(int row, int64_t s) const {
     const int64_t first = s - row * trail_;
@@ -227,10 +291,10 @@ class Diffuse {
 
   /// The places of all rows in the steps from s on, and their limits.
   void place(int64_t s) {
-    bool inside = rows_ == kBand;
+    bool inside = places_.rows == kBand;
     for (int row = 0; row < kBand; ++row) {
-      place_[row] = row < rows_ ? placeOf(row, s) : Place{};
-      inside = inside && place_[row].inside() == kSteps;
+      places_.of[row] = row < places_.rows ? placeOf(row, s) : Place{};
+      inside = inside && places_.of[row].inside() == kSteps;
     }
     band_.limitStep = !inside;
     setLimits(inside ? 1 : kSteps);
@@ -243,8 +307,8 @@ class Diffuse {
     for (int lane = 0; lane < kBand; lane += kLanes<float>) {
       alignas(64) int32_t begin[kLanes<float>], end[kLanes<float>];
       for (int i = 0; i < kLanes<float>; ++i) {
-        begin[i] = place_[rowAt(lane + i)].begin;
-        end[i] = place_[rowAt(lane + i)].end;
+        begin[i] = places_.of[rowAt(lane + i)].begin;
+        end[i] = places_.of[rowAt(lane + i)].end;
       }
       const I32 first = hn::Load(d, begin), last = hn::Load(d, end);
       for (int step = 0; step < steps; ++step) {
@@ -256,101 +320,71 @@ class Diffuse {
     }
   }
 
-  void readSamples() {
-    const int pixelBytes = perPixel_ * sizeof(S);
-    for (int row = 0; row < rows_; ++row) {
-      const Place& place = place_[row];
-      const uint8_t* from = job_.src.row(0, y_ + row) + place.first * pixelBytes;
-      prefetchNext(from, pixelBytes);
-      alignas(64) uint8_t inside[kSteps * 4 * sizeof(S)];
-      if (place.inside() < kSteps) {
-        std::copy(from + place.begin * pixelBytes, from + place.end * pixelBytes, inside + place.begin * pixelBytes);
-        from = inside;
-      }
-      switch (perPixel_) {
-        case 1:
-          takeChannel<S, 1>(from, channel_, samples_.at[row]);
-          break;
-        case 3:
-          takeChannel<S, 3>(from, channel_, samples_.at[row]);
-          break;
-        default:
-          takeChannel<S, 4>(from, channel_, samples_.at[row]);
+  /// Four rows together, from the column on that the last one of them is at.
+  void readThresholds(int64_t s) {
+    for (int group = 0; group < places_.rows; group += 4) {
+      const float* values = reduction_.noise->row(places_.y + group);
+      const Kip16s* columns = NoiseTables::columnsFrom(s - (group + 3) * trail_);
+      for (int i = 0; i < kSteps + 3 * trail_; i += kLanes<float>) {
+        F32 noise[4];
+        loadNoise(values, columns + i, noise);
+        for (int row = 0; row < 4; ++row) hn::Store(noise[row], Tag<float>(), &thresholds_[group + row][i]);
       }
     }
-    toSteps(samples_, band_.samples);
-  }
-
-  /// So many rows at once are more than the processor keeps track of.
-  KIP_INLINE static void prefetchNext(const uint8_t* from, int pixelBytes) {
-    for (int i = 0; i < kSteps * pixelBytes; i += 64) hwy::Prefetch(from + 2 * kSteps * pixelBytes + i);
-  }
-
-  void readThresholds() {
-    const Kip16s* columns = reduction_.noise->columns();
-    for (int row = 0; row < rows_; ++row) {
-      const Place& place = place_[row];
-      const float* noise = reduction_.noise->row(y_ + row);
-      for (int i = place.begin; i < place.end; ++i) {
-        thresholds_.at[row][i] = noise[columns[(place.first + i) % NoiseTables::kCount]];
-      }
-    }
-    toSteps(thresholds_, band_.thresholds);
-  }
-
-  void writeLevels() {
-    toRows(band_.levels, levels_);
-    for (int row = 0; row < rows_; ++row) {
-      switch (perPixel_) {
-        case 1:
-          writeRow<1>(row, levels_.at[row]);
-          break;
-        case 3:
-          writeRow<3>(row, levels_.at[row]);
-          break;
-        default:
-          writeRow<4>(row, levels_.at[row]);
-      }
-    }
-  }
-
-  template <int kPerPixel>
-  void writeRow(int row, const uint16_t* levels) {
-    constexpr int kBytes = kPerPixel * sizeof(D);
-    const Place& place = place_[row];
-    uint8_t* to = job_.dst.row(0, y_ + row) + place.first * kBytes;
-    prefetchNext(to, kBytes);
-    if (sharesPixels_) {
-      putChannel<D, kPerPixel>(levels + place.begin, to + place.begin * kBytes + channel_ * sizeof(D), place.inside());
-    } else if (place.inside() == kSteps) {
-      replaceChannel<D, kPerPixel>(levels, channel_, to);
-    } else {
-      alignas(64) uint8_t inside[kSteps * kBytes];
-      std::copy(to + place.begin * kBytes, to + place.end * kBytes, inside + place.begin * kBytes);
-      replaceChannel<D, kPerPixel>(levels, channel_, inside);
-      std::copy(inside + place.begin * kBytes, inside + place.end * kBytes, to + place.begin * kBytes);
-    }
+    toSteps([&](int row) KIP_INLINE_LAMBDA { return thresholds_[row] + (3 - row % 4) * trail_; }, band_.thresholds);
   }
 
   /// The errors of the row that is `up` rows above the next band.
   void keepErrors(int up, int64_t s) {
-    const Place place = placeOf(rows_ - up, s);
-    const int lane = errorLaneOf(rows_ - up);
+    const Place place = placeOf(places_.rows - up, s);
+    const int lane = errorLaneOf(places_.rows - up);
     for (int i = place.begin; i < place.end; ++i) above_[up - 1][place.first + i] = band_.errors[kHistory + i][lane];
   }
 
+  static constexpr int kMostTrail = 4;
+  static constexpr int kColumns = (kSteps + 3 * kMostTrail + kLanes<float> - 1) / kLanes<float> * kLanes<float>;
+
   const Job& job_;
   const Reduction& reduction_;
-  int perPixel_;
-  bool sharesPixels_ = false;  // with other threads
-  Scale scale_;
+  const BandAccess<Sample> access_;
+  const Scale scale_;
+  const bool normalize_;
   float* above_[kAbove];
-  int channel_ = 0, y_ = 0, rows_ = 0, trail_ = 0;
-  Place place_[kBand];
+  int trail_ = 0;
+  BandPlaces places_;
   BandRows<Sample> samples_;
   BandRows<uint16_t> levels_;
-  BandRows<float> thresholds_;
+  alignas(64) float thresholds_[kBand][kColumns];
   BandState<Sample> band_;
+};
+
+/// Error diffusion from samples of type S to samples of type D.
+template <class S, class D>
+struct Diffuse {
+  static void channels(const Job& job, int first, int last) {
+    const auto& reduction = *static_cast<const Reduction*>(job.parameters);
+    const float full = kFullScale<D>;
+    const Scale scale = {full, intervalOf(reduction.intervals, full), reduction.intervals / full, kNormal<S>};
+    float* errorRows = reduction.errorRows + first * kAbove * reduction.errorRowLength;
+    DiffuseChannels<Sample>(job, access(reduction.channels.perPixel), scale, kNormalize, errorRows)
+        .channels(first, last);
+  }
+
+ private:
+  static constexpr bool kFloats = std::is_same_v<S, float>;
+  static constexpr bool kNormalize = kFloats || sizeof(S) != sizeof(D);
+  using Sample = std::conditional_t<kFloats, float, uint16_t>;
+
+  static BandAccess<Sample> access(int perPixel) {
+    switch (perPixel) {
+      case 1:
+        return {readSamples<S, 1, Sample>, writeLevels<D, 1>};
+      case 3:
+        return {readSamples<S, 3, Sample>, writeLevels<D, 3>};
+      default:
+        return {readSamples<S, 4, Sample>, writeLevels<D, 4>};
+    }
+  }
 };
 
 }  // namespace HWY_NAMESPACE

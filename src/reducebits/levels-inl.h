@@ -146,13 +146,24 @@ KIP_INLINE void storeReduced(V v, D* to) {
   hn::StoreU(v, d, to);
 }
 
+/// A full vector of values of noise of each of four rows from a multiple of four on: NoiseTables::row() of the first
+/// and columnsFrom() the first pixel.
+KIP_INLINE void loadNoise(const float* values, const Kip16s* columns, F32 (&rows)[4]) {
+  for (int pixel = 0; pixel < 4; ++pixel) {  // of the four of a block; at first, rows are below one another
+    rows[pixel] = as<float>(loadBlocksAt([&](int block) KIP_INLINE_LAMBDA {
+      return reinterpret_cast<const uint8_t*>(values + columns[4 * block + pixel]);
+    }));
+  }
+  transposeBlocks<float>(rows);
+}
+
 /// The thresholds of the samples of some pixels of four rows: as many rows as the dither's period.
 class Thresholds {
  public:
   static constexpr int kRows = 4;
   static constexpr int kSamples = 512;  // of a row, at most
 
-  Thresholds(const Reduction& reduction, float q)
+  HWY_NOINLINE Thresholds(const Reduction& reduction, float q)
       : reduction_(reduction), pixels_(reduction.channels.perPixel == 1 ? kSamples : kSamples / 4), q_(set(q)) {
     for (int y = 0; y < kRows; ++y) {
       bayer_[y] = bayerRow(y);
@@ -169,17 +180,11 @@ class Thresholds {
   bool repeat() const { return reduction_.method == kipDitherNone || reduction_.noise == nullptr; }
 
   /// Adds the noise of `count` pixels from x on of the rows from y on, multiples of pixels() and of kRows.
-  void addNoise(size_t x, int count, int y) {
+  HWY_NOINLINE void addNoise(size_t x, int count, int y) {
     const float* values = reduction_.noise->row(y);
-    const Kip16s* columns = reduction_.noise->columns() + x % NoiseTables::kCount;
     for (int i = 0; i < count; i += kLanes<float>) {
-      F32 noise[kRows];  // of a pixel in each block at first, the rows below one another
-      for (int pixel = 0; pixel < kRows; ++pixel) {
-        noise[pixel] = as<float>(loadBlocksAt([&](int block) KIP_INLINE_LAMBDA {
-          return reinterpret_cast<const uint8_t*>(values + columns[i + 4 * block + pixel]);
-        }));
-      }
-      transposeBlocks<float>(noise);
+      F32 noise[kRows];
+      loadNoise(values, NoiseTables::columnsFrom(x + i), noise);
       for (int row = 0; row < kRows; ++row) {
         hn::Store(hn::Mul(hn::Add(bayer_[row], noise[row]), q_), Tag<float>(), &ofPixels_[row][i]);
       }

@@ -13,7 +13,8 @@ constexpr uint32_t kSeed = 0;
 /// What all noise has in common.
 struct Drawn {
   int32_t numbers[2][kCount / 2];  // behind the values: the even ones, then the odd ones
-  Kip16s columns[kCount];          // where among the values each column begins: at its random offset and its number
+  // Where among the values each column begins: at its random offset and its number.
+  Kip16s columns[kCount + NoiseTables::kAhead];
 
   constexpr Drawn() : numbers(), columns() {
     RandomNumbers random(kSeed);
@@ -24,6 +25,7 @@ struct Drawn {
       const int start = (offset(number) + i) % kCount;
       columns[i] = static_cast<Kip16s>(start % 2 * kCount + start / 2);
     }
+    std::copy_n(columns, NoiseTables::kAhead, columns + kCount);
   }
 };
 constexpr Drawn kDrawn;
@@ -42,6 +44,6 @@ KipStatus NoiseTables::make(float low, float high) {
   return kipStatusOk;
 }
 
-const Kip16s* NoiseTables::columns() { return kDrawn.columns; }
+const Kip16s* NoiseTables::columnsFrom(int64_t x) { return kDrawn.columns + (x & (kCount - 1)); }
 
 }  // namespace kip
