@@ -5,7 +5,6 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "reducebits/reducebits.cpp"
 #include "hwy/foreach_target.h"
-#include "hwy/cache_control.h"
 #include "hwy/highway.h"
 
 #include "reducebits/bytes-inl.h"
