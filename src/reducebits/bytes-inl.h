@@ -8,6 +8,10 @@
 #define KIP_REDUCEBITS_BYTES_INL_H_
 #endif
 
+#include <algorithm>
+#include <bit>
+#include <iterator>
+
 #include "frame/bytetable-inl.h"
 #include "reducebits/levels-inl.h"
 
@@ -31,11 +35,6 @@ AnyByteTable tableOf(const Entry& entry) {
     hn::Store(samplesFrom(of, uint8_t()), Tag<uint8_t>(), table + i);
   }
   return AnyByteTable(table);
-}
-
-template <class Op>
-KIP_INLINE F32 lowerLevel(const Op& op, F32 v) {
-  return hn::Mul(op.interval(v), op.q);
 }
 
 /// No dither.
@@ -62,8 +61,6 @@ class DitheredByte {
   }
 
  private:
-  static F32 lower(const Scaled<uint8_t, uint8_t>& op, F32 v) { return hn::Mul(op.interval(v), op.q); }
-
   /// How many of the matrix's entries, 0 .. 15, a distance to the lower level exceeds.
   static KIP_INLINE I32 exceeded(const Scaled<uint8_t, uint8_t>& op, F32 distance) {
     I32 count = set(0);
@@ -79,29 +76,6 @@ class DitheredByte {
   AnyByteTable lower_, upper_, exceeded_;
 };
 
-/// Ordered dither with noise, an arithmetic of Levels.
-class NoisyByte : public Precise<uint8_t, uint8_t> {
- public:
-  explicit NoisyByte(float intervals)
-      : Precise(intervals),
-        lower_(tableOf([&](F32 v) { return written(lowerLevel(*this, normal(v))); })),
-        upper_(tableOf([&](F32 v) { return written(hn::Add(lowerLevel(*this, normal(v)), q)); })) {}
-
-  KIP_INLINE U8 reduced(const uint8_t* from, const float* thresholds) const {
-    __mmask16 up[4];
-    for (int i = 0; i < 4; ++i) {
-      const F32 v = normal(loadFloats(from + i * kLanes<float>));
-      up[i] = hn::Gt(hn::Sub(v, lowerLevel(*this, v)), hn::Load(Tag<float>(), thresholds + i * kLanes<float>)).raw;
-    }
-    const __mmask64 all = _mm512_kunpackd(_mm512_kunpackw(up[3], up[2]), _mm512_kunpackw(up[1], up[0]));
-    const U8 v = hn::LoadU(Tag<uint8_t>(), from);
-    return U8{_mm512_mask_blend_epi8(all, lower_(v).raw, upper_(v).raw)};
-  }
-
- private:
-  AnyByteTable lower_, upper_;
-};
-
 /// The dither's matrix as the samples of four rows of pixels have it, again and again.
 template <int kPerPixel>
 struct BayerOfSamples {
@@ -115,15 +89,128 @@ struct BayerOfSamples {
   alignas(64) uint8_t row[4][kSamples] = {};
 };
 
+/// Ordered dither with noise. Distances to the lower level and thresholds are compared as codes of 16 bits, of which
+/// the greater ones are those of greater floats; where two are the same, the floats themselves decide.
+class NoisyByte : public Precise<uint8_t, uint8_t> {
+ public:
+  explicit NoisyByte(const Reduction& reduction)
+      : Precise(reduction.intervals),
+        tables{tableOf([&](F32 v) { return written(lowerLevel(*this, normal(v))); }),
+               tableOf([&](F32 v) { return written(hn::Add(lowerLevel(*this, normal(v)), q)); }),
+               tableOf([&](F32 v) { return hn::ShiftRight<8>(code(distance(v))); }),
+               tableOf([&](F32 v) { return hn::And(code(distance(v)), set(0xFF)); })},
+        noise_(*reduction.noise) {}
+
+  const struct Tables {
+    AnyByteTable lower, upper;  // level
+    AnyByteTable high, low;     // byte of the distance's code
+  } tables;
+
+  /// The codes of the thresholds of pixels, a quarter of them in each vector.
+  KIP_INLINE I32 thresholdCodes(F32 bayer, F32 noise) const { return code(hn::Mul(hn::Add(bayer, noise), q)); }
+
+  /// The samples from sample `first` on of row y. The tables are a copy, which stays in registers.
+  KIP_INLINE U8 reduced(const Tables& copy, U8 v, U8 highThresholds, U8 lowThresholds, int perPixel, size_t first,
+                        int y) const {
+    const __m512i high = copy.high(v).raw, low = copy.low(v).raw;
+    const __mmask64 sameHigh = _mm512_cmpeq_epi8_mask(high, highThresholds.raw);
+    const __mmask64 same = _mm512_mask_cmpeq_epi8_mask(sameHigh, low, lowThresholds.raw);
+    __mmask64 up = _mm512_cmpgt_epu8_mask(high, highThresholds.raw) |
+                   _mm512_mask_cmpgt_epu8_mask(sameHigh, low, lowThresholds.raw);
+    if (HWY_UNLIKELY(same != 0)) up |= exceeding(same, v, perPixel, first, y);
+    return U8{_mm512_mask_blend_epi8(up, copy.lower(v).raw, copy.upper(v).raw)};
+  }
+
+ private:
+  /// A distance of 0 becomes kZero, and of an interval kZero + kInterval. The thresholds that 16 bits do not hold
+  /// saturate, which leaves them below or above all distances.
+  static constexpr float kZero = 5000, kInterval = 55000;
+
+  KIP_INLINE F32 distance(F32 byte) const {
+    const F32 v = normal(byte);
+    return hn::Sub(v, lowerLevel(*this, v));
+  }
+  KIP_INLINE I32 code(F32 v) const { return truncated(hn::MulAdd(v, set(kInterval * intervals), set(kZero))); }
+
+  /// Which of some samples exceed their thresholds.
+  HWY_NOINLINE uint64_t exceeding(uint64_t which, U8 v, int perPixel, size_t first, int y) const {
+    alignas(64) uint8_t bytes[kLanes<uint8_t>];
+    hn::Store(v, Tag<uint8_t>(), bytes);
+    uint64_t up = 0;
+    for (; which != 0; which &= which - 1) {
+      const int i = std::countr_zero(which);
+      const size_t x = (first + i) / perPixel;
+      const float noise = noise_.row(y)[*NoiseTables::columnsFrom(x)];
+      const F32 threshold = hn::Mul(hn::Add(set(bayerAt(x, y)), set(noise)), q);
+      const F32 exact = distance(set(static_cast<float>(bytes[i])));
+      up |= uint64_t{hn::GetLane(exact) > hn::GetLane(threshold)} << i;
+    }
+    return up;
+  }
+
+  const NoiseTables& noise_;
+};
+
+/// Which of a vector of pixels, packed from four of floats, belong to the samples of as many pixels.
+template <int kPerPixel>
+struct PackedPixels {
+  constexpr PackedPixels() {
+    for (int i = 0; i < kPerPixel * kLanes<uint8_t>; ++i) {
+      const int pixel = i / kPerPixel, lane = pixel % kLanes<float>;
+      of[i / kLanes<uint8_t>][i % kLanes<uint8_t>] =
+          static_cast<uint8_t>(lane / 4 * 16 + pixel / kLanes<float> * 4 + lane % 4);
+    }
+  }
+  alignas(64) uint8_t of[kPerPixel][kLanes<uint8_t>] = {};
+};
+
+/// The codes of the thresholds of the samples of some pixels of four rows.
+template <int kPerPixel>
+class NoisyThresholds {
+ public:
+  static constexpr int kRows = 4;
+  static constexpr int kPixels = 256;
+
+  NoisyThresholds() : bayer_{bayerRow(0), bayerRow(1), bayerRow(2), bayerRow(3)} {}
+
+  /// Of `count` pixels from x on, of the rows from y on, multiples of kPixels and kRows.
+  void make(const NoisyByte& op, const NoiseTables& noise, size_t x, int count, int y) {
+    for (int i = 0; i < count; i += kLanes<uint8_t>) {
+      F32 noises[4][kRows];
+      for (int k = 0; k < 4; ++k) {
+        loadNoise(noise.row(y), NoiseTables::columnsFrom(x + i + k * kLanes<float>), noises[k]);
+      }
+      for (int row = 0; row < kRows; ++row) {
+        I32 codes[4];
+        for (int k = 0; k < 4; ++k) codes[k] = op.thresholdCodes(bayer_[row], noises[k][row]);
+        const U16 words[2] = {packUnsignedWords(codes[0], codes[1]), packUnsignedWords(codes[2], codes[3])};
+        spread(packBytes(oddBytes(as<uint8_t>(words[0])), oddBytes(as<uint8_t>(words[1]))), &high[row][i * kPerPixel]);
+        spread(packBytes(evenBytes(as<uint8_t>(words[0])), evenBytes(as<uint8_t>(words[1]))), &low[row][i * kPerPixel]);
+      }
+    }
+  }
+
+  alignas(64) uint8_t high[kRows][kPixels * kPerPixel], low[kRows][kPixels * kPerPixel];
+
+ private:
+  static constexpr PackedPixels<kPerPixel> kPacked{};
+
+  KIP_INLINE static void spread(U8 packed, uint8_t* to) {
+    for (int v = 0; v < kPerPixel; ++v) {
+      hn::Store(permute(packed, kPacked.of[v]), Tag<uint8_t>(), to + v * kLanes<uint8_t>);
+    }
+  }
+
+  F32 bayer_[kRows];
+};
+
 /// Reduces whole rows byte by byte.
 struct ReduceBytes {
   static void rows(const Job& job, int first, int last) {
     const auto& reduction = *static_cast<const Reduction*>(job.parameters);
-    if (reduction.noise != nullptr) return Levels<uint8_t, uint8_t, NoisyByte>::rows(job, first, last);
-    if (reduction.method == kipDitherNone) {
-      const Plain<uint8_t, uint8_t> op(reduction.intervals);
-      return rows(NearestByte(op, reduction.intervals), job, first, last);
-    }
+    const Plain<uint8_t, uint8_t> plain(reduction.intervals);
+    if (reduction.method == kipDitherNone) return rows(NearestByte(plain, reduction.intervals), job, first, last);
+    if (reduction.noise != nullptr) return rows(NoisyByte(reduction), job, first, last);
     rows(DitheredByte(Scaled<uint8_t, uint8_t>(reduction.intervals)), job, first, last);
   }
 
@@ -141,21 +228,56 @@ struct ReduceBytes {
     }
   }
 
-  template <int kPerPixel, bool kKeepsFourth, class Op>
-  static void rows(const Op& op, const Job& job, int first, int last) {
-    static constexpr BayerOfSamples<kPerPixel> kThresholds;
+  /// Samples first .. last - 1 of row y through reduced(bytes, sample).
+  template <bool kKeepsFourth, class Reduced>
+  KIP_INLINE static void samples(const Job& job, int y, size_t first, size_t last, const Reduced& reduced) {
     using From = Flat<uint8_t, uint8_t, false>;
     using To = Flat<uint8_t, uint8_t, kKeepsFourth>;
-    const size_t samples = static_cast<size_t>(job.width) * kPerPixel;
+    size_t at = first;
+    forBlocks<From, To>({{job.src.row(0, y)}}, {{job.dst.row(0, y)}}, first, last,
+                        [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+                          storeReduced<kKeepsFourth>(reduced(hn::LoadU(Tag<uint8_t>(), from.at[0]), at), to.at[0]);
+                          at += kLanes<uint8_t>;
+                        });
+  }
+
+  template <int kPerPixel, bool kKeepsFourth, class Op>
+  static void rows(Op op, const Job& job, int first, int last) {
+    static constexpr BayerOfSamples<kPerPixel> kThresholds;
     for (int y = first; y < last; ++y) {
       const auto& thresholds = kThresholds.row[y % 4];
       const uint8_t* threshold = thresholds;
-      forBlocks<From, To>({{job.src.row(0, y)}}, {{job.dst.row(0, y)}}, 0, samples,
-                          [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
-                            storeReduced<kKeepsFourth>(op(hn::LoadU(Tag<uint8_t>(), from.at[0]), threshold), to.at[0]);
-                            threshold += kLanes<uint8_t>;
-                            if (threshold == std::end(thresholds)) threshold = thresholds;
-                          });
+      samples<kKeepsFourth>(job, y, 0, size_t{kPerPixel} * job.width, [&](U8 v, size_t) KIP_INLINE_LAMBDA {
+        const uint8_t* now = threshold;
+        threshold += kLanes<uint8_t>;
+        if (threshold == std::end(thresholds)) threshold = thresholds;
+        return op(v, now);
+      });
+    }
+  }
+
+  template <int kPerPixel, bool kKeepsFourth>
+  static void rows(const NoisyByte& op, const Job& job, int first, int last) {
+    using Thresholds = NoisyThresholds<kPerPixel>;
+    const NoiseTables& noise = *static_cast<const Reduction*>(job.parameters)->noise;
+    Thresholds thresholds;
+    const NoisyByte::Tables tables = op.tables;
+    const size_t width = job.width;
+    for (int y = first, next; y < last; y = next) {
+      const int period = y - y % Thresholds::kRows;
+      next = std::min(period + Thresholds::kRows, last);
+      for (size_t x = 0; x < width; x += Thresholds::kPixels) {
+        const size_t end = std::min(x + Thresholds::kPixels, width), begin = x * kPerPixel;
+        thresholds.make(op, noise, x, static_cast<int>(end - x), period);
+        for (int row = y; row < next; ++row) {
+          const auto &high = thresholds.high[row - period], &low = thresholds.low[row - period];
+          samples<kKeepsFourth>(job, row, begin, end * kPerPixel, [&](U8 v, size_t sample) KIP_INLINE_LAMBDA {
+            const Tag<uint8_t> d;
+            return op.reduced(tables, v, hn::Load(d, high + (sample - begin)), hn::Load(d, low + (sample - begin)),
+                              kPerPixel, sample, row);
+          });
+        }
+      }
     }
   }
 };

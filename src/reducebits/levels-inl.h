@@ -120,8 +120,12 @@ struct PreciseBytes : Precise<S, Kip8u> {
 };
 
 template <class Op>
+KIP_INLINE F32 lowerLevel(const Op& op, F32 v) {
+  return hn::Mul(op.interval(v), op.q);
+}
+template <class Op>
 KIP_INLINE I32 reduced(const Op& op, F32 v, F32 threshold) {
-  const F32 lower = hn::Mul(op.interval(v), op.q);
+  const F32 lower = lowerLevel(op, v);
   return op.written(addWhere(hn::Gt(hn::Sub(v, lower), threshold), lower, op.q));
 }
 
@@ -155,6 +159,13 @@ KIP_INLINE void loadNoise(const float* values, const Kip16s* columns, F32 (&rows
     }));
   }
   transposeBlocks<float>(rows);
+}
+
+/// A row of the dither's matrix, in intervals, again and again.
+KIP_INLINE F32 bayerRow(int y) {
+  float row[4];
+  for (int x = 0; x < 4; ++x) row[x] = bayerAt(x, y);
+  return hn::LoadDup128(Tag<float>(), row);
 }
 
 /// The thresholds of the samples of some pixels of four rows: as many rows as the dither's period.
@@ -196,13 +207,6 @@ class Thresholds {
   int samples() const { return pixels_ * reduction_.channels.perPixel; }
 
  private:
-  /// A row of the dither's matrix, again and again.
-  static F32 bayerRow(int y) {
-    float row[4];
-    for (int x = 0; x < 4; ++x) row[x] = static_cast<float>(kBayer[y][x]) / 15;
-    return hn::LoadDup128(Tag<float>(), row);
-  }
-
   /// Makes the thresholds of pixels those of each of their samples.
   void spread(int count) {
     switch (reduction_.channels.perPixel) {
@@ -294,16 +298,12 @@ struct Levels {
 
   template <bool kKeepsFourth>
   KIP_INLINE static void block(const Op& op, const S* from, const float* threshold, D* to) {
-    if constexpr (requires { op.reduced(from, threshold); }) {
-      storeReduced<kKeepsFourth>(op.reduced(from, threshold), to);
-    } else {
-      I32 levels[kVectors];
-      for (int i = 0; i < kVectors; ++i) {
-        const int at = i * kLanes<float>;
-        levels[i] = reduced(op, op.normal(loadFloats(from + at)), hn::Load(Tag<float>(), threshold + at));
-      }
-      storeReduced<kKeepsFourth>(samplesFrom(levels, D()), to);
+    I32 levels[kVectors];
+    for (int i = 0; i < kVectors; ++i) {
+      const int at = i * kLanes<float>;
+      levels[i] = reduced(op, op.normal(loadFloats(from + at)), hn::Load(Tag<float>(), threshold + at));
     }
+    storeReduced<kKeepsFourth>(samplesFrom(levels, D()), to);
   }
 };
 

@@ -36,4 +36,7 @@ inline float intervalOf(float intervals, float fullScale) {
 /// 4 x 4 ordered dither, in fifteenths of an interval.
 constexpr int kBayer[4][4] = {{0, 8, 2, 10}, {12, 4, 14, 6}, {3, 11, 1, 9}, {15, 7, 13, 5}};
 
+/// In intervals, at a pixel.
+inline float bayerAt(size_t x, int y) { return static_cast<float>(kBayer[y % 4][x % 4]) / 15; }
+
 }  // namespace kip
