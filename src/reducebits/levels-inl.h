@@ -53,16 +53,28 @@ KIP_INLINE I16 samplesFrom(const I32 (&v)[2], int16_t) {
   return as<int16_t>(hn::Xor(packInOrder(v[0], v[1]), set<uint16_t>(0x8000)));
 }
 
-/// a x b + 0.000009 in double precision, truncated.
-KIP_INLINE I32 preciseProduct(F32 a, float b) {
+/// v x factor + 0.000009 in double precision, rounded down; 0 where it is negative. Whole factors below 2^16 only.
+KIP_INLINE F32 preciseProduct(F32 v, float factor) {
+  constexpr double kTolerance = 9e-6;
+#if HWY_TARGET == HWY_AVX2 || KIP_AVX512
+  // One whole number is within half of the product, or a little more. How far the product is beyond it, rounded once,
+  // is exact where that is near the tolerance: v is at least 2^-16 there, the distance a multiple of 2^-40 and below
+  // 2^-16.
+  const F32 whole = hn::Round(hn::Mul(v, set(factor)));
+  const F32 beyond = hn::MulSub(v, set(factor), whole);
+  const auto above = hn::Lt(beyond, set(static_cast<float>(-kTolerance)));
+  return hn::Max(addWhere(above, whole, set(-1.f)), set(0.f));
+#else
   const Tag<double> d;
   const hn::Half<Tag<float>> halfFloats;
-  const hn::Half<Tag<int32_t>> halfInts;
   const auto product = [&](hn::Vec<decltype(halfFloats)> half) KIP_INLINE_LAMBDA {
-    const auto sum = hn::Add(hn::Mul(hn::PromoteTo(d, half), hn::Set(d, b)), hn::Set(d, 9e-6));
-    return hn::DemoteTo(halfInts, sum);
+    const auto sum = hn::Add(hn::Mul(hn::PromoteTo(d, half), hn::Set(d, factor)), hn::Set(d, kTolerance));
+    return hn::DemoteTo(hn::Half<Tag<int32_t>>(), sum);
   };
-  return hn::Combine(Tag<int32_t>(), product(hn::UpperHalf(halfFloats, a)), product(hn::LowerHalf(halfFloats, a)));
+  const I32 whole =
+      hn::Combine(Tag<int32_t>(), product(hn::UpperHalf(halfFloats, v)), product(hn::LowerHalf(halfFloats, v)));
+  return hn::ConvertTo(Tag<float>(), hn::Max(whole, set(0)));
+#endif
 }
 
 /// Samples on the scale 0 .. 1, single precision: no dither.
@@ -94,9 +106,9 @@ struct Precise {
   KIP_INLINE F32 interval(F32 v) const {
     // Of bytes, single precision gives the same.
     if constexpr (sizeof(S) == 1) return hn::Trunc(hn::Mul(v, set(intervals)));
-    return hn::ConvertTo(Tag<float>(), preciseProduct(v, intervals));
+    return preciseProduct(v, intervals);
   }
-  KIP_INLINE I32 written(F32 level) const { return preciseProduct(level, kFullScale<D>); }
+  KIP_INLINE I32 written(F32 level) const { return truncated(preciseProduct(level, kFullScale<D>)); }
   float intervals;
   F32 q;
 };
@@ -174,10 +186,14 @@ class Thresholds {
   static constexpr int kRows = 4;
   static constexpr int kSamples = 512;  // of a row, at most
 
-  HWY_NOINLINE Thresholds(const Reduction& reduction, float q)
-      : reduction_(reduction), pixels_(reduction.channels.perPixel == 1 ? kSamples : kSamples / 4), q_(set(q)) {
+  HWY_NOINLINE Thresholds(const Reduction& reduction, float q) : reduction_(reduction), q_(set(q)) {
+    for (int y = 0; y < kRows; ++y) bayer_[y] = bayerRow(y);
+    if (!repeat()) {
+      pixels_ = reduction.channels.perPixel == 1 ? kSamples : kSamples / 4;
+      return;
+    }
+    pixels_ = kLanes<uint8_t>;
     for (int y = 0; y < kRows; ++y) {
-      bayer_[y] = bayerRow(y);
       const F32 row = reduction.method == kipDitherNone ? set(0.5f / reduction.intervals) : hn::Mul(bayer_[y], q_);
       for (int x = 0; x < pixels_; x += kLanes<float>) hn::Store(row, Tag<float>(), &ofPixels_[y][x]);
     }
