@@ -76,17 +76,18 @@ float largest(const float* plane, int step, KipiSize size) {
   return *std::max_element(all, all + Best::kCount);
 }
 
-/// Column x is added to partial sum x mod 16, whatever the size of a vector. Two rows at a time, so that the sums of
+/// Column x is added to partial sum x mod 16, whatever the size of a vector. Some rows at a time, so that the sums of
 /// one need not wait for each other.
 long double sum(const float* plane, int step, KipiSize size) {
-  using Sums = Samples<2, 16 / kLanes<float>>;
+  constexpr int kTogether = kLanes<float> == 4 ? 2 : 4;  // as many as there are registers for
+  using Sums = Samples<kTogether, 16 / kLanes<float>>;
   long double total = 0;
-  for (int y = 0; y < size.height; y += 2) {
-    const int rows = std::min(2, size.height - y);
+  for (int y = 0; y < size.height; y += kTogether) {
+    const float* rows[kTogether];
+    for (int i = 0; i < kTogether; ++i) rows[i] = rowOf(plane, step, std::min(y + i, size.height - 1));
     Sums sums(0);
-    sums.take({rowOf(plane, step, y), rowOf(plane, step, y + rows - 1)}, size.width, 0,
-              [](F32 v, F32 sum) KIP_INLINE_LAMBDA { return hn::Add(sum, v); });
-    for (int row = 0; row < rows; ++row) {
+    sums.take(rows, size.width, 0, [](F32 v, F32 sum) KIP_INLINE_LAMBDA { return hn::Add(sum, v); });
+    for (int row = 0; row < std::min(kTogether, size.height - y); ++row) {
       float p[Sums::kCount], lane[4];
       sums.store(row, p);
       for (int i = 0; i < 4; ++i) lane[i] = (p[i] + p[4 + i]) + (p[8 + i] + p[12 + i]);
