@@ -109,7 +109,7 @@ class NoisyByte : public Precise<uint8_t, uint8_t> {
   /// The codes of the thresholds of pixels, a quarter of them in each vector.
   KIP_INLINE I32 thresholdCodes(F32 bayer, F32 noise) const { return code(hn::Mul(hn::Add(bayer, noise), q)); }
 
-  /// The samples from sample `first` on of row y. The tables are a copy, which stays in registers.
+  /// The samples from sample `first` on of row y, by a copy of the tables.
   KIP_INLINE U8 reduced(const Tables& copy, U8 v, U8 highThresholds, U8 lowThresholds, int perPixel, size_t first,
                         int y) const {
     const __m512i high = copy.high(v).raw, low = copy.low(v).raw;
@@ -241,6 +241,7 @@ struct ReduceBytes {
                         });
   }
 
+  /// Of tables that are elsewhere in memory the compiler would have to think that each store might change them.
   template <int kPerPixel, bool kKeepsFourth, class Op>
   static void rows(Op op, const Job& job, int first, int last) {
     static constexpr BayerOfSamples<kPerPixel> kThresholds;

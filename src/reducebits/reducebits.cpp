@@ -15,16 +15,11 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
-/// All methods from samples of type S to samples of type D: rows first .. last - 1, or channels when errors diffuse.
+/// The methods that reduce each sample by itself: rows first .. last - 1.
 template <class S, class D>
-struct Reduce {
+struct ReduceEach {
   static void rows(const Job& job, int first, int last) {
     const auto& reduction = *static_cast<const Reduction*>(job.parameters);
-    const bool diffuses = reduction.method != kipDitherNone && reduction.method != kipDitherBayer;
-    if (diffuses) return Diffuse<S, D>::channels(job, first, last);
-#if KIP_AVX512
-    if constexpr (sizeof(S) == 1) return ReduceBytes::rows(job, first, last);
-#endif
     if (reduction.method == kipDitherNone) return Levels<S, D, Plain<S, D>>::rows(job, first, last);
     if constexpr (!std::is_same_v<S, float>) {
       if (reduction.noise == nullptr) return Levels<S, D, Scaled<S, D>>::rows(job, first, last);
@@ -35,6 +30,20 @@ struct Reduce {
       }
     }
     return Levels<S, D, Precise<S, D>>::rows(job, first, last);
+  }
+};
+#if KIP_AVX512
+template <>
+struct ReduceEach<Kip8u, Kip8u> : ReduceBytes {};
+#endif
+
+/// All methods from samples of type S to samples of type D: rows first .. last - 1, or channels when errors diffuse.
+template <class S, class D>
+struct Reduce {
+  static void rows(const Job& job, int first, int last) {
+    const KipiDitherType method = static_cast<const Reduction*>(job.parameters)->method;
+    const bool diffuses = method != kipDitherNone && method != kipDitherBayer;
+    return diffuses ? Diffuse<S, D>::channels(job, first, last) : ReduceEach<S, D>::rows(job, first, last);
   }
 };
 
