@@ -1,5 +1,6 @@
 // Look-ups in a constant table of 256 bytes that is nearly straight from one sixteenth to the next, such as a transfer
-// curve: the very bytes of the table, by a few shuffles instead of 256 entries in memory.
+// curve: the very bytes of the table, by a few shuffles instead of 256 entries in memory. Where a shuffle reaches half
+// of the table, it is looked up as it is.
 
 #include <algorithm>
 
@@ -63,6 +64,28 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
+#if KIP_AVX512
+/// Turns indices into the table's entries.
+template <const uint8_t (&kTable)[256]>
+class ByteTable {
+ public:
+  KIP_INLINE ByteTable() {
+    for (int i = 0; i < 4; ++i) {
+      quarters_[i] = hn::LoadU(Tag<uint8_t>(), kTable + 64 * i);
+      asm("" : "+x"(quarters_[i].raw));  // stays in a register
+    }
+  }
+
+  KIP_INLINE U8 operator()(U8 index) const {
+    const U8 lower{_mm512_permutex2var_epi8(quarters_[0].raw, index.raw, quarters_[1].raw)};
+    const U8 upper{_mm512_permutex2var_epi8(quarters_[2].raw, index.raw, quarters_[3].raw)};
+    return as<uint8_t>(hn::IfNegativeThenElse(as<int8_t>(index), as<int8_t>(upper), as<int8_t>(lower)));
+  }
+
+ private:
+  U8 quarters_[4];
+};
+#else
 /// Turns indices into the table's entries.
 template <const uint8_t (&kTable)[256]>
 class ByteTable {
@@ -110,6 +133,7 @@ class ByteTable {
 
   U8 base_ = table(kLines.base), slope_ = table(kLines.slope);
 };
+#endif
 
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
