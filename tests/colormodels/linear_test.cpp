@@ -91,10 +91,18 @@ TEST(ColorTwist, RoundsTiesToEvenWhateverTheCallersModeAndPutsItBack) {
   EXPECT_EQ(std::vector<Kip8u>(result.begin(), result.begin() + 3), (std::vector<Kip8u>{0, 2, 2}));
 }
 
+template <class T>
+void expectSaturation(TwistFunction<T> function) {
+  const Kip32f huge[3][4] = {{1e20f, 0, 0, 0}, {-1e20f, 0, 0, 0}, {0, 0, 0, 3}};
+  const auto result = twisted<T>(function, std::vector<T>(3 * kPixels, 9), huge);
+  using Limits = std::numeric_limits<T>;
+  EXPECT_EQ(std::vector<T>(result.begin(), result.begin() + 3), (std::vector<T>{Limits::max(), Limits::min(), 3}));
+}
+
 TEST(ColorTwist, SaturatesWhatNoIntegerHolds) {
-  const Kip32f huge[3][4] = {{1e20f, 0, 0, 0}, {-1e20f, 0, 0, 0}, {0, 0, 0, -3}};
-  const auto result = twisted<Kip16s>(kipiColorTwist32f_16s_C3R, std::vector<Kip16s>(3 * kPixels, 9), huge);
-  EXPECT_EQ(std::vector<Kip16s>(result.begin(), result.begin() + 3), (std::vector<Kip16s>{32767, -32768, -3}));
+  expectSaturation<Kip8u>(kipiColorTwist32f_8u_C3R);
+  expectSaturation<Kip16u>(kipiColorTwist32f_16u_C3R);
+  expectSaturation<Kip16s>(kipiColorTwist32f_16s_C3R);
 }
 
 TEST(ColorTwist, FollowedByItsInverseStaysWithinOne) {
