@@ -448,6 +448,37 @@ KIP_INLINE void storeQuarter(I32 v, uint8_t* to) {
   hn::StoreU(hn::DemoteTo(quarter, v), quarter, to);
 }
 
+/// Eight bits of each 32-bit lane, from bit kFirst on: with AVX-512 all of the first vector, of the second and so on,
+/// otherwise those of the first block of each, of the second block and so on.
+template <int kFirst>
+KIP_INLINE U8 bytesFrom(const I32 (&lanes)[4]) {
+#if KIP_AVX512
+  // Each takes the bytes of two lanes to its own place in 64 bits.
+  alignas(64) static constexpr struct Table {
+    uint8_t shifts[64], places[64];
+    constexpr Table() : shifts(), places() {
+      for (int i = 0; i < 64; ++i) {
+        shifts[i] = i % 2 * 32 + kFirst;
+        places[i] = i % 16 / 2 * 8 + i / 16 * 2 + i % 2;
+      }
+    }
+  } kTable;
+  constexpr __mmask64 kFirstTwo = 0x0303030303030303;
+  const __m512i shifts = _mm512_load_si512(kTable.shifts);
+  __m512i bytes = _mm512_multishift_epi64_epi8(shifts, lanes[0].raw);
+  for (int k = 1; k < 4; ++k) {
+    bytes = _mm512_mask_multishift_epi64_epi8(bytes, kFirstTwo << 2 * k, shifts, lanes[k].raw);
+  }
+  return permute(U8{bytes}, kTable.places);
+#else
+  const auto words = [&](int half) KIP_INLINE_LAMBDA {
+    const auto byte = [](I32 v) KIP_INLINE_LAMBDA { return hn::And(hn::ShiftRight<kFirst>(v), set<int32_t>(0xFF)); };
+    return packWords(byte(lanes[2 * half]), byte(lanes[2 * half + 1]));
+  };
+  return packBytes(words(0), words(1));
+#endif
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();
