@@ -362,6 +362,7 @@ template <class Sixtieth>
 class FromHls32f {
  public:
   using Lane = float;
+  static constexpr int kTogether = 2;
   KIP_INLINE FromHls32f() {}
 
   KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const {
@@ -372,8 +373,9 @@ class FromHls32f {
     const F32 ahead = hn::Add(h, d120_), behind = hn::Sub(h, d120_);
     const auto gray = hn::Eq(s, hn::Zero(Tag<float>()));
     const auto channel = [&](F32 x) KIP_INLINE_LAMBDA { return hn::IfThenElse(gray, l, value(x, high, low, span)); };
-    return {channel(hn::Sub(ahead, hn::IfThenElseZero(hn::Gt(ahead, d360_), d360_))), channel(h),
-            channel(hn::Add(behind, hn::IfThenElseZero(hn::Lt(behind, hn::Zero(Tag<float>())), d360_)))};
+    const auto aheadWraps = hn::Gt(ahead, d360_), behindWraps = hn::Lt(behind, hn::Zero(Tag<float>()));
+    return {channel(hn::IfThenElse(aheadWraps, hn::Sub(ahead, d360_), ahead)), channel(h),
+            channel(hn::IfThenElse(behindWraps, hn::Add(behind, d360_), behind))};
   }
 
  private:

@@ -17,6 +17,7 @@ namespace HWY_NAMESPACE {
 class Matrix3x4 {
  public:
   using Lane = float;
+  static constexpr int kTogether = 2;
   KIP_INLINE explicit Matrix3x4(const Job& job) {
     const float* t = static_cast<const float*>(job.parameters);
     for (int i = 0; i < 12; ++i) t_[i] = pinned(t[i]);
