@@ -66,7 +66,9 @@ using DoubleTag = Tag<double>;
 
 /// Vectors that go through a curve at once: what one of them waits for, the others need not.
 template <class T>
-constexpr int kAtOnce = sizeof(T) == 1 ? 2 : 4;
+constexpr int kAtOnce = sizeof(T) > 1 ? 4
+                        : KIP_AVX512  ? 1
+                                      : 2;
 template <class T>
 struct Several {
   Vector<T> v[kAtOnce<T>];

@@ -25,27 +25,52 @@ inline int weight12(float weight) {
   return static_cast<int16_t>(static_cast<int32_t>(scaled));
 }
 
-/// Bytes: exact sums of weights x 2^12, rounded, of which the low byte is kept.
+/// Weighted sums of the channels of byte pixels, weights x 2^12, and one half.
+class WeighGray {
+ public:
+  KIP_INLINE explicit WeighGray(const Job& job)
+      : weigh_(weight12(grayWeights(job)[2]), weight12(grayWeights(job)[1]), weight12(grayWeights(job)[0])) {}
+  /// Whether two signed bytes hold each weight; G's are halves of its weight.
+  static bool fits(const Job& job) {
+    const float* w = grayWeights(job);
+    return std::max(weight12(w[0]), weight12(w[2])) <= 127 * 256 + 127;
+  }
+
+  KIP_INLINE I32 operator()(const PixelPairs& px) const { return hn::Add(weigh_(px), half_); }
+#if KIP_AVX512
+  KIP_INLINE I32 operator()(const PixelQuads& px) const { return weigh_(px, half256_); }
+#endif
+
+ private:
+  WeighPixels weigh_;
+  I32 half_ = pinned<int32_t>(1 << 11);
+#if KIP_AVX512
+  I32 half256_ = pinned<int32_t>((1 << 11) / 256);
+#endif
+};
+
+/// Bytes: exact sums, rounded, of which the low byte is kept.
 template <class Src>
 struct GrayBytes {
   static void rows(const Job& job, int first, int last) {
-    const float* w = grayWeights(job);
-    const I16 brWeights = pinnedPairs(weight12(w[2]), weight12(w[0])), gWeight = pinnedPairs(weight12(w[1]), 0);
-    const I32 half = pinned<int32_t>(1 << 11), byte = pinned<int32_t>(0xFF);
-    const auto gray = [&](const auto& px) KIP_INLINE_LAMBDA {
-      const I32 sum = hn::Add(hn::Add(dotPairs(brOf(px), brWeights), dotPairs(ggOf(px), gWeight)), half);
-      return hn::And(hn::ShiftRight<12>(sum), byte);
-    };
+    const WeighGray weigh(job);
+    if (!KIP_AVX512 || WeighGray::fits(job)) return rows(job, first, last, weigh);
+    rows(job, first, last, [&weigh](const auto& px) KIP_INLINE_LAMBDA {
+      return weigh(PixelPairs{brOf(px), ggOf(px)});
+    });
+  }
+
+ private:
+  template <class Weigh>
+  KIP_INLINE static void rows(const Job& job, int first, int last, const Weigh& weigh) {
     for (int y = first; y < last; ++y) {
-      forBlocks<Src, C1<>>(Src::rows(job.src, y), C1<>::rows(job.dst, y), 0, job.width,
-                           [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
-                             using Half = decltype(pixelsOf(Src(), from, 0));
-                             const auto half = [&](int h) KIP_INLINE_LAMBDA {
-                               return packPixels(pixelsOf(Src(), from, h), gray);
-                             };
-                             const U8 bytes = inPixelOrder<Half>(packBytes(half(0), half(1)));
-                             hn::StoreU(bytes, Tag<uint8_t>(), to.at[0]);
-                           });
+      forBlocks<Src, C1<>>(
+          Src::rows(job.src, y), C1<>::rows(job.dst, y), 0, job.width,
+          [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+            const auto lower = pixelsOf(Src(), from, 0), upper = pixelsOf(Src(), from, 1);
+            const I32 sums[4] = {weigh(lower.of[0]), weigh(lower.of[1]), weigh(upper.of[0]), weigh(upper.of[1])};
+            hn::StoreU(bytesFrom<12>(sums), Tag<uint8_t>(), to.at[0]);
+          });
     }
   }
 };

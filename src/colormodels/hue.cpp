@@ -312,6 +312,7 @@ class ToHls32f {
   template <int kCount>
   KIP_INLINE void convert(const Pixels<F32>* px, Pixels<F32>* hls) const {
     F32 delta[kCount], angle[kCount], offset[kCount];
+    hn::Mask<Tag<float>> red[kCount];
     for (int k = 0; k < kCount; ++k) {
       const F32 r = px[k].a, g = px[k].b, b = px[k].c;
       const F32 max = atLeast(atLeast(r, g), b), min = atMost(atMost(g, r), b), sum = hn::Add(max, min);
@@ -319,12 +320,13 @@ class ToHls32f {
       // The lesser of the two is max + min up to a lightness of one half.
       hls[k].c = hn::Min(hn::Sub(two_, sum), sum);
 
-      const auto red = hn::Eq(r, max), green = hn::Eq(g, max);
+      const auto green = hn::Eq(g, max);
+      red[k] = hn::Eq(r, max);
       const auto pick = [&](F32 inRed, F32 inGreen, F32 inBlue) KIP_INLINE_LAMBDA {
-        return hn::IfThenElse(red, inRed, hn::IfThenElse(green, inGreen, inBlue));
+        return hn::IfThenElse(red[k], inRed, hn::IfThenElse(green, inGreen, inBlue));
       };
       angle[k] = hn::Mul(hn::Sub(pick(g, b, r), pick(b, r, g)), d60_);
-      offset[k] = hn::IfThenZeroElse(red, hn::IfThenElse(green, d120_, d240_));
+      offset[k] = hn::IfThenZeroElse(red[k], hn::IfThenElse(green, d120_, d240_));
     }
     for (int k = 0; k < kCount; ++k) {
       angle[k] = hn::Div(angle[k], delta[k]);
@@ -333,7 +335,7 @@ class ToHls32f {
     for (int k = 0; k < kCount; ++k) {
       const F32 zero = hn::Zero(Tag<float>());
       // Angles below zero are red's: from green and from blue they are at most 60 degrees.
-      const auto wraps = hn::And(hn::Lt(angle[k], zero), hn::Eq(offset[k], zero));
+      const auto wraps = hn::And(hn::Lt(angle[k], zero), red[k]);
       const auto gray = hn::Le(delta[k], epsilon_);
       const F32 hue = hn::Div(hn::Add(angle[k], hn::IfThenElse(wraps, d360_, offset[k])), d360_);
       hls[k].a = hn::IfThenZeroElse(gray, hue), hls[k].c = hn::IfThenZeroElse(gray, hls[k].c);
@@ -362,6 +364,7 @@ template <class Sixtieth>
 class FromHls32f {
  public:
   using Lane = float;
+  static constexpr int kTogether = 2;
   KIP_INLINE FromHls32f() {}
 
   KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const {
@@ -372,8 +375,9 @@ class FromHls32f {
     const F32 ahead = hn::Add(h, d120_), behind = hn::Sub(h, d120_);
     const auto gray = hn::Eq(s, hn::Zero(Tag<float>()));
     const auto channel = [&](F32 x) KIP_INLINE_LAMBDA { return hn::IfThenElse(gray, l, value(x, high, low, span)); };
-    return {channel(hn::Sub(ahead, hn::IfThenElseZero(hn::Gt(ahead, d360_), d360_))), channel(h),
-            channel(hn::Add(behind, hn::IfThenElseZero(hn::Lt(behind, hn::Zero(Tag<float>())), d360_)))};
+    const auto aheadWraps = hn::Gt(ahead, d360_), behindWraps = hn::Lt(behind, hn::Zero(Tag<float>()));
+    return {channel(hn::IfThenElse(aheadWraps, hn::Sub(ahead, d360_), ahead)), channel(h),
+            channel(hn::IfThenElse(behindWraps, hn::Add(behind, d360_), behind))};
   }
 
  private:

@@ -17,6 +17,7 @@ namespace HWY_NAMESPACE {
 class Matrix3x4 {
  public:
   using Lane = float;
+  static constexpr int kTogether = 2;
   KIP_INLINE explicit Matrix3x4(const Job& job) {
     const float* t = static_cast<const float*>(job.parameters);
     for (int i = 0; i < 12; ++i) t_[i] = pinned(t[i]);
@@ -56,6 +57,69 @@ class IntegerMatrix {
   F32 low_ = pinned<float>(kLow), high_ = pinned<float>(kHigh);
 };
 
+#if HWY_NATIVE_FMA
+/// The matrix on unsigned samples, for numbers with which no sum leaves the 32-bit integers: the same results from
+/// less. Joined with the exponent of 2^23, a sample x is the float 2^23 + x. A factor t of it and -2^23 t, which is
+/// exact, make t x in one fused operation, with t x's one rounding.
+template <class T>
+class ModestMatrix {
+ public:
+  using Lane = T;
+  KIP_INLINE explicit ModestMatrix(const Job& job) {
+    const float* t = static_cast<const float*>(job.parameters);
+    for (int i = 0; i < 12; ++i) {
+      t_[i] = pinned(t[i]);
+      if (i % 4 != 3) less_[i] = pinned(t[i] * -kRaise);
+    }
+  }
+  static bool takes(const Job& job) {
+    constexpr float kMostFactor = 1 << 12, kMostOffset = 1 << 30;
+    static_assert(3. * kMostFactor * static_cast<T>(-1) + kMostOffset < 0x7F000000);
+    const float* t = static_cast<const float*>(job.parameters);
+    for (int i = 0; i < 12; ++i) {
+      if (!(std::fabs(t[i]) <= (i % 4 == 3 ? kMostOffset : kMostFactor))) return false;
+    }
+    return true;
+  }
+
+  KIP_INLINE Pixels<U16> operator()(const Pixels<U16>& px) const {
+    return converted(px, [](I32 l, I32 u) KIP_INLINE_LAMBDA { return packUnsignedWords(l, u); });
+  }
+  KIP_INLINE Pixels<U8> operator()(const Pixels<U8>& px) const {
+    const auto words = [](I32 l, I32 u) KIP_INLINE_LAMBDA { return packWords(l, u); };
+    const auto half = [&](auto bytes) KIP_INLINE_LAMBDA {
+      return converted(eachChannel(px, [&](U8 v) KIP_INLINE_LAMBDA { return as<uint16_t>(bytes(v)); }), words);
+    };
+    return pack(half([](U8 v) KIP_INLINE_LAMBDA { return lowerBytes(v); }),
+                half([](U8 v) KIP_INLINE_LAMBDA { return upperBytes(v); }));
+  }
+
+ private:
+  static constexpr float kRaise = 1 << 23;
+
+  /// Two sums side by side: each waits for its own terms.
+  template <class Pack>
+  KIP_INLINE auto converted(const Pixels<U16>& px, const Pack& pack) const {
+    const auto lower = [this](U16 v) KIP_INLINE_LAMBDA { return as<float>(hn::InterleaveLower(v, exponent_)); };
+    const auto upper = [this](U16 v)
+                           KIP_INLINE_LAMBDA { return as<float>(hn::InterleaveUpper(Tag<uint16_t>(), v, exponent_)); };
+    const Pixels<F32> l = eachChannel(px, lower), u = eachChannel(px, upper);
+    return Pixels<decltype(pack(I32(), I32()))>(row<0>(l, u, pack), row<1>(l, u, pack), row<2>(l, u, pack));
+  }
+  template <int kRow, class Pack>
+  KIP_INLINE auto row(const Pixels<F32>& l, const Pixels<F32>& u, const Pack& pack) const {
+    const auto product = [this](int i, F32 x)
+                             KIP_INLINE_LAMBDA { return hn::MulAdd(x, t_[4 * kRow + i], less_[4 * kRow + i]); };
+    F32 lower = hn::Add(product(0, l.a), product(1, l.b)), upper = hn::Add(product(0, u.a), product(1, u.b));
+    lower = hn::Add(lower, product(2, l.c)), upper = hn::Add(upper, product(2, u.c));
+    return pack(rounded(hn::Add(lower, t_[4 * kRow + 3])), rounded(hn::Add(upper, t_[4 * kRow + 3])));
+  }
+
+  F32 t_[12], less_[12];
+  U16 exponent_ = pinned<uint16_t>(0x4B00);  // the upper half of 2^23
+};
+#endif
+
 /// Makes the processor round to nearest for as long as it lives, whatever the caller's mode is.
 class RoundToNearest {
  public:
@@ -67,22 +131,28 @@ class RoundToNearest {
   unsigned callers_;
 };
 
-template <class Op, class Src, class Dst>
-struct RoundedConvert {
+template <int kLow, int kHigh, class Layout>
+struct TwistIntegers {
   static void rows(const Job& job, int first, int last) {
     const RoundToNearest mode;
-    Convert<Op, Src, Dst>::rows(job, first, last);
+#if HWY_NATIVE_FMA
+    if constexpr (kLow == 0) {
+      using Modest = ModestMatrix<typename Layout::T>;
+      if (Modest::takes(job)) return Convert<Modest, Layout, Layout>::rows(job, first, last);
+    }
+#endif
+    Convert<IntegerMatrix<kLow, kHigh>, Layout, Layout>::rows(job, first, last);
   }
 };
 
 template <class Layout>
-using Twist8u = RoundedConvert<IntegerMatrix<0, 255>, Layout, Layout>;
+using Twist8u = TwistIntegers<0, 255, Layout>;
 template <class Layout>
-using Twist8s = RoundedConvert<IntegerMatrix<-128, 127>, Biased<Layout>, Biased<Layout>>;
+using Twist8s = TwistIntegers<-128, 127, Biased<Layout>>;
 template <class Layout>
-using Twist16u = RoundedConvert<IntegerMatrix<0, 65535>, Layout, Layout>;
+using Twist16u = TwistIntegers<0, 65535, Layout>;
 template <class Layout>
-using Twist16s = RoundedConvert<IntegerMatrix<-32768, 32767>, Biased<Layout>, Biased<Layout>>;
+using Twist16s = TwistIntegers<-32768, 32767, Biased<Layout>>;
 template <class Layout>
 using Twist32f = Convert<Matrix3x4, Layout, Layout>;
 

@@ -1,5 +1,6 @@
 // Look-ups in a constant table of 256 bytes that is nearly straight from one sixteenth to the next, such as a transfer
-// curve: the very bytes of the table, by a few shuffles instead of 256 entries in memory.
+// curve: the very bytes of the table, by a few shuffles instead of 256 entries in memory. Where a shuffle reaches half
+// of the table, it is looked up as it is.
 
 #include <algorithm>
 
@@ -63,7 +64,35 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
-/// Turns indices into the table's entries.
+#if KIP_AVX512
+/// Turns indices into the entries of any table: there are instructions for 128 entries.
+class AnyByteTable {
+ public:
+  KIP_INLINE explicit AnyByteTable(const uint8_t (&table)[256]) {
+    for (int i = 0; i < 4; ++i) quarters_[i] = hn::LoadU(Tag<uint8_t>(), table + 64 * i);
+  }
+
+  KIP_INLINE U8 operator()(U8 index) const {
+    const auto inHalf = [&](int half) KIP_INLINE_LAMBDA {
+      return _mm512_permutex2var_epi8(quarters_[2 * half].raw, index.raw, quarters_[2 * half + 1].raw);
+    };
+    return U8{_mm512_mask_blend_epi8(_mm512_movepi8_mask(index.raw), inHalf(0), inHalf(1))};
+  }
+
+ protected:
+  U8 quarters_[4];
+};
+
+/// Turns indices into the entries of a constant table.
+template <const uint8_t (&kTable)[256]>
+class ByteTable : public AnyByteTable {
+ public:
+  KIP_INLINE ByteTable() : AnyByteTable(kTable) {
+    for (U8& quarter : quarters_) asm("" : "+v"(quarter.raw));  // stays in a register
+  }
+};
+#else
+/// Turns indices into the entries of a constant table.
 template <const uint8_t (&kTable)[256]>
 class ByteTable {
  public:
@@ -76,7 +105,7 @@ class ByteTable {
     for (int k = 0; k < kLines.curvedCount; ++k) {
       // Indices within sixteenth k or before it keep their top bit clear.
       const U8 within = hn::SaturatedAdd(index, set<uint8_t>(128 - 16 * (k + 1)));
-      entry = hn::Add(entry, lookUp(table(kLines.curved[k]), within));
+      entry = hn::Add(entry, lookUp(blockTable(kLines.curved[k]), within));
     }
     return entry;
   }
@@ -84,8 +113,6 @@ class ByteTable {
  private:
   static constexpr TableLines kLines = TableLines(kTable);
   static_assert(kLines.curvedCount <= 8, "the table is too curved");
-
-  KIP_INLINE static U8 table(const uint8_t (&bytes)[16]) { return hn::LoadDup128(Tag<uint8_t>(), bytes); }
 
   /// slope x place / 32, as the upper bytes of products by 256 / 32.
   KIP_INLINE static U8 line(U8 slope, U8 place) {
@@ -102,32 +129,13 @@ class ByteTable {
     I8 upper = as<int8_t>(hn::ShiftLeft<4>(as<uint16_t>(place)));
     // There, IfNegativeThenElse takes each bit by itself.
     if constexpr (HWY_TARGET == HWY_SSSE3) upper = hn::BroadcastSignBit(upper);
-    const U8 bits = as<uint8_t>(hn::IfNegativeThenElse(upper, as<int8_t>(lookUp(table(kLines.bits[1]), sixteenth)),
-                                                       as<int8_t>(lookUp(table(kLines.bits[0]), sixteenth))));
-    const U8 one = lookUp(table(kBits), place);
+    const U8 bits = as<uint8_t>(hn::IfNegativeThenElse(upper, as<int8_t>(lookUp(blockTable(kLines.bits[1]), sixteenth)),
+                                                       as<int8_t>(lookUp(blockTable(kLines.bits[0]), sixteenth))));
+    const U8 one = lookUp(blockTable(kBits), place);
     return as<int8_t>(hn::VecFromMask(hn::Eq(hn::And(bits, one), one)));
   }
 
-  U8 base_ = table(kLines.base), slope_ = table(kLines.slope);
-};
-
-#if KIP_AVX512
-/// The same for a table that is only known at run time, and however curved: there are instructions for 128 entries.
-class AnyByteTable {
- public:
-  KIP_INLINE explicit AnyByteTable(const uint8_t (&table)[256]) {
-    for (int i = 0; i < 4; ++i) quarter_[i] = hn::LoadU(Tag<uint8_t>(), table + 64 * i);
-  }
-
-  KIP_INLINE U8 operator()(U8 index) const {
-    const auto inHalf = [&](int half) KIP_INLINE_LAMBDA {
-      return _mm512_permutex2var_epi8(quarter_[2 * half].raw, index.raw, quarter_[2 * half + 1].raw);
-    };
-    return U8{_mm512_mask_blend_epi8(_mm512_movepi8_mask(index.raw), inHalf(0), inHalf(1))};
-  }
-
- private:
-  U8 quarter_[4];
+  U8 base_ = blockTable(kLines.base), slope_ = blockTable(kLines.slope);
 };
 #endif
 

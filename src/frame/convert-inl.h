@@ -6,7 +6,7 @@
 //   operator()(Pixels) const       the arithmetic on full vectors of those lanes
 // or, for floats, on several vectors at once (a long chain of operations waits for its own results; some chains side by
 // side use that time):
-//   kTogether                      how many it wants at most, and
+//   kTogether                      how many it wants at most, and, if it does more than the operator on each,
 //   convert<kCount>(px, result)    the arithmetic on that many Pixels, instead of the operator
 // Samples are widened to its lanes before it. Its results are 16-bit lanes, or 32-bit ones (already rounded) from
 // floats, and are packed with saturation; or lanes of the samples' own type, which are stored as they are. Where source
@@ -58,7 +58,7 @@ KIP_INLINE Pixels<U8> pack(const Pixels<I16>& lower, const Pixels<I16>& upper) {
 /// Vectors of floats through an arithmetic, as many of them at once as it wants.
 template <class Op, class R, int kParts>
 KIP_INLINE void applyFloats(const Op& op, const Pixels<F32> (&px)[kParts], Pixels<R> (&result)[kParts]) {
-  if constexpr (requires { Op::kTogether; }) {
+  if constexpr (requires { op.template convert<1>(px, result); }) {
     constexpr int kCount = HWY_MIN(Op::kTogether, kParts);
     for (int p = 0; p < kParts; p += kCount) op.template convert<kCount>(px + p, result + p);
   } else {

@@ -126,6 +126,66 @@ KIP_INLINE void storeThreeUnits(U8 first, U8 second, U8 third, uint8_t* to) {
 // ---------------------------------------------------------------------------------------------------------------------
 // Three channels
 
+#if KIP_AVX512
+/// Where samples of three channels lie in three vectors of N samples. 3 does not divide N, so those of one channel are
+/// at three different residues mod 3 and vectors of them can be blended without collision.
+template <class T>
+struct ThreeChannelTables {
+  static constexpr int kSamples = 64 / sizeof(T);  // in a vector
+  uint8_t residue1[64];                            // 0xFF at positions of residue 1
+  uint8_t third[3][64];                            // 0xFF where vector u has the third channel
+  uint8_t gather[3][64];     // channel c in the vector that has it at residue 0, and in a blend of the others
+  uint8_t scatter[3][64];    // the other two channels of vector u
+  uint8_t scatterThird[64];  // the third channel, where it is in any vector
+  constexpr ThreeChannelTables() : residue1(), third(), gather(), scatter(), scatterThird() {
+    constexpr int kBytes = sizeof(T);
+    for (int i = 0; i < 3 * 64; ++i) {
+      const int byte = i % kBytes, channel = i / kBytes % 3, sample = i / kBytes / 3;
+      const int vector = i / 64, place = i % 64, residue = place / kBytes % 3;
+      const int to = sample * kBytes + byte;
+      residue1[place] = residue == 1 ? 0xFF : 0;
+      gather[channel][to] = (residue == 0 ? 0 : 64) + place;
+      if (channel == 2) {
+        third[vector][place] = 0xFF, scatterThird[place] = to;
+      } else {
+        scatter[vector][place] = channel * 64 + to;
+      }
+    }
+  }
+};
+
+/// Three interleaved channels of samples of type T.
+template <class T>
+struct ThreeChannels {
+  using V = Vector<T>;
+
+  KIP_INLINE static void load(const T* samples, V& a, V& b, V& c) {
+    U8 v[3];
+    for (int u = 0; u < 3; ++u) v[u] = as<uint8_t>(hn::LoadU(Tag<T>(), samples + u * kN));
+    const auto channel = [&](int which) KIP_INLINE_LAMBDA {
+      const auto at = [&](int residue) { return v[(which - residue + 3) * kN % 3]; };
+      return as<T>(permute(at(0), select(kTables.residue1, at(1), at(2)), kTables.gather[which]));
+    };
+    a = channel(0), b = channel(1), c = channel(2);
+  }
+
+  KIP_INLINE static void store(V a, V b, V c, T* samples) {
+    const U8 third = permute(as<uint8_t>(c), kTables.scatterThird);
+    for (int u = 0; u < 3; ++u) {
+      const U8 others = permute(as<uint8_t>(a), as<uint8_t>(b), kTables.scatter[u]);
+      hn::StoreU(as<T>(select(kTables.third[u], third, others)), Tag<T>(), samples + u * kN);
+    }
+  }
+
+ private:
+  alignas(64) static constexpr ThreeChannelTables<T> kTables{};
+  static constexpr int kN = ThreeChannelTables<T>::kSamples;
+
+  KIP_INLINE static U8 select(const uint8_t (&places)[64], U8 there, U8 elsewhere) {
+    return hn::IfThenElse(hn::MaskFromVec(unitTable(places)), there, elsewhere);
+  }
+};
+#else
 /// Three interleaved channels of samples of type T. Three units hold N pixels, N samples to a unit; 3 does not divide
 /// N, so the samples of one channel lie in the three units at three different residues mod 3 and can be blended to one
 /// unit without collision, which a shuffle puts in order.
@@ -199,6 +259,7 @@ struct ThreeChannels {
     storeThreeUnits(unit(0), unit(1), unit(2), reinterpret_cast<uint8_t*>(samples));
   }
 };
+#endif
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Two and four channels
@@ -301,9 +362,8 @@ struct FourInterleaved {
   KIP_INLINE static void storeThree(V a, V b, V c, T* samples) {
     U8 v[4];
     interleave(a, b, c, c, v);
-    const hn::Mask<Tag<T>> fourth{static_cast<decltype(fourth.raw)>(0x8888888888888888)};
-    for (int k = 0; k < 4; ++k) v[k] = as<uint8_t>(hn::IfThenElse(fourth, as<T>(vectorAt(samples, k)), as<T>(v[k])));
-    for (int k = 0; k < 4; ++k) storeAt(v[k], samples, k);
+    const hn::Mask<Tag<T>> firstThree{static_cast<decltype(firstThree.raw)>(0x7777777777777777)};
+    for (int k = 0; k < 4; ++k) hn::BlendedStore(as<T>(v[k]), firstThree, Tag<T>(), samples + k * kLanes<T>);
   }
 
  private:

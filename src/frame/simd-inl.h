@@ -458,6 +458,46 @@ KIP_INLINE F32 addWhere(Mask mask, F32 v, F32 more) {
 #endif
 }
 
+/// Eight bits of each 32-bit lane, from bit kFirst on: with AVX-512 all of the first vector, of the second and so on,
+/// otherwise those of the first block of each, of the second block and so on.
+template <int kFirst>
+KIP_INLINE U8 bytesFrom(const I32 (&lanes)[4]) {
+#if KIP_AVX512
+  alignas(64) static constexpr struct Table {
+    uint8_t whole[64];   // bytes of two vectors, twice
+    uint8_t shifts[64];  // to the bits of the two lanes in each 64
+    uint8_t places[64];  // of these in each vector's turn
+    constexpr Table() : whole(), shifts(), places() {
+      for (int i = 0; i < 64; ++i) {
+        whole[i] = i % 32 * 4 + kFirst / 8;
+        shifts[i] = i % 2 * 32 + kFirst;
+        places[i] = i % 16 / 2 * 8 + i / 16 * 2 + i % 2;
+      }
+    }
+  } kTable;
+  if constexpr (kFirst % 8 == 0) {
+    const auto half = [&](int first) KIP_INLINE_LAMBDA {
+      return permute(as<uint8_t>(lanes[first]), as<uint8_t>(lanes[first + 1]), kTable.whole);
+    };
+    return hn::ConcatUpperLower(Tag<uint8_t>(), half(2), half(0));
+  } else {
+    constexpr __mmask64 kFirstTwo = 0x0303030303030303;
+    const __m512i shifts = _mm512_load_si512(kTable.shifts);
+    __m512i bytes = _mm512_multishift_epi64_epi8(shifts, lanes[0].raw);
+    for (int k = 1; k < 4; ++k) {
+      bytes = _mm512_mask_multishift_epi64_epi8(bytes, kFirstTwo << 2 * k, shifts, lanes[k].raw);
+    }
+    return permute(U8{bytes}, kTable.places);
+  }
+#else
+  const auto words = [&](int half) KIP_INLINE_LAMBDA {
+    const auto byte = [](I32 v) KIP_INLINE_LAMBDA { return hn::And(hn::ShiftRight<kFirst>(v), set<int32_t>(0xFF)); };
+    return packWords(byte(lanes[2 * half]), byte(lanes[2 * half + 1]));
+  };
+  return packBytes(words(0), words(1));
+#endif
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

@@ -517,9 +517,6 @@ struct Double1620 {
 template <uint8_t k0, uint8_t k1, uint8_t k2, uint8_t k3>
 struct Reorder {
   static void rows(const Job& job, int first, int last) {
-    alignas(16) static constexpr uint8_t kOrder[16] = {k0,      k1,      k2,      k3,     4 + k0, 4 + k1,
-                                                       4 + k2,  4 + k3,  8 + k0,  8 + k1, 8 + k2, 8 + k3,
-                                                       12 + k0, 12 + k1, 12 + k2, 12 + k3};
     const auto rowsAt = [&](int y, Rows<const Kip8u, 1>& from, Rows<Kip8u, 1>& to) {
       from.at[0] = job.src.row(0, y), to.at[0] = job.dst.row(0, y);
     };
@@ -529,6 +526,11 @@ struct Reorder {
       Luma{{shuffleBlocks(left, kOrder), shuffleBlocks(right, kOrder)}}.store(out.at[0]);
     });
   }
+
+ private:
+  alignas(16) static constexpr uint8_t kOrder[16] = {k0,      k1,      k2,      k3,     4 + k0, 4 + k1,
+                                                     4 + k2,  4 + k3,  8 + k0,  8 + k1, 8 + k2, 8 + k3,
+                                                     12 + k0, 12 + k1, 12 + k2, 12 + k3};
 };
 
 }  // namespace

@@ -187,19 +187,6 @@ KIP_INLINE ChannelPairs operator+(const ChannelPairs& a, const ChannelPairs& b) 
 struct LumaSums {
   I32 of[2];
 };
-/// Both halves of a block as samples.
-KIP_INLINE U8 lumaSamples(const LumaSums (&half)[2]) {
-  alignas(64) static constexpr struct Table {
-    uint8_t byte2[64];  // of each lane of two vectors, twice
-    constexpr Table() : byte2() {
-      for (int i = 0; i < 64; ++i) byte2[i] = i % 32 * 4 + 2;
-    }
-  } kTable;
-  const auto samples = [&](int h) KIP_INLINE_LAMBDA {
-    return permute(as<uint8_t>(half[h].of[0]), as<uint8_t>(half[h].of[1]), kTable.byte2);
-  };
-  return hn::ConcatUpperLower(Tag<uint8_t>(), samples(1), samples(0));
-}
 #endif
 
 /// Sums over neighbouring pixels: one pair of 16-bit sums for each two lanes of `lower`, then of `upper`.
@@ -273,7 +260,7 @@ class Encode {
 #if KIP_AVX512
   template <class Half>
   KIP_INLINE static U8 lumaSamples(const LumaSums (&half)[2]) {
-    return HWY_NAMESPACE::lumaSamples(half);
+    return bytesFrom<16>({half[0].of[0], half[0].of[1], half[1].of[0], half[1].of[1]});
   }
 #endif
 

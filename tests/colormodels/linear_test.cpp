@@ -91,10 +91,18 @@ TEST(ColorTwist, RoundsTiesToEvenWhateverTheCallersModeAndPutsItBack) {
   EXPECT_EQ(std::vector<Kip8u>(result.begin(), result.begin() + 3), (std::vector<Kip8u>{0, 2, 2}));
 }
 
+template <class T>
+void expectSaturation(TwistFunction<T> function) {
+  const Kip32f huge[3][4] = {{1e20f, 0, 0, 0}, {-1e20f, 0, 0, 0}, {0, 0, 0, 3}};
+  const auto result = twisted<T>(function, std::vector<T>(3 * kPixels, 9), huge);
+  using Limits = std::numeric_limits<T>;
+  EXPECT_EQ(std::vector<T>(result.begin(), result.begin() + 3), (std::vector<T>{Limits::max(), Limits::min(), 3}));
+}
+
 TEST(ColorTwist, SaturatesWhatNoIntegerHolds) {
-  const Kip32f huge[3][4] = {{1e20f, 0, 0, 0}, {-1e20f, 0, 0, 0}, {0, 0, 0, -3}};
-  const auto result = twisted<Kip16s>(kipiColorTwist32f_16s_C3R, std::vector<Kip16s>(3 * kPixels, 9), huge);
-  EXPECT_EQ(std::vector<Kip16s>(result.begin(), result.begin() + 3), (std::vector<Kip16s>{32767, -32768, -3}));
+  expectSaturation<Kip8u>(kipiColorTwist32f_8u_C3R);
+  expectSaturation<Kip16u>(kipiColorTwist32f_16u_C3R);
+  expectSaturation<Kip16s>(kipiColorTwist32f_16s_C3R);
 }
 
 TEST(ColorTwist, FollowedByItsInverseStaysWithinOne) {
@@ -125,14 +133,16 @@ TEST(ColorTwist, OfFourChannelsTakesAlphaIn) {
 
 TEST(Gray, OfBytesIsTheExactSumRounded) {
   const auto pixels = randomSamples<Kip8u>(3 * kPixels);
-  std::vector<Kip8u> gray(kPixels), weighted(kPixels);
-  const Kip32f blueOnly[3] = {0, 0, 1};
+  std::vector<Kip8u> gray(kPixels), weighted(kPixels), large(kPixels);
+  const Kip32f blueOnly[3] = {0, 0, 1}, largest[3] = {7.99f, -8, 7.99f};
   kipiRGBToGray_8u_C3C1R(pixels.data(), kRow3<Kip8u>, gray.data(), kSize.width, kSize);
   kipiColorToGray_8u_C3C1R(pixels.data(), kRow3<Kip8u>, weighted.data(), kSize.width, kSize, blueOnly);
+  kipiColorToGray_8u_C3C1R(pixels.data(), kRow3<Kip8u>, large.data(), kSize.width, kSize, largest);
   for (size_t i = 0; i < kPixels; ++i) {
     const Kip8u* px = &pixels[3 * i];
     ASSERT_EQ(gray[i], (1225 * px[0] + 2404 * px[1] + 467 * px[2] + 2048) >> 12);
     ASSERT_EQ(weighted[i], px[2]);
+    ASSERT_EQ(large[i], static_cast<Kip8u>((32727 * (px[0] + px[2]) - 32767 * px[1] + 2048) >> 12));
   }
 }
 
