@@ -64,7 +64,8 @@ using DoubleTag = Tag<double>;
 // ---------------------------------------------------------------------------------------------------------------------
 // Rows as samples that are all mapped alike
 
-/// Vectors that go through a curve at once: what one of them waits for, the others need not.
+/// Vectors that go through a curve at once: what one of them waits for, the others need not. With AVX-512, a look-up
+/// among bytes waits for next to nothing.
 template <class T>
 constexpr int kAtOnce = sizeof(T) > 1 ? 4
                         : KIP_AVX512  ? 1
