@@ -77,7 +77,7 @@ struct Encode {
       t[i] = Scale::toUnit(xyz[i].b);
       cell[i] = Scale::cell(xyz[i].b);
     }
-    cubeRoots<Scale::kTerms>(Scale::kSeeds, t, cell, root);
+    cubeRoots<Scale::kSeeds, Scale::kTerms>(t, cell, root);
     for (int i = 0; i < kCount; ++i) {
       const F32 l = hn::IfThenElse(Scale::isDark(xyz[i].b), Scale::darkLightness(xyz[i].b), 116.f * root[i] - 16.f);
       const F32 l13 = 13.f * l;
