@@ -7,7 +7,9 @@
 #define KIP_FRAME_FLOATTABLE_INL_H_
 #endif
 
-#include "frame/interleave-inl.h"
+#include <type_traits>
+
+#include "frame/simd-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -26,7 +28,6 @@ class FloatRows {
     return KIP_AVX512 ? place : hn::And(place, set<int32_t>(kRows - 1));  // permutes take the lower bits themselves
   }
 
-  FloatRows() = default;
 #if KIP_AVX512
   KIP_INLINE explicit FloatRows(I32 place) : place_(place) {}
   KIP_INLINE F32 column(int c) const { return part<0, kRows>(kTurned.of[c]); }
@@ -70,14 +71,15 @@ class FloatRows {
   // Loads of single rows, with the places stored first and then taken one by one, are faster than gather instructions.
   static_assert(kColumns == 2);
   KIP_INLINE explicit FloatRows(I32 place) {
-    hn::Store(as<uint32_t>(place), Tag<uint32_t>(), at_);
-    asm("" : "+m"(at_));  // or the compiler takes them out of the vector after all
+    alignas(32) uint32_t at[kLanes<float>];
+    hn::Store(as<uint32_t>(place), Tag<uint32_t>(), at);
+    asm("" : "+m"(at));  // or the compiler takes them out of the vector after all
+    const I32 a = blocks([&](int i) KIP_INLINE_LAMBDA { return rows(at[i], at[i + 1]); });
+    const I32 b = blocks([&](int i) KIP_INLINE_LAMBDA { return rows(at[i + 2], at[i + 3]); });
+    column_[0] = as<float>(evenLanes(a, b));
+    column_[1] = as<float>(oddLanes(a, b));
   }
-  KIP_INLINE F32 column(int c) const {
-    const I32 a = blocks([&](int i) KIP_INLINE_LAMBDA { return rows(at_[i], at_[i + 1]); });
-    const I32 b = blocks([&](int i) KIP_INLINE_LAMBDA { return rows(at_[i + 2], at_[i + 3]); });
-    return as<float>(c == 0 ? evenLanes(a, b) : oddLanes(a, b));
-  }
+  KIP_INLINE F32 column(int c) const { return column_[c]; }
 
  private:
   KIP_INLINE static __m128 rows(uint32_t first, uint32_t second) {
@@ -94,7 +96,7 @@ class FloatRows {
 #endif
   }
 
-  alignas(32) uint32_t at_[kLanes<float>];
+  F32 column_[kColumns];
 #endif
 };
 
