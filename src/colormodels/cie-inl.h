@@ -11,6 +11,7 @@
 
 #include "colormodels/cie-tables.h"
 #include "frame/convert-inl.h"
+#include "frame/floattable-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -37,18 +38,17 @@ constexpr Matrix kXyzToRgb = {
 
 /// The cube roots of several t, side by side. t lies in the given cell of the seeds: the root is r (1 + x)^(1/3) with r
 /// the cell's seed and x = t / r^3 - 1, its series up to x^kTerms.
-template <int kTerms, int kCount>
-KIP_INLINE void cubeRoots(const cie::CubeRootSeeds& seeds, const F32 (&t)[kCount], const I32 (&cell)[kCount],
-                          F32 (&root)[kCount]) {
+template <const cie::CubeRootSeeds& kSeeds, int kTerms, int kCount>
+KIP_INLINE void cubeRoots(const F32 (&t)[kCount], const I32 (&cell)[kCount], F32 (&root)[kCount]) {
   F32 x[kCount], sum[kCount];
   for (int i = 0; i < kCount; ++i) {
-    F32 inverseCube;
-    lookUpPairs(seeds.pair, cell[i], root[i], inverseCube);
-    x[i] = (t[i] - root[i] * root[i] * root[i]) * inverseCube;
+    const FloatRows<kSeeds> seed(cell[i]);
+    root[i] = seed.column(0);
+    x[i] = (t[i] - root[i] * root[i] * root[i]) * seed.column(1);
     sum[i] = set(static_cast<float>(cie::kCubeRootSeries[kTerms - 1]));
   }
   for (int k = kTerms - 2; k >= 0; --k) {
-    for (int i = 0; i < kCount; ++i) sum[i] = sum[i] * x[i] + static_cast<float>(cie::kCubeRootSeries[k]);
+    for (int i = 0; i < kCount; ++i) sum[i] = inOrder(sum[i] * x[i] + static_cast<float>(cie::kCubeRootSeries[k]));
   }
   for (int i = 0; i < kCount; ++i) root[i] = root[i] * (sum[i] * x[i] + 1.f);
 }

@@ -69,20 +69,21 @@ struct Encode {
 
   template <int kCount, class R>
   KIP_INLINE void convert(const Pixels<F32>* rgb, Pixels<R>* result) const {
-    Pixels<F32> xyz[kCount];
-    F32 t[kCount], root[kCount];
+    F32 luma[kCount], u[kCount], v[kCount], t[kCount], root[kCount];
     I32 cell[kCount];
     for (int i = 0; i < kCount; ++i) {
-      xyz[i] = kRgbToXyz(rgb[i]);
-      t[i] = Scale::toUnit(xyz[i].b);
-      cell[i] = Scale::cell(xyz[i].b);
+      const Pixels<F32> xyz = kRgbToXyz(rgb[i]);
+      luma[i] = xyz.b;
+      t[i] = Scale::toUnit(luma[i]);
+      cell[i] = Scale::cell(luma[i]);
+      const Offsets offset(xyz);
+      u[i] = offset.u, v[i] = offset.v;
     }
-    cubeRoots<Scale::kTerms>(Scale::kSeeds, t, cell, root);
+    cubeRoots<Scale::kSeeds, Scale::kTerms>(t, cell, root);
     for (int i = 0; i < kCount; ++i) {
-      const F32 l = hn::IfThenElse(Scale::isDark(xyz[i].b), Scale::darkLightness(xyz[i].b), 116.f * root[i] - 16.f);
+      const F32 l = hn::IfThenElse(Scale::isDark(luma[i]), Scale::darkLightness(luma[i]), 116.f * root[i] - 16.f);
       const F32 l13 = 13.f * l;
-      const Offsets offset(xyz[i]);
-      result[i] = Scale::encoded(Pixels<F32>(l, l13 * offset.u, l13 * offset.v));
+      result[i] = Scale::encoded(Pixels<F32>(l, l13 * u[i], l13 * v[i]));
     }
   }
 };
@@ -117,54 +118,97 @@ struct FloatScale {
 // ---------------------------------------------------------------------------------------------------------------------
 // Decoders
 
-/// L*, u*, v* to R, G, B of 0 .. 1.
-template <const Chromaticity& kWhitePoint>
-KIP_INLINE Pixels<F32> decode(const Pixels<F32>& luv) {
+/// L*, u*, v* to R, G, B of 0 .. 1, several side by side: each division waits for the one before it.
+template <const Chromaticity& kWhitePoint, int kCount>
+KIP_INLINE void decode(const Pixels<F32>* luv, Pixels<F32>* rgb) {
   constexpr float kBlack = 9e-5f;        // L* below which nothing is left but black
   constexpr float kDarkL = 7.9996247f;   // 903.3 x 0.008856
   constexpr float kNoV = 1.1920929e-7f;  // |v'| below this is moved away from 0
-  const F32 l = luv.a, l13 = 13.f * l;
-  const auto dark = hn::Lt(l, set(kDarkL));
-  // L* / 903.3 in the dark, else ((L* + 16) / 116)^3.
-  const F32 quotient = hn::IfThenElse(dark, l, l + 16.f) / hn::IfThenElse(dark, set(cie::kDarkSlope), set(116.f));
-  const F32 y = hn::IfThenElse(dark, quotient, quotient * quotient * quotient);
-  const F32 u = luv.b / l13 + kWhitePoint.u;
-  const F32 anyV = luv.c / l13 + kWhitePoint.v;
-  const F32 v = hn::IfThenElse(hn::Lt(hn::Abs(anyV), set(kNoV)), anyV + 9e-5f, anyV);
-  const F32 t = y / v;
-  const F32 x = 2.25f * t * u;
-  const F32 z = 3.f * t - 5.f * y - x / 3.f;
-  const auto black = hn::Lt(l, set(kBlack));
-  return eachChannel(toUnit(kXyzToRgb(Pixels<F32>(x, y, z))),
-                     [&](F32 channel) KIP_INLINE_LAMBDA { return hn::IfThenZeroElse(black, channel); });
+  F32 y[kCount], u[kCount], t[kCount], x[kCount];
+  for (int i = 0; i < kCount; ++i) {
+    const F32 l = luv[i].a, l13 = 13.f * l;
+    // L* / 903.3 in the dark, else ((L* + 16) / 116)^3.
+    const auto dark = hn::Lt(l, set(kDarkL));
+    const F32 quotient = hn::IfThenElse(dark, l, l + 16.f) / hn::IfThenElse(dark, set(cie::kDarkSlope), set(116.f));
+    y[i] = hn::IfThenElse(dark, quotient, quotient * quotient * quotient);
+    u[i] = luv[i].b / l13 + kWhitePoint.u;
+    const F32 anyV = luv[i].c / l13 + kWhitePoint.v;
+    t[i] = y[i] / hn::IfThenElse(hn::Lt(hn::Abs(anyV), set(kNoV)), anyV + 9e-5f, anyV);
+  }
+  for (int i = 0; i < kCount; ++i) x[i] = 2.25f * t[i] * u[i];
+  for (int i = 0; i < kCount; ++i) {
+    const Pixels<F32> xyz(x[i], y[i], 3.f * t[i] - 5.f * y[i] - x[i] / 3.f);
+    const auto black = hn::Lt(luv[i].a, set(kBlack));
+    rgb[i] = eachChannel(toUnit(kXyzToRgb(xyz)),
+                         [&](F32 channel) KIP_INLINE_LAMBDA { return hn::IfThenZeroElse(black, channel); });
+  }
 }
+
+constexpr int kDecodedTogether = 4;
 
 template <class Encoding, const Chromaticity& kWhitePoint>
 struct DecodeIntegers {
   using Lane = float;
-  KIP_INLINE Pixels<I32> operator()(const Pixels<F32>& px) const {
-    const Pixels<F32> rgb = decode<kWhitePoint>(Encoding::luv(px));
-    return truncated(eachChannel(rgb, [](F32 v) KIP_INLINE_LAMBDA { return Encoding::kFull * v + 0.5f; }));
+  static constexpr int kTogether = kDecodedTogether;
+
+  template <int kCount>
+  KIP_INLINE void convert(const Pixels<F32>* px, Pixels<I32>* result) const {
+    Pixels<F32> luv[kCount], rgb[kCount];
+    for (int i = 0; i < kCount; ++i) luv[i] = Encoding::luv(px[i]);
+    decode<kWhitePoint, kCount>(luv, rgb);
+    for (int i = 0; i < kCount; ++i) {
+      result[i] = truncated(eachChannel(rgb[i], [](F32 v) KIP_INLINE_LAMBDA { return Encoding::kFull * v + 0.5f; }));
+    }
   }
 };
 
-/// How integer samples stand for L* of 0 .. 100, u* of -134 .. 220 and v* of -140 .. 122.
+// How integer samples stand for L* of 0 .. 100, u* of -134 .. 220 and v* of -140 .. 122.
+
 struct Bytes {
   static constexpr float kFull = 255;
   KIP_INLINE static Pixels<F32> luv(const Pixels<F32>& px) {
     return {px.a * 0.3921569f, px.b * 1.3882353f - 134.f, px.c * 1.027451f - 140.f};
   }
 };
+
+/// 16-bit samples times a number, over 65535. One 65535th is 2^-16 and a small rest: the sum of the two products is the
+/// rounded quotient of each of the samples.
+struct Over65535 {
+  float times;
+
+  KIP_INLINE F32 operator()(F32 v) const { return v * large() + v * rest(); }
+
+  constexpr bool isExact() const {
+    for (int i = 0; i < 65536; ++i) {
+      const float v = i, product = v * times, most = v * large(), least = v * rest();
+      if (most + least != product / 65535) return false;
+    }
+    return true;
+  }
+
+ private:
+  constexpr float large() const { return times / 65536; }
+  constexpr float rest() const { return static_cast<float>(times * 2.32834215e-10); }
+};
+
 struct Words {
   static constexpr float kFull = 65535;
-  KIP_INLINE static Pixels<F32> luv(const Pixels<F32>& px) {
-    return {px.a * 100.f / kFull, px.b * 354.f / kFull - 134.f, px.c * 262.f / kFull - 140.f};
-  }
+  KIP_INLINE static Pixels<F32> luv(const Pixels<F32>& px) { return {kL(px.a), kU(px.b) - 134.f, kV(px.c) - 140.f}; }
+
+ private:
+  static constexpr Over65535 kL{100}, kU{354}, kV{262};
+  static_assert(kL.isExact() && kU.isExact() && kV.isExact());
 };
 
 struct DecodeFloats {
   using Lane = float;
-  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& luv) const { return oneNaN(decode<kWhite>(luv)); }
+  static constexpr int kTogether = kDecodedTogether;
+
+  template <int kCount>
+  KIP_INLINE void convert(const Pixels<F32>* luv, Pixels<F32>* rgb) const {
+    decode<kWhite, kCount>(luv, rgb);
+    for (int i = 0; i < kCount; ++i) rgb[i] = oneNaN(rgb[i]);
+  }
 };
 
 template <class Op, class Layout>

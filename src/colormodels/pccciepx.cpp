@@ -30,10 +30,12 @@ struct Words {
   }
 };
 
-/// X, Y and Z over 255 Xn, 255 and 255 Zn.
+/// One over 255 Xn, 255 and 255 Zn.
+constexpr float kOverWhite[3] = {0.004126f, 0.0039216f, 0.0036019f};
+
 KIP_INLINE Pixels<F32> overWhite(const Pixels<F32>& rgb) {
   const Pixels<F32> xyz = kRgbToXyz(rgb);
-  return {xyz.a * 0.004126f, xyz.b * 0.0039216f, xyz.c * 0.0036019f};
+  return {xyz.a * kOverWhite[0], xyz.b * kOverWhite[1], xyz.c * kOverWhite[2]};
 }
 
 template <class Encoding>
@@ -52,7 +54,7 @@ struct Encode {
     }
     // Bytes do not exceed 1 by more than rounding, which stays in the last cell.
     for (int i = 0; i < kRoots; ++i) cell[i] = truncated(t[i] * cie::kUnitScale);
-    cubeRoots<Encoding::kTerms>(cie::kUnitSeeds, t, cell, f);
+    cubeRoots<cie::kUnitSeeds, Encoding::kTerms>(t, cell, f);
     for (int i = 0; i < kCount; ++i) result[i] = encoded(t + 3 * i, f + 3 * i);
   }
 
@@ -67,49 +69,71 @@ struct Encode {
   }
 };
 
-/// Bytes, by straight lines instead of cube roots where that gives the same bytes: unless a number that is yet to be
-/// rounded is so close to halfway between two integers that the error of the lines matters.
+constexpr Weights scaled(const Weights& weights, float factor) {
+  return {weights.a * factor, weights.b * factor, weights.c * factor};
+}
+
+/// Bytes, by polynomials instead of cube roots where that gives the same bytes: unless a number that is yet to be
+/// rounded is so close to halfway between two integers that the error of the polynomials matters. It does not matter
+/// how their sums are rounded.
 struct EncodeBytes {
   using Lane = float;
   static constexpr int kTogether = 2;
 
   template <int kCount>
   KIP_INLINE void convert(const Pixels<F32>* rgb, Pixels<I32>* result) const {
-    constexpr int kLines = 3 * kCount;
-    F32 t[kLines], f[kLines];
-    for (int i = 0; i < kCount; ++i) {
-      const Pixels<F32> xyz = overWhite(rgb[i]);
-      t[3 * i] = xyz.a, t[3 * i + 1] = xyz.b, t[3 * i + 2] = xyz.c;
-    }
-    onLines(t, f);
+    F32 f[3 * kCount];
+    polynomials<kCount>(rgb, f);
     for (int i = 0; i < kCount; ++i) {
       const F32 x = f[3 * i], y = f[3 * i + 1], z = f[3 * i + 2];
-      // The margins are above the largest errors of all colours, 0.00019, 0.00028 and 0.00013.
-      const auto l = round(295.8f * y - 40.8f, 0.00025f, result[i].a);  // 2.55 L*
-      const auto a = round(500.f * (x - y) + 128.f, 0.00035f, result[i].b);
-      const auto b = round(200.f * (y - z) + 128.f, 0.00016f, result[i].c);
-      if (HWY_UNLIKELY(!hn::AllTrue(Tag<float>(), hn::And(hn::And(l, a), b)))) exactly(rgb + i, result + i);
+      // The margins are above the largest errors of all colours, 0.00022, 0.00047 and 0.00021.
+      const auto l = round<12>(295.8f, y, -40.8f, result[i].a);  // 2.55 L*
+      const auto a = round<11>(500.f, x - y, 128.f, result[i].b);
+      const auto b = round<12>(200.f, y - z, 128.f, result[i].c);
+      if (HWY_UNLIKELY(!hn::AllFalse(Tag<int32_t>(), hn::Or(hn::Or(l, a), b)))) exactly(rgb + i, result + i);
     }
   }
 
  private:
+  static constexpr cie::LabPieces<KIP_AVX512 ? 4 : 1, KIP_AVX512 ? 3 : 9> kPieces{};
+
+  static constexpr Weights kWeights[3] = {scaled(kRgbToXyz.rows[0], kOverWhite[0] * kPieces.kScale),
+                                          scaled(kRgbToXyz.rows[1], kOverWhite[1] * kPieces.kScale),
+                                          scaled(kRgbToXyz.rows[2], kOverWhite[2] * kPieces.kScale)};
+
+  /// f of X, Y and Z of each.
   template <int kCount>
-  KIP_INLINE static void onLines(const F32 (&t)[kCount], F32 (&f)[kCount]) {
-    I32 place[kCount];
-    for (int i = 0; i < kCount; ++i) {
-      place[i] = hn::ShiftRight<cie::LabLines::kShift>(hn::Sub(as<int32_t>(t[i]), set(cie::LabLines::kFirst)));
-      place[i] = hn::Max(place[i], hn::Zero(Tag<int32_t>()));
+  KIP_INLINE static void polynomials(const Pixels<F32>* rgb, F32 (&f)[3 * kCount]) {
+    constexpr int kDegree = kPieces.kDegree;
+    F32 s[3 * kCount];
+    I32 place[3 * kCount];
+    for (int i = 0; i < 3 * kCount; ++i) {
+      const F32 shifted = sum(kWeights[i % 3], rgb[i / 3]);
+      place[i] = FloatRows<kPieces>::wrapped(hn::ShiftRight<kPieces.kShift>(as<int32_t>(shifted)));
+      s[i] = shifted - kPieces.kOffset;
     }
-    for (int i = 0; i < kCount; ++i) {
-      F32 slope;
-      lookUpPairs(cie::kLabLines.line, place[i], f[i], slope);
-      f[i] = f[i] + slope * t[i];
+    for (int i = 0; i < 3 * kCount; ++i) {
+      const FloatRows<kPieces> coefficients(place[i]);
+      f[i] = coefficients.column(kDegree);
+      for (int k = kDegree - 1; k >= 0; --k) f[i] = hn::MulAdd(f[i], s[i], coefficients.column(k));
     }
   }
-  /// The nearest integer, and where it is the same for all numbers within the margin; nowhere of NaN.
-  KIP_INLINE static auto round(F32 value, float margin, I32& nearest) {
-    nearest = rounded(value);
-    return hn::Lt(hn::Abs(value - hn::ConvertTo(Tag<float>(), nearest)), set(0.5f - margin));
+  KIP_INLINE static F32 sum(const Weights& weights, const Pixels<F32>& rgb) {
+    const F32 offset = set(kPieces.kOffset);
+    return hn::MulAdd(set(weights.c), rgb.c,
+                      hn::MulAdd(set(weights.b), rgb.b, hn::MulAdd(set(weights.a), rgb.a, offset)));
+  }
+
+  /// The integer next to factor v + offset, which is between 0 and 255.5, and where that is within 2^-kMargin of
+  /// halfway to another.
+  template <int kMargin>
+  KIP_INLINE static auto round(float factor, F32 v, float offset, I32& nearest) {
+    // In floats from 256 to 512 there are 15 bits after the point.
+    constexpr float kMagic = 256.5f + 1.f / (1 << kMargin);
+    constexpr int kFraction = (1 << 15) - 1, kBelowMargin = (1 << (16 - kMargin)) - 1;
+    const I32 fixed = as<int32_t>(hn::MulAdd(set(factor), v, set(offset + kMagic)));
+    nearest = hn::And(hn::ShiftRight<15>(fixed), set<int32_t>(255));
+    return hn::Eq(hn::And(fixed, set<int32_t>(kFraction & ~kBelowMargin)), hn::Zero(Tag<int32_t>()));
   }
   static HWY_NOINLINE void exactly(const Pixels<F32>* rgb, Pixels<I32>* result) {
     Encode<Bytes>().convert<1>(rgb, result);

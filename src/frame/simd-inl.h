@@ -371,11 +371,6 @@ struct Places {
     asm("" : "+m"(at));  // or the compiler takes them out of the vector after all
   }
 
-  /// The pairs at two places of a table.
-  KIP_INLINE __m128 pairs(const float (*table)[2], int first, int second) const {
-    const auto half = [&](int i) KIP_INLINE_LAMBDA { return reinterpret_cast<const __m64*>(table[at[i]]); };
-    return _mm_loadh_pi(_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(half(first)))), half(second));
-  }
   /// The entries at the four places from the given one on.
   KIP_INLINE __m128i entries(const int32_t* table, int from) const {
     const auto entry = [&](int i) KIP_INLINE_LAMBDA { return _mm_cvtsi32_si128(table[at[from + i]]); };
@@ -395,28 +390,6 @@ KIP_INLINE I32 lookUp(const int32_t* table, I32 place) {
 #else
   return I32{places.entries(table, 0)};
 #endif
-#endif
-}
-
-/// Both floats of the pairs at the given places of a table.
-KIP_INLINE void lookUpPairs(const float (*table)[2], I32 place, F32& first, F32& second) {
-#if KIP_AVX512 || KIP_EMULATED
-  const I32 twice = hn::ShiftLeft<1>(place);
-  first = hn::GatherIndex(Tag<float>(), table[0], twice);
-  second = hn::GatherIndex(Tag<float>(), table[0] + 1, twice);
-#else
-  const Places places(place);
-  const auto pairs = [&](int a, int b) KIP_INLINE_LAMBDA {
-#if HWY_TARGET == HWY_AVX2
-    return F32{
-        _mm256_insertf128_ps(_mm256_castps128_ps256(places.pairs(table, a, b)), places.pairs(table, a + 4, b + 4), 1)};
-#else
-    return F32{places.pairs(table, a, b)};
-#endif
-  };
-  const I32 a = as<int32_t>(pairs(0, 1)), b = as<int32_t>(pairs(2, 3));
-  first = as<float>(evenLanes(a, b));
-  second = as<float>(oddLanes(a, b));
 #endif
 }
 
@@ -496,6 +469,16 @@ KIP_INLINE U8 bytesFrom(const I32 (&lanes)[4]) {
   };
   return packBytes(words(0), words(1));
 #endif
+}
+
+/// v, computed in the place where it is written. Left alone, the compiler takes operations that wait for each other
+/// together, one chain after the other, and the processor sees no further than the chain that it waits for. With fewer
+/// than the 32 registers of AVX-512 it is right to.
+KIP_INLINE F32 inOrder(F32 v) {
+#if KIP_AVX512
+  asm("" : "+v"(v.raw));
+#endif
+  return v;
 }
 
 }  // namespace HWY_NAMESPACE
