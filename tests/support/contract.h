@@ -11,6 +11,12 @@ namespace kip {
 
 enum class Chroma { kFull, k422, k420, k411, k1620 };
 
+/// The columns and rows that a sample serves.
+constexpr KipiSize groupOf(Chroma chroma) {
+  constexpr KipiSize kGroups[] = {{1, 1}, {2, 1}, {2, 2}, {4, 1}, {4, 4}};
+  return kGroups[static_cast<int>(chroma)];
+}
+
 /// The parts of a name: kipi <source> To <destination> <variant> _ <types> _ <layouts>.
 struct NameParts {
   explicit NameParts(const std::string& name);

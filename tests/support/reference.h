@@ -1,43 +1,55 @@
-// For tests of one family: images as pixels, to compare a function with a plain computation of what it should do, and
-// all the colours there are.
+// For tests of one family: comparing functions with a plain computation of what they should do, for all sizes and for
+// all colours.
 #pragma once
 
-#include <array>
 #include <functional>
 
-#include "support/call_case.h"
+#include "support/samples.h"
 
 namespace kip {
 
-using Pixel = std::array<int, 3>;
-
-inline int clampByte(int v) { return v < 0 ? 0 : v > 255 ? 255 : v; }
-
-/// The full-resolution 8-bit pixels of one side of a function, channels in the order R, G, B for BGR too.
-class Pixels8 {
- public:
-  Pixels8(const Function& function, Side side, Content& content);
-
-  Pixel get(int x, int y) const {
-    const ptrdiff_t at = y * rowBytes_ + x * pixelBytes_;
-    return {channel_[0][at], channel_[1][at], channel_[2][at]};
-  }
-  void set(int x, int y, const Pixel& pixel) const {
-    const ptrdiff_t at = y * rowBytes_ + x * pixelBytes_;
-    for (int c = 0; c < 3; ++c) channel_[c][at] = static_cast<uint8_t>(pixel[c]);
-  }
-  uint8_t& fourth(int x, int y) const { return channel_[3][y * rowBytes_ + x * pixelBytes_]; }
-
- private:
-  uint8_t* channel_[kMostPlanes] = {};
-  ptrdiff_t pixelBytes_, rowBytes_;
-};
+/// The full-resolution 8-bit pixels of one side of a function.
+using Pixels8 = Samples;
 
 /// Planes of the right size, all bytes kFill: what a destination holds before a call.
 Content untouched(const Function& function, Side side, KipiSize size);
 
 /// Fails the test at the first byte that differs.
 void expectEqual(const Content& result, const Content& expected, const std::string& what);
+
+/// One image to be converted by a plain computation.
+struct Task {
+  const Function& function;
+  KipiSize size, whole;  ///< the region, and as much of it as is converted
+  Samples from, to;
+};
+
+/// Writes what a function should write, except for a fourth channel.
+using Plain = std::function<void(const Task&)>;
+
+/// Converts each pixel by itself: of(pixel, column, row).
+template <class Of>
+Plain eachPixel(const Of& of) {
+  return [of](const Task& task) {
+    for (int y = 0; y < task.whole.height; ++y) {
+      for (int x = 0; x < task.whole.width; ++x) task.to.set(x, y, of(task.from.get(x, y), x, y));
+    }
+  };
+}
+
+/// Compares every byte of an image.
+void expectExact(const Function& function, KipiSize size, Content source, const Plain& plain);
+
+/// The same for random images with every width that a kernel might treat apart.
+void expectExactForAllSizes(const Function& function, const Plain& plain);
+
+/// The same for all colours, in images of so many groups of pixels that share their chroma to a row.
+void expectExactForAllColours(const Function& function, int groups, const Plain& plain);
+
+/// Calls with source images that hold all 2^24 triples of bytes between them, or one of so many; only a sample of the
+/// triples where the sanitizers slow everything down.
+void forAllColours(const Function& function, int groups, const std::function<void(KipiSize, const Content&)>& with,
+                   int oneOf = 1);
 
 /// An image of full-resolution pixels.
 struct PixelImage {
@@ -47,8 +59,7 @@ struct PixelImage {
   const Pixel& at(int x, int y) const { return pixels[static_cast<size_t>(y) * size.width + x]; }
 };
 
-/// Calls with images of this width that hold all 2^24 triples of bytes between them, or one of so many; only a sample
-/// of the triples where the sanitizers slow everything down.
+/// The same as images without a layout.
 void forAllColours(int width, const std::function<void(const PixelImage&)>& with, int oneOf = 1);
 
 }  // namespace kip

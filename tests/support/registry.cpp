@@ -6,20 +6,9 @@ namespace kip {
 namespace {
 
 Plane chromaPlane(Chroma chroma, KipiSize size, int bytesPerSample) {
-  const auto shared = [](int count, int by) { return (count + by - 1) / by; };
-  switch (chroma) {
-    case Chroma::k422:
-      return {shared(size.width, 2) * bytesPerSample, size.height};
-    case Chroma::k420:
-      return {shared(size.width, 2) * bytesPerSample, shared(size.height, 2)};
-    case Chroma::k411:
-      return {shared(size.width, 4) * bytesPerSample, size.height};
-    case Chroma::k1620:
-      return {shared(size.width, 4) * bytesPerSample, shared(size.height, 4)};
-    case Chroma::kFull:
-      break;
-  }
-  return {size.width * bytesPerSample, size.height};
+  const KipiSize group = groupOf(chroma);
+  return {(size.width + group.width - 1) / group.width * bytesPerSample,
+          (size.height + group.height - 1) / group.height};
 }
 
 template <class F>

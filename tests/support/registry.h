@@ -33,11 +33,6 @@ struct Function {
   /// The planes of one side of a region of this size; interleaved images are one plane. Chroma planes are as large as
   /// the part that is converted needs them.
   std::vector<Plane> planes(Side side, KipiSize region) const;
-
-  /// The part of these planes that a call converts.
-  std::vector<Plane> convertedPlanes(Side side, KipiSize region) const {
-    return planes(side, contract.converted(region));
-  }
 };
 
 /// The functions in the order of the header.

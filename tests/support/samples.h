@@ -1,62 +1,62 @@
-// Luma and chroma of one side of a function, whatever its layout and sampling.
+// The samples of one side of a function, whatever its layout and sampling.
 #pragma once
+
+#include <array>
+#include <cstring>
 
 #include "support/call_case.h"
 
 namespace kip {
 
+using Pixel = std::array<int, 3>;
+
+inline int clampByte(int v) { return v < 0 ? 0 : v > 255 ? 255 : v; }
+
+/// Channels are R, G, B or Y, Cb, Cr in this order, whatever the order in memory, then the fourth one if there is one.
+/// What a pixel does not have for itself is the sample that it shares.
 class Samples {
  public:
-  Samples(const Function& function, Side side, Content& content) {
-    const Layout& layout = function.layout(side);
-    const std::string& space = side == Side::kSource ? function.parts.source : function.parts.destination;
-    const bool pairs = layout.planar && layout.channels == 2;
-    const int lumaByte = space.rfind("CbYCr", 0) == 0 ? 1 : 0;
-    packed_ = !layout.planar && layout.subsampled();
-    crFirst_ = space.rfind("YCrCb", 0) == 0 && !pairs;
-    const Chroma chroma = layout.chroma;
-    widthBits_ = chroma == Chroma::kFull ? 0 : chroma == Chroma::k411 || chroma == Chroma::k1620 ? 2 : 1;
-    heightBits_ = chroma == Chroma::k1620 ? 2 : chroma == Chroma::k420 ? 1 : 0;
-
-    const auto channel = [&](int plane, int byte, int sampleBytes) {
-      return Channel{content[plane].bytes.data() + byte, sampleBytes, content[plane].plane.rowBytes};
-    };
-    luma_ = channel(0, packed_ ? lumaByte : 0, layout.planar ? 1 : layout.channels);
-    for (int which = 0; which < 2; ++which) {
-      const int place = which ^ int { crFirst_ };
-      chroma_[which] = packed_         ? channel(0, 2 * place + 1 - lumaByte, 4)
-                       : pairs         ? channel(1, place, 2)
-                       : layout.planar ? channel(1 + place, 0, 1)
-                                       : channel(0, 1 + place, layout.channels);
-    }
-  }
+  Samples(const Function& function, Side side, Content& content);
 
   /// The columns and rows that a sample of chroma serves.
   int groupWidth() const { return 1 << widthBits_; }
   int groupHeight() const { return 1 << heightBits_; }
+  /// Packed 4:2:2, where the last pixel of an odd width has room for one sample of chroma only.
   bool packed() const { return packed_; }
+  int firstChroma() const { return firstChroma_; }
 
-  uint8_t& luma(int x, int y) const { return luma_.at(x, y); }
-  /// Sample k of row j of Cb (0) or Cr (1).
-  uint8_t& chroma(int which, int k, int j) const { return chroma_[which].at(k, j); }
-  /// The samples that serve a pixel.
-  uint8_t& cb(int x, int y) const { return chroma(0, x >> widthBits_, y >> heightBits_); }
-  uint8_t& cr(int x, int y) const { return chroma(1, x >> widthBits_, y >> heightBits_); }
-  /// The one that a lone pixel has in packed rows.
-  uint8_t& firstChroma(int x, int y) const { return crFirst_ ? cr(x, y) : cb(x, y); }
-  bool crFirst() const { return crFirst_; }
+  /// Samples of 8 bits.
+  uint8_t& at(int channel, int x, int y) const { return *address(channel, x, y); }
+  void set(int x, int y, const Pixel& pixel) const {
+    for (int c = 0; c < 3; ++c) at(c, x, y) = static_cast<uint8_t>(pixel[c]);
+  }
+  /// A lone packed pixel gets the chroma of the pair before it, or else its one sample for both.
+  Pixel get(int x, int y) const {
+    if (x < alone_) return {at(0, x, y), at(1, x, y), at(2, x, y)};
+    if (x == 0) return {at(0, 0, y), at(firstChroma_, 0, y), at(firstChroma_, 0, y)};
+    return {at(0, x, y), at(1, x - 1, y), at(2, x - 1, y)};
+  }
+
+  /// Samples of any type.
+  double value(int channel, int x, int y) const;
+  void put(int channel, int x, int y, double value) const;
 
  private:
   struct Channel {
-    uint8_t* first;
-    ptrdiff_t sampleBytes, rowBytes;
-
-    uint8_t& at(int k, int j) const { return first[j * rowBytes + k * sampleBytes]; }
+    uint8_t* first = nullptr;
+    ptrdiff_t sampleBytes = 0, rowBytes = 0;
+    int widthBits = 0, heightBits = 0;
   };
 
-  Channel luma_, chroma_[2];
-  bool packed_, crFirst_;
-  int widthBits_, heightBits_;
+  uint8_t* address(int channel, int x, int y) const {
+    const Channel& c = channels_[channel];
+    return c.first + (y >> c.heightBits) * c.rowBytes + (x >> c.widthBits) * c.sampleBytes;
+  }
+
+  Sample sample_;
+  Channel channels_[kMostPlanes];
+  int widthBits_, heightBits_, firstChroma_, alone_;
+  bool packed_;
 };
 
 }  // namespace kip
