@@ -7,8 +7,8 @@
 
 #include "kipcore.h"
 #include "support/allocation.h"
-#include "support/call_case.h"
 #include "support/faults.h"
+#include "support/reference.h"
 #include "support/targets.h"
 
 namespace kip {
@@ -38,6 +38,11 @@ class EveryFunction : public testing::TestWithParam<const Function*> {
     return cases;
   }
 
+  /// What a destination holds before a call.
+  Content contentBefore(const Case& that) const {
+    return function().shape.inPlace() ? that.source : untouched(function(), Side::kDestination, that.size);
+  }
+
   /// A few sizes, each with all optional arguments.
   std::vector<Case> fullCases(const std::vector<KipiSize>& sizes) const {
     std::vector<Case> cases;
@@ -57,7 +62,7 @@ TEST_P(EveryFunction, GivesTheSameBytesOnEveryTargetInAnyMemory) {
   for (const Case& that : casesOf(awkwardSizes(function()))) {
     fallbackTarget().select();
     const Outcome reference = outcomeOf(that);
-    const Content expected = reference.over(kFill);
+    const Content expected = reference.over(contentBefore(that));
     const std::vector<Placement> placements = placementsFor(that);
     for (const Placement placement : placements) {
       std::vector<Target> targets = vectorTargets();
@@ -74,70 +79,39 @@ TEST_P(EveryFunction, GivesTheSameBytesOnEveryTargetInAnyMemory) {
   }
 }
 
-/// Which bytes of a destination of this size the function promises to write.
-std::vector<std::vector<bool>> promisedBytes(const Function& function, KipiSize size) {
-  const std::vector<Plane> planes = function.planes(Side::kDestination, size);
-  const std::vector<Plane> converted = function.convertedPlanes(Side::kDestination, size);
-  const int sample = bytesOf(function.shape.destination.sample), pixel = 4 * sample;
-  std::vector<std::vector<bool>> promised;
-  for (size_t p = 0; p < planes.size(); ++p) {
-    std::vector<bool> bytes;
-    for (int y = 0; y < planes[p].rows; ++y) {
-      for (int x = 0; x < planes[p].rowBytes; ++x) {
-        const bool alpha = function.contract.alpha == Alpha::kUntouched && x % pixel >= 3 * sample;
-        bytes.push_back(y < converted[p].rows && x < converted[p].rowBytes && !alpha);
-      }
-    }
-    promised.push_back(std::move(bytes));
-  }
-  return promised;
-}
-
 /// Warnings, and whole blocks of odd sizes, and alpha that stays.
 TEST_P(EveryFunction, WritesWhatItPromisesAndReportsIt) {
+  const Contract& contract = function().contract;
+  const int sample = bytesOf(function().shape.destination.sample), pixel = 4 * sample;
   for (const Case& that : casesOf(awkwardSizes(function()))) {
     const Outcome outcome = outcomeOf(that);
-    EXPECT_EQ(outcome.status, function().contract.success(that.size)) << that.text();
+    EXPECT_EQ(outcome.status, contract.success(that.size)) << that.text();
     if (function().shape.inPlace()) continue;
-    const auto promised = promisedBytes(function(), that.size);
-    for (size_t p = 0; p < promised.size(); ++p) {
-      const auto at = std::mismatch(promised[p].begin(), promised[p].end(), outcome.written[p].begin());
-      const auto byte = at.first - promised[p].begin(), rowBytes = ptrdiff_t{outcome.content[p].plane.rowBytes};
-      EXPECT_TRUE(at.first == promised[p].end())
-          << that.text() << ": byte " << byte % rowBytes << " of row " << byte / rowBytes << " of plane " << p
-          << (*at.first ? " is not written" : " is written but should stay");
+    const std::vector<Plane> converted = function().planes(Side::kDestination, contract.converted(that.size));
+    for (size_t p = 0; p < converted.size(); ++p) {
+      for (size_t i = 0; i < outcome.written[p].size(); ++i) {
+        const int rowBytes = outcome.content[p].plane.rowBytes, y = int(i) / rowBytes, x = int(i) % rowBytes;
+        const bool alphaStays = contract.alpha == Alpha::kUntouched && x % pixel >= 3 * sample;
+        ASSERT_EQ(outcome.written[p][i], y < converted[p].rows && x < converted[p].rowBytes && !alphaStays)
+            << that.text() << ": byte " << x << " of row " << y << " of plane " << p;
+      }
     }
-    if (HasFailure()) return;
   }
-}
-
-/// The bytes of an image's fourth channel.
-std::vector<uint8_t> alphaOf(const Content& content, const Layout& layout, int sampleBytes) {
-  if (layout.planar) return content[3].bytes;
-  std::vector<uint8_t> alpha;
-  const std::vector<uint8_t>& bytes = content[0].bytes;
-  for (size_t i = 3 * sampleBytes; i < bytes.size(); i += 4 * sampleBytes) {
-    alpha.insert(alpha.end(), &bytes[i], &bytes[i] + sampleBytes);
-  }
-  return alpha;
 }
 
 class FourthChannel : public EveryFunction {};
 
 TEST_P(FourthChannel, IsGivenOrZeroOrCopied) {
   const Alpha alpha = function().contract.alpha;
-  for (const Case& that : fullCases({{68, 4}, {132, 2}})) {  // whole blocks of every kind
-    const int sample = bytesOf(function().shape.destination.sample);
-    const std::vector<uint8_t> result = alphaOf(outcomeOf(that).content, function().destination, sample);
-    if (alpha == Alpha::kCopied) {
-      EXPECT_EQ(result, alphaOf(that.source, function().source, sample)) << that.text();
-      continue;
-    }
-    const uint16_t given = alpha == Alpha::kGiven ? static_cast<uint16_t>(that.settings.alpha) : 0;
-    for (size_t i = 0; i < result.size(); i += sample) {
-      uint16_t value = 0;
-      std::memcpy(&value, &result[i], sample);
-      ASSERT_EQ(value, given) << that.text() << ", pixel " << i / sample;
+  for (Case& that : fullCases({{68, 4}, {132, 2}})) {  // whole blocks of every kind
+    Content content = outcomeOf(that).content;
+    const Samples from(function(), Side::kSource, that.source), to(function(), Side::kDestination, content);
+    for (int i = 0; i < that.size.width * that.size.height; ++i) {
+      const int x = i % that.size.width, y = i / that.size.width;
+      const double expected = alpha == Alpha::kCopied  ? from.value(3, x, y)
+                              : alpha == Alpha::kGiven ? that.settings.alpha
+                                                       : 0;
+      ASSERT_EQ(to.value(3, x, y), expected) << that.text() << " at " << x << ", " << y;
     }
   }
 }
@@ -145,11 +119,7 @@ TEST_P(FourthChannel, IsGivenOrZeroOrCopied) {
 /// Every fault by itself and together with every other one: the first check in the promised order decides.
 TEST_P(EveryFunction, ChecksItsArgumentsInOrderAndWritesNothingOnFailure) {
   const Case that(function(), allowed(function(), {18, 8}), settingsOf(function()).front());
-  Content untouched;
-  for (const Plane& plane : function().planes(Side::kDestination, that.size)) {
-    untouched.push_back({plane, std::vector<uint8_t>(static_cast<size_t>(plane.rowBytes) * plane.rows, kFill)});
-  }
-  if (function().shape.inPlace()) untouched = that.source;
+  const Content before = contentBefore(that);
   const std::vector<Fault> faults = faultsOf(function());
   for (const Fault& one : faults) {
     for (const Fault& other : faults) {
@@ -158,7 +128,7 @@ TEST_P(EveryFunction, ChecksItsArgumentsInOrderAndWritesNothingOnFailure) {
       other.put(trial.arguments);
       const std::string text = one.text + " and " + other.text;
       EXPECT_EQ(trial(), reported(function(), one, other).status) << function().name << ": " << text;
-      trial.expect(untouched, text);
+      trial.expect(before, text);
       if (HasFailure()) return;
     }
   }
@@ -169,7 +139,7 @@ TEST_P(EveryFunction, MayHaveRowsFarApart) {
   if (sizeof(void*) == 4 || function().shape.wholeImage()) return;
   const Case that(function(), allowed(function(), {21, 4}), settingsOf(function()).front());
   if (!fits(Placement::kFarApart, function().planes(Side::kDestination, that.size)[0])) return;
-  const Content expected = outcomeOf(that).over(kFill);
+  const Content expected = outcomeOf(that).over(contentBefore(that));
   Trial trial(that, Placement::kFarApart);
   trial();
   trial.expect(expected, "");
@@ -184,7 +154,7 @@ TEST_P(EveryFunction, GivesTheSameBytesWithAnyNumberOfThreads) {
   for (const Case& that : fullCases({{132, 140}, {131, 137}})) {
     if (diffuses(that)) continue;
     kipSetNumThreads(1);
-    const Content expected = outcomeOf(that).over(kFill);
+    const Content expected = outcomeOf(that).over(contentBefore(that));
     for (const int threads : {2, 3, 5}) {
       kipSetNumThreads(threads);
       Trial trial(that, plainPlacement(function()));
@@ -199,32 +169,26 @@ TEST_P(EveryFunction, GivesTheSameBytesWithAnyNumberOfThreads) {
 TEST_P(EveryFunction, MayBeCalledFromSeveralThreadsAtOnce) {
   kipSetNumThreads(2);
   const Case that(function(), allowed(function(), {66, 66}), settingsOf(function()).back());
-  const Content expected = outcomeOf(that).over(kFill);
-  constexpr int kCallers = 3;
-  std::vector<Content> results(kCallers, function().shape.inPlace() ? that.source : expected);
+  const Content expected = outcomeOf(that).over(contentBefore(that));
+  std::vector<Content> results(3, contentBefore(that)), sources(3, that.source);
   std::vector<std::thread> callers;
-  for (Content& result : results) {
-    callers.emplace_back([&] {
+  for (size_t i = 0; i < results.size(); ++i) {
+    callers.emplace_back([&, i] {
       Arguments arguments = that.settings;
-      Content source = that.source;
-      const auto lay = [](Content& content, ImageArgument& image, uint8_t fill, bool clear) {
+      const auto lay = [](Content& content, ImageArgument& image) {
         for (size_t p = 0; p < content.size(); ++p) {
-          if (clear) std::fill(content[p].bytes.begin(), content[p].bytes.end(), fill);
-          image.plane[p] = content[p].bytes.data();
-          image.step[p] = content[p].plane.rowBytes;
+          image.plane[p] = content[p].bytes.data(), image.step[p] = content[p].plane.rowBytes;
         }
       };
-      lay(source, arguments.source, kFill, false);
-      lay(result, arguments.destination, kFill, !function().shape.inPlace());
+      lay(sources[i], arguments.source);
+      lay(results[i], arguments.destination);
       arguments.size = that.size;
       arguments.region = {0, 0, that.size.width, that.size.height};
       function().call(arguments);
     });
   }
   for (std::thread& caller : callers) caller.join();
-  for (const Content& result : results) {
-    for (size_t p = 0; p < result.size(); ++p) EXPECT_EQ(result[p].bytes, expected[p].bytes) << that.text();
-  }
+  for (const Content& result : results) expectEqual(result, expected, that.text());
 }
 
 /// Each allocation in turn fails: that is reported, nothing is written, and nothing is kept.
@@ -232,18 +196,15 @@ TEST_P(EveryFunction, SurvivesFailingAllocations) {
   kipSetNumThreads(3);
   for (const Case& that : fullCases({{66, 6}})) {
     failAllocation(0);
-    const Outcome reference = outcomeOf(that);
-    const int allocations = allocationsAsked() / 2;
+    convert(function(), that.size, that.source, that.settings);
+    const int allocations = allocationsAsked();
     EXPECT_EQ(allocationsHeld(), 0) << that.text();
-    Content untouched = reference.content;
-    for (PlaneContent& plane : untouched) std::fill(plane.bytes.begin(), plane.bytes.end(), kFill);
-    if (function().shape.inPlace()) untouched = that.source;
     for (int failing = 1; failing <= allocations; ++failing) {
       failAllocation(failing);
       Trial trial(that, plainPlacement(function()));
       EXPECT_EQ(trial(), kipStatusNoMemory) << that.text() << ", allocation " << failing << " of " << allocations;
       EXPECT_EQ(allocationsHeld(), 0) << that.text() << ", allocation " << failing << " of " << allocations;
-      trial.expect(untouched, "failed allocation");
+      trial.expect(contentBefore(that), "failed allocation");
     }
     failAllocation(0);
   }
@@ -261,12 +222,7 @@ TEST_P(InPlace, DoesWhatItsTwinDoes) {
   for (const Case& that : fullCases({{1, 1}, {37, 3}, {66, 2}})) {
     const Case twinCase(*twin, that.size, that.settings, that.source);
     const Outcome outcome = outcomeOf(twinCase);
-    Content expected = outcome.content;
-    for (size_t p = 0; p < expected.size(); ++p) {
-      for (size_t i = 0; i < expected[p].bytes.size(); ++i) {
-        if (!outcome.written[p][i]) expected[p].bytes[i] = that.source[p].bytes[i];
-      }
-    }
+    const Content expected = outcome.over(that.source);
     Trial trial(that, Placement::kPadded);
     EXPECT_EQ(trial(), outcome.status);
     trial.expect(expected, twin->name);

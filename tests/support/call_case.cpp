@@ -8,12 +8,6 @@
 namespace kip {
 namespace {
 
-uint32_t seedOf(const std::string& name, KipiSize size) {
-  uint32_t seed = 2166136261u;
-  for (const char c : name) seed = (seed ^ static_cast<uint8_t>(c)) * 16777619u;
-  return seed ^ static_cast<uint32_t>(size.width * 1000 + size.height);
-}
-
 std::vector<PlaneMemory> place(const Case& that, Side side, Placement placement, int variation) {
   const ImageShape& shape = that.function.image(side);
   const int firstSlot = side == Side::kSource ? 0 : kMostPlanes;
@@ -35,7 +29,9 @@ ImageArgument imageArgument(const std::vector<PlaneMemory>& planes) {
 
 Content randomSource(const Function& function, KipiSize size) {
   const Side side = function.shape.inPlace() ? Side::kDestination : Side::kSource;
-  return randomContent(function.planes(side, size), function.image(side).sample, seedOf(function.name, size));
+  uint32_t seed = static_cast<uint32_t>(size.width * 1000 + size.height);
+  for (const char c : function.name) seed = (seed ^ static_cast<uint8_t>(c)) * 16777619u;
+  return randomContent(function.planes(side, size), function.image(side).sample, seed);
 }
 
 }  // namespace
@@ -56,14 +52,13 @@ std::string Case::text() const {
   return text.str();
 }
 
-Content Outcome::over(uint8_t fill) const {
-  Content result = content;
-  for (size_t p = 0; p < result.size(); ++p) {
-    for (size_t i = 0; i < result[p].bytes.size(); ++i) {
-      if (!written[p][i]) result[p].bytes[i] = fill;
+Content Outcome::over(Content before) const {
+  for (size_t p = 0; p < before.size(); ++p) {
+    for (size_t i = 0; i < before[p].bytes.size(); ++i) {
+      if (written[p][i]) before[p].bytes[i] = content[p].bytes[i];
     }
   }
-  return result;
+  return before;
 }
 
 Trial::Trial(const Case& that, Placement placement, int variation)
@@ -85,30 +80,27 @@ KipStatus Trial::operator()(uint8_t fill) {
   const auto fault = faultOf([&] { status = case_.function.call(arguments); });
   if (fault) {
     std::ostringstream where;
-    const auto tell = [&](const char* side, const std::vector<PlaneMemory>& planes) {
-      for (size_t p = 0; p < planes.size(); ++p) {
-        where << "\n  " << *fault - planes[p].first << " bytes from the start of " << side << " plane " << p
-              << ", rows of " << planes[p].plane.rowBytes << " bytes, step " << planes[p].step;
+    for (const auto* planes : {&source_, &destination_}) {
+      for (const PlaneMemory& plane : *planes) {
+        where << (planes == &source_ ? "\n  source" : "\n  destination") << " plane of rows of " << plane.plane.rowBytes
+              << " bytes, step " << plane.step << ": byte " << *fault - plane.first;
       }
-    };
-    tell("source", source_);
-    tell("destination", destination_);
+    }
     ADD_FAILURE() << case_.text() << ", " << nameOf(placement_) << ": touches unmapped memory" << where.str();
   }
   return status;
 }
 
-void Trial::expect(const Content& destination, const std::string& who, uint8_t fill) const {
-  const auto check = [&](const char* side, const std::vector<PlaneMemory>& planes, const Content& content,
-                         uint8_t gaps) {
+void Trial::expect(const Content& destination, const std::string& who) const {
+  const auto check = [&](const char* side, const std::vector<PlaneMemory>& planes, const Content& content) {
     for (size_t p = 0; p < planes.size(); ++p) {
-      const std::string difference = planes[p].difference(content[p], gaps);
-      EXPECT_EQ(difference, "") << case_.text() << ", " << who << ", " << nameOf(placement_) << ", " << side
-                                << " plane " << p << ", step " << planes[p].step;
+      EXPECT_EQ(planes[p].difference(content[p], kFill), "")
+          << case_.text() << ", " << who << ", " << nameOf(placement_) << ", " << side << " plane " << p << ", step "
+          << planes[p].step;
     }
   };
-  check("destination", destination_, destination, fill);
-  if (!source_.empty()) check("source", source_, case_.source, kFill);
+  check("destination", destination_, destination);
+  check("source", source_, case_.source);
 }
 
 Content Trial::destination() const {
@@ -151,15 +143,14 @@ std::vector<Placement> placementsFor(const Case& that) {
     all.insert(all.end(), {Placement::kRowEnds, Placement::kRowStarts});
     if (!that.function.contract.checks(Check::kSteps)) all.push_back(Placement::kBottomUp);
   }
-  const auto unfit = [&](Placement placement) {
+  std::erase_if(all, [&](Placement placement) {
     for (const Side side : {Side::kSource, Side::kDestination}) {
       for (const Plane& plane : that.function.planes(side, that.size)) {
         if (!fits(placement, plane)) return true;
       }
     }
     return false;
-  };
-  std::erase_if(all, unfit);
+  });
   return all;
 }
 

@@ -28,8 +28,8 @@ struct Outcome {
   Content content;
   std::vector<std::vector<bool>> written;
 
-  /// What memory that held `fill` holds after the same call.
-  Content over(uint8_t fill) const;
+  /// What a destination that held this holds after the same call.
+  Content over(Content before) const;
 };
 
 /// A case in memory of some kind.
@@ -42,7 +42,7 @@ class Trial {
 
   /// Fails the test unless the destination is as expected and everything around it, and the source, is as before.
   /// Rows and gaps are overwritten.
-  void expect(const Content& destination, const std::string& who, uint8_t fill = kFill) const;
+  void expect(const Content& destination, const std::string& who) const;
 
   Content destination() const;
 
