@@ -20,28 +20,21 @@ class Random {
   uint64_t state_;
 };
 
+/// Mostly any value, some on the ends of the range and in its middle; floats mostly of the nominal range 0 .. 1, some
+/// on its ends and some beyond.
 void put(uint8_t* to, Sample sample, uint32_t value) {
+  const uint32_t kind = value % 16;
   if (sample == Sample::k32f) {
-    // Mostly the nominal range, with some samples on its ends and some beyond.
-    const uint32_t kind = value % 16;
     const float unit = static_cast<float>(value >> 8) / (1 << 24);
-    const float chosen = kind == 0 ? 0.0f : kind == 1 ? 1.0f : kind == 2 ? 2 * unit - 0.5f : unit;
+    const float chosen = kind < 2 ? static_cast<float>(kind) : kind == 2 ? 2 * unit - 0.5f : unit;
     std::memcpy(to, &chosen, sizeof chosen);
     return;
   }
-  const uint32_t kind = value % 16;
-  const uint32_t chosen = kind == 0   ? 0
-                          : kind == 1 ? ~0u
-                          : kind == 2 ? 0x80808080u
-                          : kind == 3 ? 0x7F7F7F7Fu
-                                      : value >> 4;
+  constexpr uint32_t kSpecial[] = {0, ~0u, 0x80808080u, 0x7F7F7F7Fu};
+  const uint32_t chosen = kind < 4 ? kSpecial[kind] : value >> 4;
   // 32-bit samples carry what 16-bit colours turn into.
-  const int32_t limited = static_cast<int32_t>(chosen) >> 12;
-  if (sample == Sample::k32s) {
-    std::memcpy(to, &limited, sizeof limited);
-  } else {
-    std::memcpy(to, &chosen, bytesOf(sample));
-  }
+  const int32_t bits = sample == Sample::k32s ? static_cast<int32_t>(chosen) >> 12 : static_cast<int32_t>(chosen);
+  std::memcpy(to, &bits, bytesOf(sample));
 }
 
 }  // namespace
@@ -78,34 +71,16 @@ std::vector<Arguments> settingsOf(const Function& function) {
   plain.alpha = 77;
   plain.matrix = kMatrix;
   const Shape& shape = function.shape;
-  if (shape.weights) {
-    Arguments weighted = plain;
-    weighted.weights = kWeights;
-    return {plain, weighted};
-  }
-  if (shape.mosaic) {
-    std::vector<Arguments> grids(4, plain);
-    for (int grid = 0; grid < 4; ++grid) grids[grid].choice = grid;
-    return grids;
-  }
-  if (shape.range) {
-    Arguments wide = plain;
-    wide.low = -0.25f, wide.high = 3.5f;
-    return {plain, wide};
-  }
-  if (shape.reduction) {
-    std::vector<Arguments> methods;
+  std::vector<Arguments> all(shape.mosaic ? 4 : shape.reduction ? 10 : shape.weights || shape.range ? 2 : 1, plain);
+  for (int i = 0; i < static_cast<int>(all.size()); ++i) {
     constexpr int kMethods = 5, kLevels[] = {2, 7, 16, 256};
-    for (int i = 0; i < 2 * kMethods; ++i) {
-      Arguments method = plain;
-      method.choice = i % kMethods;
-      method.noise = i / kMethods * 30;
-      method.levels = kLevels[i % std::size(kLevels)];
-      methods.push_back(method);
-    }
-    return methods;
+    Arguments& a = all[i];
+    a.choice = shape.reduction ? i % kMethods : i;  // of a method, or of a grid
+    if (shape.reduction) a.noise = i / kMethods * 30, a.levels = kLevels[i % std::size(kLevels)];
+    if (shape.weights && i == 1) a.weights = kWeights;
+    if (shape.range && i == 1) a.low = -0.25f, a.high = 3.5f;
   }
-  return {plain};
+  return all;
 }
 
 }  // namespace kip

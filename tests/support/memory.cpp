@@ -47,28 +47,20 @@ constexpr int kGuardedRows = 12, kFarRows = 4;
 constexpr size_t kRowPages = 2, kImagePages = 512;
 constexpr size_t kFar = 0x44000000;  // twice that is beyond the range of an int
 
-/// An arena for each plane of a call, made when it is first needed.
-template <class... Dimensions>
-const Arena& arenaFor(std::vector<std::unique_ptr<Arena>>& arenas, int slot, Dimensions... dimensions) {
-  arenas.resize(kSlots);
-  if (!arenas[slot]) arenas[slot] = std::make_unique<Arena>(dimensions...);
-  return *arenas[slot];
-}
-
-const Arena& rowArena(int slot) {
-  static std::vector<std::unique_ptr<Arena>> arenas;
-  return arenaFor(arenas, slot, kGuardedRows, kRowPages);
-}
-const Arena& farArena(int slot) {
-  static std::vector<std::unique_ptr<Arena>> arenas;
-  return arenaFor(arenas, slot, kFarRows, kRowPages, kFar);
-}
-const Arena& imageArena(int slot) {
-  static std::vector<std::unique_ptr<Arena>> arenas;
-  return arenaFor(arenas, slot, 1, kImagePages);
-}
-
 bool guardsRows(Placement placement) { return placement >= Placement::kRowEnds; }
+
+/// An arena for each plane of a call, made when it is first needed.
+const Arena& arenaOf(Placement placement, int slot) {
+  static std::unique_ptr<Arena> arenas[3][kSlots];
+  const int kind = !guardsRows(placement) ? 0 : placement == Placement::kFarApart ? 2 : 1;
+  std::unique_ptr<Arena>& arena = arenas[kind][slot];
+  if (!arena) {
+    arena.reset(kind == 0   ? new Arena(1, kImagePages)
+                : kind == 1 ? new Arena(kGuardedRows, kRowPages)
+                            : new Arena(kFarRows, kRowPages, kFar));
+  }
+  return *arena;
+}
 
 sigjmp_buf afterFault;
 const uint8_t* volatile faultAddress;
@@ -86,23 +78,14 @@ void onFault(int signal, siginfo_t* info, void*) {
 }  // namespace
 
 const char* nameOf(Placement placement) {
-  switch (placement) {
-    case Placement::kPadded:
-      return "padded rows";
-    case Placement::kTightEnd:
-      return "tight rows before unmapped memory";
-    case Placement::kTightStart:
-      return "tight rows behind unmapped memory";
-    case Placement::kRowEnds:
-      return "each row before unmapped memory";
-    case Placement::kRowStarts:
-      return "each row behind unmapped memory";
-    case Placement::kBottomUp:
-      return "each row before unmapped memory, bottom-up";
-    case Placement::kFarApart:
-      return "rows a gigabyte apart";
-  }
-  return "";
+  constexpr const char* kNames[] = {"padded rows",
+                                    "tight rows before unmapped memory",
+                                    "tight rows behind unmapped memory",
+                                    "each row before unmapped memory",
+                                    "each row behind unmapped memory",
+                                    "each row before unmapped memory, bottom-up",
+                                    "rows a gigabyte apart"};
+  return kNames[static_cast<int>(placement)];
 }
 
 bool fits(Placement placement, Plane plane) {
@@ -115,9 +98,9 @@ bool fits(Placement placement, Plane plane) {
 
 PlaneMemory::PlaneMemory(Placement placement, int slot, Plane plane, int gap) : plane(plane) {
   const size_t rowBytes = plane.rowBytes, all = rowBytes * plane.rows;
+  const Arena& arena = arenaOf(placement, slot);
+  const bool atEnd = placement != Placement::kRowStarts && placement != Placement::kTightStart;
   if (guardsRows(placement)) {
-    const Arena& arena = placement == Placement::kFarApart ? farArena(slot) : rowArena(slot);
-    const bool atEnd = placement != Placement::kRowStarts;
     for (int y = 0; y < plane.rows; ++y) {
       extents_.push_back({atEnd ? arena.end(y) - rowBytes - kMargin : arena.begin(y), rowBytes + kMargin});
     }
@@ -125,17 +108,14 @@ PlaneMemory::PlaneMemory(Placement placement, int slot, Plane plane, int gap) : 
     const int top = bottomUp ? plane.rows - 1 : 0;
     step = static_cast<int>(bottomUp ? -arena.stride() : arena.stride());
     first = atEnd ? arena.end(top) - rowBytes : arena.begin(top);
-    return;
-  }
-  const Arena& arena = imageArena(slot);
-  if (placement == Placement::kPadded) {
+  } else if (placement == Placement::kPadded) {
     step = static_cast<int>(rowBytes) + gap;
     first = arena.begin(0) + kMargin + gap;
     extents_ = {{arena.begin(0), 2 * kMargin + gap + static_cast<size_t>(step) * plane.rows}};
   } else {
     step = static_cast<int>(rowBytes);
-    first = placement == Placement::kTightEnd ? arena.end(0) - all : arena.begin(0);
-    extents_ = {{placement == Placement::kTightEnd ? first - kMargin : first, all + kMargin}};
+    first = atEnd ? arena.end(0) - all : arena.begin(0);
+    extents_ = {{atEnd ? first - kMargin : first, all + kMargin}};
   }
 }
 
