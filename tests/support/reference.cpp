@@ -125,7 +125,7 @@ void expectExact(const Function& function, KipiSize size, Content source, const 
 }
 
 void expectExactForAllSizes(const Function& function, const Plain& plain) {
-  std::vector<KipiSize> sizes = {{1031, 67}, {513, 2}};
+  std::vector<KipiSize> sizes = {{1031, 67}, {513, 2}, {1, 999}};
   for (int width = 1; width <= 70; ++width) sizes.push_back({width, 1 + width % 6});
   for (KipiSize size : sizes) {
     size = allowed(function, size);
