@@ -125,7 +125,7 @@ int sample(int sum, int bits) { return clampByte(sum >> bits); }
 
 Plain plain(const Encoder& encoder) {
   return [&](const Task& task) {
-    const auto& [function, size, whole, from, to] = task;
+    const auto [function, size, whole, from, to] = task;
     const ForwardSet& set = encoder.set;
     const int width = to.groupWidth(), height = to.groupHeight(), bits = 16 + encoder.groupBits;
     for (int y = 0; y + height <= size.height; y += height) {
@@ -198,7 +198,7 @@ Plain smoothed(int (*curve)(int)) {
   return [curved](const Task& task) {
     constexpr Pixel kCentre[2] = {{-2426, -4769, 7193}, {7193, -6030, -1164}};
     constexpr Pixel kSide[2] = {{-1213, -2385, 3596}, {3596, -3015, -582}};
-    const auto& [function, size, whole, from, to] = task;
+    const auto [function, size, whole, from, to] = task;
     for (int y = 0; y < size.height; ++y) {
       const auto pixel = [&](int x) -> Pixel {
         const Pixel c = from.get(x, y);

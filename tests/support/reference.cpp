@@ -147,7 +147,7 @@ void forAllColours(const Function& function, int groups, const std::function<voi
   const int area = width * height;
   const KipiSize size = {groups * width, std::max(2, kPixels / area / groups) * height};
   Content source = untouched(function, Side::kSource, size);
-  const Samples samples(function, Side::kSource, source);
+  const Samples made(function, Side::kSource, source), samples = made;  // see eachPixel
   for (int colour = 0; colour < kColours;) {
     for (int y = 0; y < size.height; y += height) {
       for (int x = 0; x < size.width; x += width, colour += area * strideOf(oneOf)) {

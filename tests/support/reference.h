@@ -31,8 +31,9 @@ using Plain = std::function<void(const Task&)>;
 template <class Of>
 Plain eachPixel(const Of& of) {
   return [of](const Task& task) {
+    const Samples from = task.from, to = task.to;  // copies, which writing samples cannot change: far faster
     for (int y = 0; y < task.whole.height; ++y) {
-      for (int x = 0; x < task.whole.width; ++x) task.to.set(x, y, of(task.from.get(x, y), x, y));
+      for (int x = 0; x < task.whole.width; ++x) to.set(x, y, of(from.get(x, y), x, y));
     }
   };
 }
