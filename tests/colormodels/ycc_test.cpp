@@ -143,5 +143,12 @@ TEST(YCoCg, EveryFunctionIsExact) {
   EXPECT_EQ(functions, 26);
 }
 
+TEST(YCoCg, AllBytesAreReversible) {
+  const Function &there = *find("kipiBGRToYCoCg_Rev_8u16s_C3P3R"), &back = *find("kipiYCoCgToBGR_Rev_16s8u_P3C3R");
+  forAllColours(there, 4096, [&](KipiSize size, const Content& source) {
+    expectEqual(convert(back, size, convert(there, size, source)), source, there.name);
+  });
+}
+
 }  // namespace
 }  // namespace kip

@@ -125,5 +125,22 @@ TYPED_TEST(Demosaicing, WritesNothingOfAnEmptyRegionAndCutsAHugeOne) {
   }
 }
 
+TYPED_TEST(Demosaicing, DoesNotTellRowsFromColumns) {
+  constexpr KipiBayerGrid kTransposed[] = {kipiBayerBGGR, kipiBayerRGGB, kipiBayerGRBG, kipiBayerGBRG};
+  for (int i = 0; i < 40; ++i) {
+    const Mosaic<TypeParam> m = this->scene(5 + i % 31, 5 + i % 17, i % 4);
+    Mosaic<TypeParam> t{m.height, m.width, kTransposed[m.grid], {}};
+    for (int s = 0; s < m.width * m.height; ++s) t.samples.push_back(m.at(s / t.width, s % t.width));
+    for (const Method<TypeParam>& method : methods<TypeParam>()) {
+      const auto upright = this->convert(method, m, {0, 0, m.width, m.height}, m.width, m.height);
+      const auto turned = this->convert(method, t, {0, 0, t.width, t.height}, t.width, t.height);
+      for (int s = 0; s < m.width * m.height * 3; ++s) {
+        const int c = s % 3, x = s / 3 % m.width, y = s / 3 / m.width;
+        ASSERT_EQ(turned[(x * t.width + y) * 3 + c], upright[s]) << method.name << " at " << x << "," << y;
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace kip

@@ -97,5 +97,66 @@ TEST(Layouts, EveryConversionIsExact) {
   EXPECT_EQ(functions, 62);
 }
 
+/// Another order twice, another layout and back; repeated or interpolated, then every second kept.
+TEST(Layouts, WhatIsUndoneIsAsBefore) {
+  constexpr const char* kPairs[][2] = {{"kipiYCbCr422ToCbYCr422_8u_C2R", "kipiYCbCr422ToCbYCr422_8u_C2R"},
+                                       {"kipiYCbCr422ToYCrCb422_8u_C2R", "kipiYCbCr422ToYCrCb422_8u_C2R"},
+                                       {"kipiCbYCr422ToYCbCr422_8u_C2R", "kipiYCbCr422ToCbYCr422_8u_C2R"},
+                                       {"kipiYCbCr422_8u_C2P3R", "kipiYCbCr422_8u_P3C2R"},
+                                       {"kipiYCbCr420_8u_P3P2R", "kipiYCbCr420_8u_P2P3R"},
+                                       {"kipiYCbCr420ToYCrCb420_8u_P2P3R", "kipiYCrCb420ToYCbCr420_8u_P3P2R"},
+                                       {"kipiYCbCr411_8u_P3P2R", "kipiYCbCr411_8u_P2P3R"},
+                                       {"kipiYCbCr420ToYCbCr422_8u_P3R", "kipiYCbCr422ToYCbCr420_8u_P3R"},
+                                       {"kipiYCrCb420ToCbYCr422_8u_P3C2R", "kipiCbYCr422ToYCrCb420_8u_C2P3R"},
+                                       {"kipiYCbCr411ToYCbCr422_8u_P3R", "kipiYCbCr422ToYCbCr411_8u_P3R"},
+                                       {"kipiYCbCr411ToYCbCr422_8u_P2C2R", "kipiYCbCr422ToYCbCr411_8u_C2P2R"},
+                                       {"kipiYCbCr1620To420_8u_P3R", "kipiYCbCr420To1620_8u_P3R"},
+                                       {"kipiYCbCr420ToYCbCr422_Filter_8u_P3R", "kipiYCbCr422ToYCbCr420_8u_P3R"}};
+  constexpr KipiSize kSize = {208, 24};
+  for (const auto& [there, back] : kPairs) {
+    const Content source = Case(*find(there), kSize, {}).source;
+    expectEqual(convert(*find(back), kSize, convert(*find(there), kSize, source)), source, there);
+  }
+}
+
+/// Converts rows of chroma, each with one value, and compares the rows that become of them.
+void expectRows(const Function& function, int (*given)(int row), int (*expected)(int row), int margin) {
+  constexpr KipiSize kSize = {72, 32};
+  Content source = untouched(function, Side::kSource, kSize);
+  const Samples from(function, Side::kSource, source);
+  for (int y = 0; y < kSize.height; ++y) {
+    for (int x = 0; x < kSize.width; ++x) {
+      for (int c = 1; c < 3; ++c) from.at(c, x, y) = static_cast<uint8_t>(given(y / from.groupHeight()));
+    }
+  }
+  Content result = convert(function, kSize, source);
+  const Samples to(function, Side::kDestination, result);
+  const int rows = kSize.height / to.groupHeight();
+  for (int row = margin; row < rows - margin; ++row) {
+    for (int c = 1; c < 3; ++c) {
+      EXPECT_EQ(to.at(c, 8, row * to.groupHeight()), expected(row)) << function.name << ", row " << row;
+    }
+  }
+}
+
+TEST(Layouts, FlatAndRampsStaySoAndFieldsNeverMix) {
+  const auto byField = [](int row) { return row % 2 == 0 ? 3 : 250; };
+  const auto fieldRamps = [](int row) { return row % 2 * 100 + row / 2 * 8; };
+  const auto doubledRamps = [](int row) {
+    constexpr int kEighths[4] = {-1, -3, 3, 1};  // of the way from one row of the field to the next
+    return row % 2 * 100 + row / 4 * 8 + kEighths[row % 4];
+  };
+  for (const char* name : {"kipiYCbCr422To420_Interlace_8u_P3R", "kipiYCbCr420To422_Interlace_8u_P3R"}) {
+    expectRows(*find(name), byField, byField, 0);
+  }
+  expectRows(*find("kipiYCbCr420ToCbYCr422_Interlace_8u_P3C2R"), fieldRamps, doubledRamps, 4);
+  for (const char* name : {"kipiYCbCr420ToYCbCr422_Filter_8u_P3R", "kipiYCbCr420ToYCbCr422_Filter_8u_P2C2R"}) {
+    expectRows(
+        *find(name), [](int) { return 255; }, [](int) { return 255; }, 0);
+    expectRows(
+        *find(name), [](int row) { return 8 * row; }, [](int row) { return 4 * row; }, 4);
+  }
+}
+
 }  // namespace
 }  // namespace kip
