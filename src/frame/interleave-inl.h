@@ -1,4 +1,4 @@
-// Interleaved samples of three and four channels in memory, and what else takes vectors apart and joins them.
+// Interleaved samples of two, three and four channels in memory, and what else takes vectors apart and joins them.
 
 #if defined(KIP_FRAME_INTERLEAVE_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KIP_FRAME_INTERLEAVE_INL_H_

@@ -79,7 +79,7 @@ struct Packed422 : Interleaved<Tag<uint8_t>, 2> {
     }
     return s;
   }
-  KIP_INLINE static U8 inPixelOrder(U8 packed) { return unitsInOrder(packed); }
+  KIP_INLINE static U8 packedInOrder(U8 packed) { return unitsInOrder(packed); }
 };
 
 /// What planar layouts have in common: samples in the lower bytes of their lanes.
@@ -87,7 +87,7 @@ struct InLowerBytes {
   static constexpr int kLumaByte = 0, kChromaByte = 0;
   static constexpr bool kChromaSwapped = false;
 
-  KIP_INLINE static U8 inPixelOrder(U8 packed) { return packed; }
+  KIP_INLINE static U8 packedInOrder(U8 packed) { return packed; }
 
  protected:
   KIP_INLINE static void widenLuma(U8 y, U8 (&halves)[2]) {

@@ -107,7 +107,7 @@ struct PerGroup {
   KIP_INLINE Terms terms(const InLanes& s) const { return {{inverse.terms(s.chroma[0]), inverse.terms(s.chroma[1])}}; }
   KIP_INLINE Pixels<U8> row(const InLanes& s, int r, const Terms& terms) const {
     const auto half = [&](int h) KIP_INLINE_LAMBDA { return inverse.pixels(s.y[r][h], terms.half[h], terms.half[h]); };
-    return eachChannel(pack(half(0), half(1)), [](U8 v) KIP_INLINE_LAMBDA { return Layout::inPixelOrder(v); });
+    return eachChannel(pack(half(0), half(1)), [](U8 v) KIP_INLINE_LAMBDA { return Layout::packedInOrder(v); });
   }
 };
 

@@ -243,7 +243,7 @@ TEST(Cie, BytesOfAllKindsAreExact) {
     const int width = plain.run == 1 ? 4096 : 2 * plain.run - 1;
     const auto convertsExactly = [&](const PixelImage& colours) {
       Content source = untouched(*function, Side::kSource, colours.size);
-      const Pixels8 from(*function, Side::kSource, source);
+      const Samples from(*function, Side::kSource, source);
       for (int x = 0; x < static_cast<int>(colours.pixels.size()); ++x) from.set(x, 0, colours.pixels[x]);
       compare(*function, plain, colours.size, source);
     };

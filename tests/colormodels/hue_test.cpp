@@ -198,7 +198,7 @@ TEST(Hue, AllBytesAreExactAndWithinOneOfTheFormulas) {
     forAllColours(4096, [&](const PixelImage& colours) {
       Content source = untouched(function, Side::kSource, colours.size);
       Content expected = untouched(function, Side::kDestination, colours.size);
-      const Pixels8 from(function, Side::kSource, source), to(function, Side::kDestination, expected);
+      const Samples from(function, Side::kSource, source), to(function, Side::kDestination, expected);
       for (int x = 0; x < static_cast<int>(colours.pixels.size()); ++x) {
         const Pixel& pixel = colours.pixels[x];
         const Colour exact = byteFunction.exact({float(pixel[0]), float(pixel[1]), float(pixel[2])}, 255);

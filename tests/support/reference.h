@@ -8,9 +8,6 @@
 
 namespace kip {
 
-/// The full-resolution 8-bit pixels of one side of a function.
-using Pixels8 = Samples;
-
 /// Planes of the right size, all bytes kFill: what a destination holds before a call.
 Content untouched(const Function& function, Side side, KipiSize size);
 
