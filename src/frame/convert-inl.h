@@ -41,6 +41,7 @@ KIP_INLINE Pixels<F32> toUnit(const Pixels<F32>& px) {
   return eachChannel(px, [](F32 v) KIP_INLINE_LAMBDA { return toUnit(v); });
 }
 KIP_INLINE Pixels<F32> oneNaN(const Pixels<F32>& px) {
+  if (HWY_LIKELY(!anyNaN(px.a, px.b, px.c))) return px;
   return eachChannel(px, [](F32 v) KIP_INLINE_LAMBDA { return oneNaN(v); });
 }
 

@@ -144,6 +144,22 @@ KIP_INLINE F32 toUnit(F32 v) { return atMost(atLeast(v, set(0.f)), set(1.f)); }
 /// v, or the one NaN that all NaNs become, so that the bits of a result do not depend on the order of operands.
 KIP_INLINE F32 oneNaN(F32 v) { return hn::IfThenElse(hn::Eq(v, v), v, as<float>(set<int32_t>(0x7FC00000))); }
 
+/// Whether any lane is NaN.
+KIP_INLINE bool anyNaN(F32 a, F32 b, F32 c) {
+#if KIP_EMULATED
+  const auto has = [](F32 v) { return !hn::AllTrue(Tag<float>(), hn::Eq(v, v)); };
+  return has(a) || has(b) || has(c);
+#elif KIP_AVX512
+  return !_kortestz_mask16_u8(_mm512_cmp_ps_mask(a.raw, b.raw, _CMP_UNORD_Q),
+                              _mm512_cmp_ps_mask(c.raw, c.raw, _CMP_UNORD_Q));
+#elif HWY_TARGET == HWY_AVX2
+  return _mm256_movemask_ps(
+      _mm256_or_ps(_mm256_cmp_ps(a.raw, b.raw, _CMP_UNORD_Q), _mm256_cmp_ps(c.raw, c.raw, _CMP_UNORD_Q)));
+#else
+  return _mm_movemask_ps(_mm_or_ps(_mm_cmpunord_ps(a.raw, b.raw), _mm_cmpunord_ps(c.raw, c.raw)));
+#endif
+}
+
 /// Floats as 32-bit integers, truncated toward zero or rounded to nearest, ties to even. What does not fit, and NaN,
 /// becomes the least integer.
 #if KIP_EMULATED
