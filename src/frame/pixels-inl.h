@@ -246,6 +246,8 @@ struct Biased : Layout {
   KIP_INLINE P load(const From& from) const {
     return flip(Layout::load(from));
   }
+  template <class From>
+  void loadWide(const From&) const = delete;  // the layout's own would not flip
   template <class To>
   KIP_INLINE void store(const P& px, const To& to) const {
     Layout::store(flip(px), to);

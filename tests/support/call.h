@@ -40,8 +40,8 @@ struct Region {
 
 /// All that any function takes; each function picks its own.
 struct Arguments {
-  ImageArgument source;  ///< not used by functions in place
-  ImageArgument destination;
+  ImageArgument source = {};  ///< not used by functions in place
+  ImageArgument destination = {};
   KipiSize size = {};
   Region region = {};  ///< demosaicing: the part of the image to convert
   int alpha = 0;

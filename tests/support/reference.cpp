@@ -64,6 +64,8 @@ Samples::Samples(const Function& function, Side side, Content& content) : sample
 double Samples::value(int channel, int x, int y) const {
   const uint8_t* from = address(channel, x, y);
   switch (sample_) {
+    case Sample::k8s:
+      return read<int8_t>(from);
     case Sample::k16u:
       return read<uint16_t>(from);
     case Sample::k16s:
