@@ -330,6 +330,7 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 #include "frame/convert.h"
 #include "frame/memory.h"
+#include "frame/rounding.h"
 
 namespace kip {
 
@@ -338,18 +339,16 @@ HWY_EXPORT(fillInverseTable);
 
 using WordValues = std::array<Kip16u, kWordValues>;
 
-/// The constant table of a curve, made on first use.
+/// The constant table of a curve, made on first use, by whatever caller.
 const WordValues& wordValues(Curve curve) {
-  static const WordValues forward = [] {
+  const auto filled = [](const auto& fill) {
+    const RoundToNearest mode;
     WordValues values;
-    HWY_DYNAMIC_DISPATCH(fillForwardTable)(values.data());
+    fill(values.data());
     return values;
-  }();
-  static const WordValues inverse = [] {
-    WordValues values;
-    HWY_DYNAMIC_DISPATCH(fillInverseTable)(values.data());
-    return values;
-  }();
+  };
+  static const WordValues forward = filled(HWY_DYNAMIC_DISPATCH(fillForwardTable));
+  static const WordValues inverse = filled(HWY_DYNAMIC_DISPATCH(fillInverseTable));
   return curve == Curve::kForward ? forward : inverse;
 }
 

@@ -1,6 +1,6 @@
 // Colour twist: an affine 3 x 4 matrix, or a linear 4 x 4 one, applied to every pixel in single precision.
 
-#include <xmmintrin.h>
+#include "frame/rounding.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "colormodels/twist.cpp"
@@ -119,17 +119,6 @@ class ModestMatrix {
   U16 exponent_ = pinned<uint16_t>(0x4B00);  // the upper half of 2^23
 };
 #endif
-
-/// Makes the processor round to nearest for as long as it lives, whatever the caller's mode is.
-class RoundToNearest {
- public:
-  RoundToNearest() : callers_(_MM_GET_ROUNDING_MODE()) { _MM_SET_ROUNDING_MODE(_MM_ROUND_NEAREST); }
-  ~RoundToNearest() { _MM_SET_ROUNDING_MODE(callers_); }
-  RoundToNearest(const RoundToNearest&) = delete;
-
- private:
-  unsigned callers_;
-};
 
 template <int kLow, int kHigh, class Layout>
 struct TwistIntegers {
