@@ -99,6 +99,21 @@ TEST_P(EveryFunction, WritesWhatItPromisesAndReportsIt) {
   }
 }
 
+/// In the families that look at it, a step that is no whole number of samples counts as the whole ones in it.
+TEST(Steps, AreRoundedDownToSamples) {
+  for (const Function& function : registry()) {
+    const int sample = bytesOf(function.shape.source.sample);
+    const bool cie = function.parts.has("XYZ") || function.parts.has("LUV");
+    if (sample == 1 || !(cie || (function.parts.has("ToGray") && sample == 4))) continue;
+    const Case that(function, {5, 3}, {});
+    const Outcome expected = outcomeOf(that);
+    Trial trial(that, plainPlacement(function));
+    trial.arguments.source.step[0] += sample - 1, trial.arguments.destination.step[0] += sample - 1;
+    EXPECT_EQ(trial(), kipStatusOk);
+    trial.expect(expected.content, "steps with " + std::to_string(sample - 1) + " bytes more");
+  }
+}
+
 class FourthChannel : public EveryFunction {};
 
 TEST_P(FourthChannel, IsGivenOrZeroOrCopied) {

@@ -12,8 +12,8 @@ KIP_FUNCTION(kipiRGBToGray_16s_C3C1R,       KIP_C_C(Kip16s, Kip16s), kGray, Gray
 KIP_FUNCTION(kipiColorToGray_16s_C3C1R,     KIP_WEIGHTS_C_C(Kip16s), kGray, Gray16s<C3<uint16_t>>)
 KIP_FUNCTION(kipiRGBToGray_16s_AC4C1R,      KIP_C_C(Kip16s, Kip16s), kGray, Gray16s<AC4<uint16_t>>)
 KIP_FUNCTION(kipiColorToGray_16s_AC4C1R,    KIP_WEIGHTS_C_C(Kip16s), kGray, Gray16s<AC4<uint16_t>>)
-KIP_FUNCTION(kipiRGBToGray_32f_C3C1R,       KIP_C_C(Kip32f, Kip32f), kGray, Gray32f<C3<float>>)
-KIP_FUNCTION(kipiColorToGray_32f_C3C1R,     KIP_WEIGHTS_C_C(Kip32f), kGray, Gray32f<C3<float>>)
-KIP_FUNCTION(kipiRGBToGray_32f_AC4C1R,      KIP_C_C(Kip32f, Kip32f), kGray, Gray32f<AC4<float>>)
-KIP_FUNCTION(kipiColorToGray_32f_AC4C1R,    KIP_WEIGHTS_C_C(Kip32f), kGray, Gray32f<AC4<float>>)
+KIP_FUNCTION(kipiRGBToGray_32f_C3C1R,       KIP_C_C(Kip32f, Kip32f), kGrayFloats, Gray32f<C3<float>>)
+KIP_FUNCTION(kipiColorToGray_32f_C3C1R,     KIP_WEIGHTS_C_C(Kip32f), kGrayFloats, Gray32f<C3<float>>)
+KIP_FUNCTION(kipiRGBToGray_32f_AC4C1R,      KIP_C_C(Kip32f, Kip32f), kGrayFloats, Gray32f<AC4<float>>)
+KIP_FUNCTION(kipiColorToGray_32f_AC4C1R,    KIP_WEIGHTS_C_C(Kip32f), kGrayFloats, Gray32f<AC4<float>>)
 // clang-format on

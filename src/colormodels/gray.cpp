@@ -95,14 +95,15 @@ struct GrayFloats {
   GraySum sum;
 };
 
-/// 16-bit samples: truncated, the low 16 bits kept. Signed ones, raised by 32768, saturate instead.
+/// 16-bit samples: truncated, the low 16 bits kept. Signed ones, raised by 32768, saturate instead; sums beyond the
+/// range are limited before they become integers, which could not hold all of them.
 template <bool kSaturates>
 struct GrayWords {
   using Lane = float;
   KIP_INLINE explicit GrayWords(const Job& job) : sum(job) {}
   KIP_INLINE Pixels<I32> operator()(const Pixels<F32>& px) const {
-    const I32 whole = truncated(sum(px));
-    const I32 gray = kSaturates ? whole : hn::And(whole, set<int32_t>(0xFFFF));
+    const F32 y = sum(px);
+    const I32 gray = kSaturates ? truncated(atMost(y, set(65535.f))) : hn::And(truncated(y), set<int32_t>(0xFFFF));
     return {gray, gray, gray};
   }
   GraySum sum;
@@ -124,6 +125,7 @@ HWY_AFTER_NAMESPACE();
 
 namespace kip {
 constexpr Rules kGray = {};
+constexpr Rules kGrayFloats = {.stepUnit = sizeof(float)};
 }  // namespace kip
 
 // With the caller's weights, null for those of BT.601, as last argument.
