@@ -326,7 +326,7 @@ class ToHls32f {
         return hn::IfThenElse(red[k], inRed, hn::IfThenElse(green, inGreen, inBlue));
       };
       angle[k] = hn::Mul(hn::Sub(pick(g, b, r), pick(b, r, g)), d60_);
-      offset[k] = hn::IfThenZeroElse(red[k], hn::IfThenElse(green, d120_, d240_));
+      offset[k] = hn::IfThenElse(red[k], minusZero_, hn::IfThenElse(green, d120_, d240_));  // -0 changes no angle
     }
     for (int k = 0; k < kCount; ++k) {
       angle[k] = hn::Div(angle[k], delta[k]);
@@ -343,7 +343,7 @@ class ToHls32f {
   }
 
  private:
-  F32 half_ = pinned(.5f), two_ = pinned(2.f), epsilon_ = pinned(1.1920929e-7f);
+  F32 half_ = pinned(.5f), two_ = pinned(2.f), minusZero_ = pinned(-0.f), epsilon_ = pinned(1.1920929e-7f);
   F32 d60_ = pinned(60.f), d120_ = pinned(120.f), d240_ = pinned(240.f), d360_ = pinned(360.f);
 };
 

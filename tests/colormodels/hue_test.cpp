@@ -255,6 +255,8 @@ TEST(Hue, PrimariesHaveTheirAngles) {
   EXPECT_EQ(converted("kipiRGBToHSV_8u_C3R", {0, 255, 0}), (Colour{85, 254, 255}));
   EXPECT_EQ(converted("kipiBGRToHLS_8u_P3R", {0, 0, 255}), (Colour{170, 127, 254}));
   EXPECT_EQ(converted("kipiRGBToHLS_32f_C3R", {0, 0, 1}), (Colour{240 / 360.f, .5f, 1}));
+  // A product that underflows keeps its sign; only angles below zero are turned.
+  EXPECT_TRUE(std::signbit(converted("kipiRGBToHLS_32f_C3R", {1e30f, 1e-30f, 2e-30f})[0]));
 }
 
 /// A whole turn is red again.
