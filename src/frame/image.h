@@ -16,11 +16,11 @@ struct ImageArg {
   const void* const* many = nullptr;  ///< planar: the array of plane pointers
   int planes = 1;
   int planesChecked = 1;       ///< how many of the plane pointers must not be null
-  int step = 0;                ///< bytes between rows, of all planes alike,
+  ptrdiff_t step = 0;          ///< bytes between rows, of all planes alike,
   const int* steps = nullptr;  ///< or of each plane
 };
 
-inline ImageArg interleaved(const void* first, int step) { return {.single = first, .step = step}; }
+inline ImageArg interleaved(const void* first, ptrdiff_t step) { return {.single = first, .step = step}; }
 
 template <class T>
 ImageArg planar(T* const* array, int count, int step, int checked = kMaxPlanes) {

@@ -309,9 +309,12 @@ constexpr Rules kWholeBlocks420 = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeigh
 #if HWY_ONCE
 namespace {
 
-/// The steps of an image without gaps: a row of `samples` bytes per pixel, and planes whose chroma is `chroma` wide.
-int tightStep(KipiSize size, int samples) { return static_cast<int>(static_cast<unsigned>(size.width) * samples); }
+/// An interleaved image without gaps, whose step may be more than an int holds.
+ImageArg tightC3(const Kip8u* first, KipiSize size) {
+  return interleaved(first, static_cast<ptrdiff_t>(size_t{3} * static_cast<unsigned>(size.width)));
+}
 
+/// The steps of planes without gaps.
 struct TightSteps {
   int of[3];
 };
@@ -324,13 +327,15 @@ TightSteps tight420(KipiSize size) { return {{size.width, size.width / 2, size.w
 }  // namespace
 
 KipStatus kipiRGBToYUV422_8u_C3P3(const Kip8u* pSrc, Kip8u* pDst[3], KipiSize imgSize) {
-  return kipiRGBToYUV422_8u_C3P3R(pSrc, tightStep(imgSize, 3), pDst, tight422(imgSize).of, imgSize);
+  return convert(KIP_KERNEL(kipiRGBToYUV422_8u_C3P3R), kEveryPixel, tightC3(pSrc, imgSize),
+                 planar(pDst, 3, tight422(imgSize).of), imgSize);
 }
 KipStatus kipiRGBToYUV422_8u_P3(const Kip8u* pSrc[3], Kip8u* pDst[3], KipiSize imgSize) {
   return kipiRGBToYUV422_8u_P3R(pSrc, imgSize.width, pDst, tight422(imgSize).of, imgSize);
 }
 KipStatus kipiRGBToYUV420_8u_C3P3(const Kip8u* pSrc, Kip8u* pDst[3], KipiSize imgSize) {
-  return kipiRGBToYUV420_8u_C3P3R(pSrc, tightStep(imgSize, 3), pDst, tight420(imgSize).of, imgSize);
+  return convert(KIP_KERNEL(kipiRGBToYUV420_8u_C3P3R), kWholeBlocks420, tightC3(pSrc, imgSize),
+                 planar(pDst, 3, tight420(imgSize).of), imgSize);
 }
 KipStatus kipiRGBToYUV420_8u_P3(const Kip8u* pSrc[3], Kip8u* pDst[3], KipiSize imgSize) {
   return kipiRGBToYUV420_8u_P3R(pSrc, imgSize.width, pDst, tight420(imgSize).of, imgSize);
@@ -339,12 +344,14 @@ KipStatus kipiYUV422ToRGB_8u_P3(const Kip8u* pSrc[3], Kip8u* pDst[3], KipiSize i
   return kipiYUV422ToRGB_8u_P3R(pSrc, tight422(imgSize).of, pDst, imgSize.width, imgSize);
 }
 KipStatus kipiYUV422ToRGB_8u_P3C3(const Kip8u* pSrc[3], Kip8u* pDst, KipiSize imgSize) {
-  return kipiYUV422ToRGB_8u_P3C3R(pSrc, tight422(imgSize).of, pDst, tightStep(imgSize, 3), imgSize);
+  return convert(KIP_KERNEL(kipiYUV422ToRGB_8u_P3C3R), kEveryPixel, planar(pSrc, 3, tight422(imgSize).of),
+                 tightC3(pDst, imgSize), imgSize);
 }
 KipStatus kipiYUV420ToRGB_8u_P3(const Kip8u* pSrc[3], Kip8u* pDst[3], KipiSize imgSize) {
   return kipiYUV420ToRGB_8u_P3R(pSrc, tight420(imgSize).of, pDst, imgSize.width, imgSize);
 }
 KipStatus kipiYUV420ToRGB_8u_P3C3(const Kip8u* pSrc[3], Kip8u* pDst, KipiSize imgSize) {
-  return kipiYUV420ToRGB_8u_P3C3R(pSrc, tight420(imgSize).of, pDst, tightStep(imgSize, 3), imgSize);
+  return convert(KIP_KERNEL(kipiYUV420ToRGB_8u_P3C3R), kWholeBlocks420, planar(pSrc, 3, tight420(imgSize).of),
+                 tightC3(pDst, imgSize), imgSize);
 }
 #endif  // HWY_ONCE
