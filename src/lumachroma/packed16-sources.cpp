@@ -58,7 +58,7 @@ constexpr Rules kPairs = {.minWidth = 2};
 constexpr Rules kQuads = {.minWidth = 4, .warnWidth = 4};
 constexpr Rules kBlocks = {.minWidth = 2, .minHeight = 2, .rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
 constexpr Rules kYuv420 = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
-constexpr Rules kYuv422 = {.warnWidth = 2};
+constexpr Rules kYuv422 = {.warnWidth = 2, .warnHeight = 2};
 }  // namespace kip
 #endif
 
