@@ -5,7 +5,8 @@
  * @section images Images
  * An image argument is a pointer to the first pixel of the region of interest and a step: the distance in bytes from
  * one row to the next, which may be negative for bottom-up images unless a group says otherwise. The library reads the
- * region's rows of the source, writes the region's rows of the destination, and touches nothing else.
+ * region's rows of the source, writes the region's rows of the destination, and touches nothing else. Samples of the
+ * destination that keep their values, such as alpha, may be read and stored again.
  *
  * @section names Names
  * `kipi` + source space + `To` + destination space + variant + `_` + sample types + `_` + layout. The space names the
@@ -14,7 +15,7 @@
  * | layout   | meaning |
  * |----------|---------|
  * | C1 C3 C4 | 1, 3, 4 interleaved channels; as a destination C4 gets the caller's alpha in its fourth |
- * | AC4      | 4 interleaved channels, the fourth is alpha: not converted, and left untouched in the destination |
+ * | AC4      | 4 interleaved channels, the fourth is alpha: not converted, and kept as it was in the destination |
  * | C2       | packed 4:2:2, four bytes for each pair of pixels |
  * | P2       | luma plane and one plane of chroma pairs, Cb before Cr |
  * | P3       | one plane per channel, in the order of the space's name |
@@ -33,7 +34,7 @@
  *
  * @section exactness Exactness
  * The same input gives the same bytes on every processor, in 32 and 64 bits, with any number of threads and any
- * alignment.
+ * alignment, where floats are rounded as they are when a program starts: to nearest, with subnormal numbers.
  *
  * @section threads Threads
  * All functions may be called from any thread at any time. A function runs on the thread that calls it, but where its
@@ -121,12 +122,13 @@ KIPAPI const KipLibraryVersion* kipccGetLibVersion(void);
  *  4:2:2 and 4:2:0 chroma is that of the mean colour of a pixel pair or of a 2 x 2 block; back, each chroma sample
  *  serves its pair or block. YUV422 C2 is Y0, U, Y1, V for each pixel pair.
  *
- *  The full-resolution functions from RGB, and the ones to AC4 from planes, use one arithmetic for the runs of 16 (or
- *  8) pixels that each row begins with and a slightly different one for the pixels left over at its end, which may come
- *  out one step apart.
+ *  The full-resolution functions from RGB, and the ones to AC4 from planes, use one arithmetic for the runs of 16 pixels
+ *  (in AC4P4R and P3AC4R of 8) that each row begins with and a slightly different one for the pixels left over at its
+ *  end, which may come out one step apart.
  *
  *  Odd sizes: 4:2:2 converts every pixel and never warns; the last pixel of an odd width has chroma of its own in
- *  planes, and in C2 it takes up two bytes, Y and U, on output, and borrows the chroma of the pair before it on input.
+ *  planes, and in C2 it takes up two bytes, Y and U, on output, and borrows the chroma of the pair before it on input,
+ *  or, in a region one wide, takes its one chroma byte for both, with factors of its own.
  *  4:2:0 converts the even part only and returns kipStatusOddSize when width or height is odd.
  *
  *  The functions without R take whole images without gaps: rows of width bytes in full planes, 3 x width bytes in C3,
@@ -187,9 +189,10 @@ KIPAPI KipStatus kipiYUV420ToBGR_8u_P3C3R(const Kip8u* pSrc[3], int srcStep[3], 
  * order. RGBToGray uses the BT.601 weights 0.299, 0.587, 0.114; ColorToGray the caller's, or those for a null pointer.
  * AC4 ignores the fourth sample.
  *
- *  8u: weights rounded to multiples of 1/4096, the exact sum rounded half up; of a sum beyond 255 the low byte is kept.
- *  16u: single precision, truncated, the low 16 bits kept. 16s: the same on values raised by 32768, lowered again and
- *  saturated. 32f: single precision, summed from left to right.
+ *  8u: weights x 4096, plus a half, truncated to signed 16 bits; the exact sum / 4096 rounded half up, of which the low
+ *  byte is kept. 16u: single precision, truncated, the low 16 bits of a sum below 2^31 kept. 16s: the same on values
+ *  raised by 32768, lowered again and saturated. 32f: single precision, summed from left to right; steps are rounded
+ *  down to a multiple of 4.
  *  @{ */
 
 KIPAPI KipStatus kipiRGBToGray_8u_C3C1R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
@@ -357,8 +360,8 @@ KIPAPI KipStatus kipiDemosaicAHD_16u_C1C3R(const Kip16u* pSrc, KipiRect srcRoi, 
  *
  *  Products that are not numbers give 0; the maximum passes over samples that are not numbers.
  *
- *  A maximum or mean below zero gives kipStatusNoOperation, and nothing is written. One that is zero or smaller than the
- *  smallest normal float (the mean: half of that) fills the destination with 0; only in this case is pDst checked.
+ *  A maximum or mean below zero gives kipStatusNoOperation, and nothing is written. One from zero to the smallest normal
+ *  float (the mean: half of that) fills the destination with 0; only in this case is pDst checked.
  *  @{ */
 
 KIPAPI KipStatus kipiToneMapLinear_32f8u_C1R(const Kip32f* pSrc, int srcStep, Kip8u* pDst, int dstStep,
@@ -674,8 +677,9 @@ KIPAPI KipStatus kipiHLSToBGR_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* p
  *  | 32f8u              | nominal 0..1 | 0..255       | 255        | 2..256     |
  *  | 32f16u, 32f16s     | nominal 0..1 | 16 bits      | 65535      | 2..256     |
  *
- *  Signed samples are taken as unsigned ones 32768 higher. Floats outside 0..1 saturate; NaN counts as below. All
- *  channels of C1, C3 and C4 are reduced, each by itself; of AC4 alpha is neither read nor written.
+ *  Signed samples are taken as unsigned ones 32768 higher. Floats outside 0..1 saturate, but for those below where noise
+ *  makes a threshold of the ordered dither negative; NaN counts as below. All channels of C1, C3 and C4 are reduced,
+ *  each by itself; alpha of AC4 stays as it was.
  *
  *  - kipDitherNone: the nearest level; half an interval rounds down. `noise` is ignored.
  *  - kipDitherBayer: the upper neighbouring level where the sample exceeds the lower one by more than a threshold of
@@ -687,7 +691,7 @@ KIPAPI KipStatus kipiHLSToBGR_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* p
  *    saturate and hand on no error. `noise` spreads the threshold, half an interval, by up to so many percent of an
  *    interval up or down.
  *
- *  The noise is the same on every call. Work is split among threads by rows, and by channels where errors are diffused.
+ *  The noise is the same on every call. Ordered dither is split among threads by rows, error diffusion by channels.
  *  There a thread that has several channels begins each with the errors of the last rows of the one before, so the bytes
  *  of images with more channels than threads depend on the number of threads: the one exception to the rule above.
  *
@@ -786,9 +790,10 @@ KIPAPI KipStatus kipiReduceBits_32f16s_AC4R(const Kip32f* pSrc, int srcStep, Kip
  *  Chroma is weighted from the sums over its group, with 128 and a rounding added, and floored: 128.5 at full
  *  resolution, in RGBToYCbCr422 C2, RGBToYCrCb422 C2 and BGRToCbYCr422 (there Cr gets 2 / 2^17 less than Cb); 128.125 in
  *  all others. The second luma of each pair of RGBToYCbCr422 C2 and RGBToYCrCb422 C2 is truncated. HDTV saturates.
- *  RGBToCbYCr422 weights the chroma of a pair 2 : 1 : 1 from its first pixel and both neighbours of that, in factors
- *  x 2^15 and with 128.5 - 2^-15; the missing left neighbour of a row's first pair counts as having no chroma. Gamma
- *  sends R, G and B through the transfer curve of BT.709 before.
+ *  RGBToCbYCr422 sums pairs in factors x 2^15: luma is (8422 R + 16515 G + 3212 B) / 2^15 + 16.5, floored, and chroma,
+ *  with 128.5 - 2^-15, is weighted 2 : 1 : 1 from the first pixel and both neighbours of that; the missing left neighbour
+ *  of a row's first pair counts as having no chroma. A single last pixel has the luma of the table, and chroma with
+ *  128.5. Gamma sends R, G and B through the transfer curve of BT.709 before.
  *
  *  | back to RGB, (luma, Cr to R, Cb to G, Cr to G, Cb to B) and rounding | functions |
  *  |----------------------------------------------------------|-----------------------------------------------------|
@@ -817,8 +822,8 @@ KIPAPI KipStatus kipiReduceBits_32f16s_AC4R(const Kip32f* pSrc, int srcStep, Kip
  *
  *  Smallest regions: 4 wide for 4:1:1; 2 wide for BGRToYCbCr422, YCbCr422ToBGR and kipiRGBToYCbCr422_8u_C3P3R; 2 x 2 for
  *  encoding 4:2:0, but kipiRGBToYCbCr420_8u_C3P3R; 1 x 1 for all others. Plane pointers are checked before the size when
- *  encoding to planes, but by kipiRGBToYCbCr420_8u_C3P3R, and when decoding from planes of 4:2:2 and 4:1:1; after it
- *  elsewhere. kipiRGBToCbYCr422Gamma_8u_C3C2R checks its steps, after the size.
+ *  encoding to subsampled planes, but by kipiRGBToYCbCr420_8u_C3P3R, and when decoding from planes of 4:2:2 and 4:1:1;
+ *  after it elsewhere. kipiRGBToCbYCr422Gamma_8u_C3C2R checks its steps, after the size.
  *  @{ */
 
 KIPAPI KipStatus kipiRGBToYCbCr_8u_C3R(const Kip8u* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize);
@@ -956,7 +961,7 @@ KIPAPI KipStatus kipiYCbCr411ToBGR_8u_P3C4R(const Kip8u* pSrc[3], int srcStep[3]
  *  LUV: 8u and 16u round half up, and saturate; U and V of the 8u encoder keep the low byte instead, which no colour
  *  needs. Black has u* = v* = 0, and back all L* below 0.00009 is black, whatever u* and v* are. The decoders clamp
  *  R, G, B; those to integers measure the up to 3 pixels left over after the runs of 4 that each row begins with
- *  against a white 4 x 10^-7 apart.
+ *  against a white up to 4 x 10^-7 apart.
  *
  *  Lab: rounded to nearest, ties to even, and saturated. The decoder takes ((L* + 16) / 116)^3 for every L*, also below
  *  8, where the encoder has a line: very dark colours come back slightly lighter.
@@ -1006,7 +1011,7 @@ KIPAPI KipStatus kipiLabToBGR_16u8u_C3R(const Kip16u* pSrc, int srcStep, Kip8u* 
 
 /** @defgroup ycc Photo YCC and YCoCg
  *  Photo YCC, interleaved: L = 0.299 R + 0.587 G + 0.114 B and, with samples of 0..1, Y = L / 1.402,
- *  C1 = (B - L) x 0.4368627 + 156/255 and C2 = (R - L) x 0.53192 + 137/255. White has Y = 182/255. 8u is fixed point,
+ *  C1 = (B - L) x 0.4368627 + 156/255 and C2 = (R - L) x 0.53192 + 137/255. White has Y = 181.9/255. 8u is fixed point,
  *  floored: up to 1.06 steps off that, and 1.29 on the way back. 16u is single precision, truncated and saturated; 16s
  *  is 16u less 32768 in every sample; 32f clamps R, G, B to 0..1 and nothing else. AC4 leaves the fourth sample of the
  *  destination as it was. Regions above 4096 pixels are split over threads.
@@ -1123,7 +1128,8 @@ KIPAPI KipStatus kipiYCoCgToSBGR_Rev_32s16s_P3C4R(const Kip32s* pSrc[3], int src
  *  / 2) wide, those of YCbCr420 Dither ceil(height / 2) high; the last pixel of an odd width in C2 has the chroma of
  *  the pair before it, and a single one has its one chroma byte for both. 420 without Dither and all of YUV420 convert
  *  whole blocks of 2 x 2 and return kipStatusOddSize when width or height is odd. 411 converts whole groups of 4
- *  columns without a warning; RGB565ToYUV422 whole pairs, with kipStatusOddSize when the width is odd.
+ *  columns without a warning; RGB565ToYUV422 whole pairs, in every row, with kipStatusOddSize when width or height is
+ *  odd.
  *
  *  Only RGB565ToRGB, BGR565ToBGR, RGBToRGB565 and BGRToBGR565 check their steps, after the size: kipStatusBadStep below
  *  1.
