@@ -9,7 +9,7 @@
 #include <random>
 #include <vector>
 
-#include "kipcc.h"
+#include "support/reference.h"
 
 namespace kip {
 namespace {
@@ -81,6 +81,28 @@ TEST(Gamma, OfFloatsHasTheBytesOfPow) {
       }
     }
   }
+}
+
+TEST(Gamma, IsTheSameInEveryLayout) {
+  const KipiSize size = {70, 3};
+  int functions = 0;
+  for (const Function& function : registry()) {
+    if (!function.parts.has("kipiGamma")) continue;
+    ++functions;
+    const Function& plain = *find(function.name.substr(0, function.name.rfind('_')) + "_C3R");
+    Content source = Case(function, size, {}).source, pixels = untouched(plain, Side::kSource, size);
+    const Samples from(function, function.shape.inPlace() ? Side::kDestination : Side::kSource, source);
+    const Samples triples(plain, Side::kSource, pixels);
+    const auto forSamples = [&](const auto& with) {
+      for (int i = 0; i < 3 * size.width * size.height; ++i) with(i % 3, i / 3 % size.width, i / 3 / size.width);
+    };
+    forSamples([&](int c, int x, int y) { triples.put(c, x, y, from.value(c, x, y)); });
+    Content result = convert(function, size, source), expected = convert(plain, size, pixels);
+    const Samples is(function, Side::kDestination, result), should(plain, Side::kDestination, expected);
+    forSamples([&](int c, int x, int y) { EXPECT_EQ(is.value(c, x, y), should.value(c, x, y)) << function.name; });
+    if (HasFailure()) return;
+  }
+  EXPECT_EQ(functions, 36);
 }
 
 TEST(Gamma, LooksAtTheRangeBeforeThePointers) {
