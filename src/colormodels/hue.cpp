@@ -364,7 +364,7 @@ template <class Sixtieth>
 class FromHls32f {
  public:
   using Lane = float;
-  static constexpr int kTogether = 2;
+  static constexpr int kTogether = 4;
   KIP_INLINE FromHls32f() {}
 
   KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const {
