@@ -211,8 +211,6 @@ struct DecodeFloats {
   }
 };
 
-template <class Op, class Layout>
-using Same = Convert<Op, Layout, Layout>;
 /// The pixels left over after the runs of 4 are measured against a slightly different white.
 template <class Encoding, class Layout>
 using Decode = ConvertRuns<4, DecodeIntegers<Encoding, kWhite>, DecodeIntegers<Encoding, kWhiteOfRest>, Layout, Layout>;

@@ -93,9 +93,6 @@ struct FloatInverse {
   KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const { return oneNaN(toUnit(kXyzToRgb(px))); }
 };
 
-template <class Op, class Layout>
-using Same = Convert<Op, Layout, Layout>;
-
 }  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip

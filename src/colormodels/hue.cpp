@@ -431,11 +431,11 @@ using RgbToHls = Convert<ToHue<typename Src::T, Hls>, Src, Dst>;
 template <class Src, class Dst = Src>
 using HlsToRgb = Convert<FromHue<typename Src::T, HlsShades<typename Src::T>>, Src, Dst>;
 template <class Layout>
-using RgbToHsv = Convert<ToHue<typename Layout::T, Hsv>, Layout, Layout>;
+using RgbToHsv = Convert<ToHue<typename Layout::T, Hsv>, Layout>;
 template <class Layout>
-using HsvToRgb = Convert<FromHue<typename Layout::T, HsvShades<typename Layout::T>>, Layout, Layout>;
+using HsvToRgb = Convert<FromHue<typename Layout::T, HsvShades<typename Layout::T>>, Layout>;
 template <class Layout>
-using RgbToHls32f = Convert<ToHls32f, Layout, Layout>;
+using RgbToHls32f = Convert<ToHls32f, Layout>;
 template <class Layout>
 using HlsToRgb32f = ConvertRuns<4, FromHls32f<TimesPer60>, FromHls32f<Over60>, Layout, Layout>;
 

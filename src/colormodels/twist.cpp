@@ -127,10 +127,10 @@ struct TwistIntegers {
 #if HWY_NATIVE_FMA
     if constexpr (kLow == 0) {
       using Modest = ModestMatrix<typename Layout::T>;
-      if (Modest::takes(job)) return Convert<Modest, Layout, Layout>::rows(job, first, last);
+      if (Modest::takes(job)) return Convert<Modest, Layout>::rows(job, first, last);
     }
 #endif
-    Convert<IntegerMatrix<kLow, kHigh>, Layout, Layout>::rows(job, first, last);
+    Convert<IntegerMatrix<kLow, kHigh>, Layout>::rows(job, first, last);
   }
 };
 
@@ -143,7 +143,7 @@ using Twist16u = TwistIntegers<0, 65535, Layout>;
 template <class Layout>
 using Twist16s = TwistIntegers<-32768, 32767, Biased<Layout>>;
 template <class Layout>
-using Twist32f = Convert<Matrix3x4, Layout, Layout>;
+using Twist32f = Convert<Matrix3x4, Layout>;
 
 /// out_c = t[c][0] in_0 + t[c][1] in_1 + t[c][2] in_2 + t[c][3] in_3: the fourth sample takes part.
 struct FourChannels {

@@ -96,9 +96,6 @@ struct DecodeFloats {
   KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& ycc) const { return oneNaN(toUnit(decode<kFloatScale>(ycc))); }
 };
 
-template <class Op, class Layout>
-using Same = Convert<Op, Layout, Layout>;
-
 }  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip

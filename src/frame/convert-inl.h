@@ -140,7 +140,7 @@ KIP_INLINE auto convertPixels(const Op& op, const Pixels<V>& px) {
 }
 
 /// Converts rows with one arithmetic for every pixel. The arithmetic and the layouts are made once for all rows.
-template <class Op, class Src, class Dst>
+template <class Op, class Src, class Dst = Src>
 class Convert {
  public:
   KIP_INLINE explicit Convert(const Job& job)
