@@ -317,7 +317,7 @@ KIPAPI KipStatus kipiColorTwist_32f_C4R(const Kip32f* pSrc, int srcStep, Kip32f*
  *  coloured fringes. Each pixel is interpolated along its row and along its column with the help of the other colours,
  *  and the candidate is taken that has more neighbours of nearly its own lightness and chroma (CIE L*a*b*) within 3 x 3
  *  pixels; the mean of both, when it is a draw. Results are rounded to nearest, ties to even. A negative x or y of the
- *  region becomes 0 and leaves its size unchanged. Work memory is a fixed 100 KB, whatever the size of the image; pTmp
+ *  region becomes 0 and leaves its size unchanged. Work memory is a fixed 65 KB, whatever the size of the image; pTmp
  *  and tmpStep are not used and may be null and 0.
  *  @{ */
 

@@ -85,7 +85,7 @@ struct Both {
 template <class T, int kDepth>
 class Ring {
  public:
-  T& operator[](int y) { return rows_[(y + kSampleReach * kDepth) % kDepth]; }
+  T& operator[](int64_t y) { return rows_[(y + kSampleReach * kDepth) % kDepth]; }
 
  private:
   T rows_[kDepth];
@@ -119,12 +119,12 @@ KIP_INLINE F32 limit(F32 v, F32 low, F32 high) { return hn::Min(hn::Max(v, low),
 
 /// Columns first .. last - 1 of the mirrored image's row as floats.
 template <class T>
-void samples(const T* row, int width, int first, int last, float* to) {
+void samples(const T* row, int width, int64_t first, int64_t last, float* to) {
   const hn::Rebind<T, Tag<float>> d;
-  const auto single = [&](int x) { to[x - first] = row[mirrored(x, width)]; };
-  int x = first;
+  const auto single = [&](int64_t x) { to[x - first] = row[mirrored(x, width)]; };
+  int64_t x = first;
   for (; x < 0; ++x) single(x);
-  for (; x + kFloats <= std::min(last, width); x += kFloats) {
+  for (; x + kFloats <= std::min<int64_t>(last, width); x += kFloats) {
     const I32 whole = hn::PromoteTo(Tag<int32_t>(), hn::LoadU(d, row + x));
     hn::StoreU(hn::ConvertTo(Tag<float>(), whole), Tag<float>(), to + x - first);
   }
@@ -349,10 +349,10 @@ class Tile {
   }
 
   void run() {
-    const int height = job_.region.bottom - top_;
-    for (int y = -kSampleReach; y < height + kSampleReach; ++y) {
+    const int64_t height = job_.region.bottom - top_;
+    for (int64_t y = -kSampleReach; y < height + kSampleReach; ++y) {
       // A stage that lags that many rows behind the first one begins as many rows below it.
-      const auto stage = [&](int lag, void (Tile::*row)(int)) {
+      const auto stage = [&](int lag, void (Tile::*row)(int64_t)) {
         if (y - lag >= lag - kSampleReach) (this->*row)(y - lag);
       };
       stage(0, &Tile::sampleRow);
@@ -364,19 +364,19 @@ class Tile {
   }
 
  private:
-  void sampleRow(int y) {
+  void sampleRow(int64_t y) {
     const T* row = reinterpret_cast<const T*>(job_.row(top_ + y));
-    samples(row, job_.size.width, firstColumn_ - 2, firstColumn_ + count_ + 2, rows_.samples[y].at(-2));
+    samples(row, job_.size.width, firstColumn_ - 2, int64_t{firstColumn_} + count_ + 2, rows_.samples[y].at(-2));
     prefetch(job_.row(top_ + y + 1) + left_ * ptrdiff_t{sizeof(T)}, width_ * ptrdiff_t{sizeof(T)});
   }
 
-  void greenRow(int y) {
+  void greenRow(int64_t y) {
     const float* five[5];
     for (int i = 0; i < 5; ++i) five[i] = rows_.samples[y - 2 + i].at(0);
     greens(five, job_.isGreen(firstColumn_, top_ + y), count_, rows_.greens[y]);
   }
 
-  void colourRow(int y) {
+  void colourRow(int64_t y) {
     const auto candidates = job_.hasRed(top_ + y) ? colours<true> : colours<false>;
     const Both<Green>&above = rows_.greens[y - 1], &row = rows_.greens[y], &below = rows_.greens[y + 1];
     Both<Colours>& to = rows_.colours[y];
@@ -387,9 +387,9 @@ class Tile {
     labs(count_, lab.vertical);
   }
 
-  void voteRow(int y) { votes(rows_.labs[y - 1], rows_.labs[y], rows_.labs[y + 1], count_, rows_.votes[y]); }
+  void voteRow(int64_t y) { votes(rows_.labs[y - 1], rows_.labs[y], rows_.labs[y + 1], count_, rows_.votes[y]); }
 
-  void finalRow(int y) {
+  void finalRow(int64_t y) {
     constexpr ptrdiff_t kPixel = 3 * sizeof(T);
     Kip8u* const to = job_.dstRow(top_ + y) + (left_ - job_.region.left) * kPixel;
     prefetch(to, width_ * kPixel);
@@ -400,7 +400,8 @@ class Tile {
   const BayerJob& job_;
   const ToXyz& toXyz_;
   TileRows& rows_;
-  const int top_, left_, width_;
+  const int64_t top_;
+  const int left_, width_;
   const int firstColumn_ = left_ - kGreenReach;
   const int count_ = (width_ + 2 * kGreenReach + kFloats - 1) / kFloats * kFloats;  // whole vectors from there
   T* planes_[3];

@@ -10,10 +10,11 @@
 namespace kip {
 
 /// Coordinate i of n, where an image goes on beyond its edges as in a mirror that does not repeat the edge sample. So
-/// a missing neighbour is replaced by the one opposite it, and the Bayer pattern goes on undisturbed.
-inline int mirrored(int i, int n) {
-  while (i < 0 || i >= n) i = i < 0 ? -i : n - 1 - (i - (n - 1));
-  return i;
+/// a missing neighbour is replaced by the one opposite it, and the Bayer pattern goes on undisturbed. Coordinates have
+/// 64 bits: those beyond the edges of the largest images are no int.
+inline int mirrored(int64_t i, int n) {
+  while (i < 0 || i >= n) i = i < 0 ? -i : 2 * (int64_t{n} - 1) - i;
+  return static_cast<int>(i);
 }
 
 /// Columns left .. right - 1 and rows top .. bottom - 1 of the image.
@@ -42,12 +43,12 @@ struct BayerJob {
   ptrdiff_t dstStep;
 
   /// Row y of the mirrored image.
-  const Kip8u* row(int y) const { return samples + mirrored(y, size.height) * step; }
-  Kip8u* dstRow(int y) const { return dst + (y - region.top) * dstStep; }
+  const Kip8u* row(int64_t y) const { return samples + mirrored(y, size.height) * step; }
+  Kip8u* dstRow(int64_t y) const { return dst + static_cast<ptrdiff_t>(y - region.top) * dstStep; }
 
   /// Grids come in pairs: the odd ones have red in their first row, those from 2 on begin with green.
-  bool hasRed(int y) const { return (grid ^ y) & 1; }
-  bool isGreen(int x, int y) const { return ((grid >> 1) ^ x ^ y) & 1; }
+  bool hasRed(int64_t y) const { return (grid ^ y) & 1; }
+  bool isGreen(int64_t x, int64_t y) const { return ((grid >> 1) ^ x ^ y) & 1; }
 };
 
 /// The argument checks, in their order.

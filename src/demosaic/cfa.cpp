@@ -104,7 +104,7 @@ void fewColumns(const RowJob<T>& job, int first, int last) {
   T around[kRows][kWidth] = {};
   RowsAround<T> rows;
   for (int i = 0; i < kRows; ++i) {
-    for (int x = first - kGradientReach; x < last + kGradientReach; ++x) {
+    for (int64_t x = first - kGradientReach; x < int64_t{last} + kGradientReach; ++x) {
       around[i][x - first + kGradientReach] = job.rows.at[i][mirrored(x, job.imageWidth)];
     }
     rows.at[i] = around[i] + kGradientReach;
@@ -125,7 +125,7 @@ void columns(const RowJob<T>& job, int first, int last) {
   };
   const Vector<T> chroma = job.chromaFrom(first);
   int x = first;
-  for (; x + kStep <= last; x += kStep) vector(x, chroma);
+  for (; last - x >= kStep; x += kStep) vector(x, chroma);
   if (x < last) vector(last - kStep, job.chromaFrom(last));
 }
 
@@ -147,7 +147,7 @@ void interpolateRegion(const BayerJob& job) {
   static constexpr void (*kInterpolate[2][2])(const RowJob<T>&) = {
       {interpolateRow<T, false, false>, interpolateRow<T, false, true>},
       {interpolateRow<T, true, false>, interpolateRow<T, true, true>}};
-  for (int y = job.region.top; y < job.region.bottom; ++y) {
+  for (int64_t y = job.region.top; y < job.region.bottom; ++y) {
     const bool steered = y >= kGradientReach && y < job.size.height - kGradientReach;
     RowJob<T> row = {{}, job.size.width, job.isGreen(0, y), job.region, job.dstRow(y)};
     for (int i = 0; i < kRows; ++i) row.rows.at[i] = reinterpret_cast<const T*>(job.row(y - kGradientReach + i));
