@@ -49,10 +49,11 @@ void open(LibRaw& raw, const std::string& file) {
 }
 
 KipiBayerGrid gridOf(LibRaw& raw) {
-  const auto letter = [&](int y, int x) { return raw.imgdata.idata.cdesc[raw.COLOR(y, x)]; };
-  const std::string cell = {letter(0, 0), letter(0, 1), letter(1, 0), letter(1, 1)};
-  constexpr int kLargestPattern = 1000;  // below, LibRaw's number for the filters is not a mask of Bayer's
-  if (raw.imgdata.idata.filters >= kLargestPattern) {
+  // LibRaw's number for the filters has 2 bits for each of 8 x 2 samples; Bayer's repeat every second row.
+  const unsigned filters = raw.imgdata.idata.filters, twoRows = filters & 0xFF;
+  if (filters != 0 && filters == twoRows * 0x01010101) {
+    const auto letter = [&](int y, int x) { return raw.imgdata.idata.cdesc[raw.COLOR(y, x)]; };
+    const std::string cell = {letter(0, 0), letter(0, 1), letter(1, 0), letter(1, 1)};
     if (cell == "BGGR") return kipiBayerBGGR;
     if (cell == "RGGB") return kipiBayerRGGB;
     if (cell == "GBRG") return kipiBayerGBRG;
@@ -84,6 +85,7 @@ Mosaic mosaicOf(LibRaw& raw) {
   const libraw_image_sizes_t& sizes = raw.imgdata.sizes;
   const libraw_colordata_t& color = raw.imgdata.color;
   const std::vector<float> gains = gainsOf(color);
+  const float white = float(color.maximum);
   Mosaic mosaic = {{sizes.width, sizes.height}, gridOf(raw), {}};
   mosaic.samples.reserve(size_t(sizes.width) * sizes.height);
   for (int y = 0; y < sizes.height; ++y) {
@@ -91,7 +93,8 @@ Mosaic mosaicOf(LibRaw& raw) {
     for (int x = 0; x < sizes.width; ++x) {
       const int filter = raw.COLOR(y, x);
       const float black = blackAt(color, filter, y, x);
-      const float light = (float(row[sizes.left_margin + x]) - black) / (float(color.maximum) - black);
+      if (!(black < white)) throw std::runtime_error("its white level is not above its black level");
+      const float light = (float(row[sizes.left_margin + x]) - black) / (white - black);
       const float balanced = std::clamp(light * gains[filter], 0.F, 1.F);
       mosaic.samples.push_back(Kip16u(std::lround(balanced * kFullScale)));
     }

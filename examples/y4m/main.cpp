@@ -108,12 +108,12 @@ class Routes {
 
 /// False at the end of the stream.
 bool convertFrame(const Header& from, const Header& to, Routes& routes) {
-  const std::optional<Scan> scan = readFrameHeader(from, stdin);
-  if (!scan) return false;
-  Route& route = routes.of(*scan);
-  if (!readPixels(route.first(), *scan, stdin)) return false;
+  const std::optional<FrameHeader> header = readFrameHeader(from, stdin);
+  if (!header) return false;
+  Route& route = routes.of(header->scan);
+  if (!readPixels(route.first(), header->scan, stdin)) return false;
   route.run();
-  writeFrameHeader(to, *scan, stdout);
+  writeFrameHeader(to, *header, stdout);
   writePixels(route.last(), stdout);
   return true;
 }

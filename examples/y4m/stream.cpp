@@ -102,7 +102,10 @@ KipiSize parseSize(const std::string& text) {
 }
 
 std::string parseRatio(const std::string& text) {
-  if (!std::regex_match(text, std::regex("[0-9]+:[0-9]+"))) fail("'" + text + "' is not a ratio like 25:1");
+  constexpr size_t kLongest = 40;  // for the expression, which takes up stack for every character
+  if (text.size() > kLongest || !std::regex_match(text, std::regex("[0-9]+:[0-9]+"))) {
+    fail("'" + text + "' is not a ratio like 25:1");
+  }
   return text;
 }
 
@@ -122,23 +125,24 @@ void writeHeader(const Header& header, std::FILE* file) {
                header.format->tag.c_str(), header.fullRange ? "FULL" : "LIMITED");
 }
 
-std::optional<Scan> readFrameHeader(const Header& header, std::FILE* file) {
-  const Scan usual = header.scan == 't' || header.scan == 'b' ? Scan::kInterlaced : Scan::kProgressive;
-  if (header.format->tag.empty()) return usual;
+std::optional<FrameHeader> readFrameHeader(const Header& header, std::FILE* file) {
+  FrameHeader frame = {header.scan == 't' || header.scan == 'b' ? Scan::kInterlaced : Scan::kProgressive};
+  if (header.format->tag.empty()) return frame;
   const std::optional<std::string> line = readLine(file);
   if (!line) return {};
-  Scan scan = usual;
   for (const std::string& word : wordsAfter(kFrameMagic, *line, "there is something else where a frame should begin")) {
     // Of a stream that is mixed, the third letter tells to which rows the chroma belongs.
-    if (header.scan == 'm' && word.size() == 4 && word[0] == 'I' && word[3] == 'i') scan = Scan::kInterlaced;
+    if (header.scan == 'm' && word.size() == 4 && word[0] == 'I') {
+      frame = {word[3] == 'i' ? Scan::kInterlaced : Scan::kProgressive, word.substr(1, 2)};
+    }
   }
-  return scan;
+  return frame;
 }
 
-void writeFrameHeader(const Header& header, Scan scan, std::FILE* file) {
+void writeFrameHeader(const Header& header, const FrameHeader& frame, std::FILE* file) {
   if (header.format->tag.empty()) return;
-  const char* mixed = scan == Scan::kInterlaced ? " Itii" : " I1pp";
-  std::fprintf(file, "%s%s\n", kFrameMagic.c_str(), header.scan == 'm' ? mixed : "");
+  const std::string mixed = " I" + frame.timing + (frame.scan == Scan::kInterlaced ? 'i' : 'p');
+  std::fprintf(file, "%s%s\n", kFrameMagic.c_str(), header.scan == 'm' ? mixed.c_str() : "");
 }
 
 bool readPixels(Frame& frame, Scan scan, std::FILE* file) {

@@ -25,9 +25,16 @@ std::string parseRatio(const std::string& text);
 Header readHeader(std::FILE* file);
 void writeHeader(const Header& header, std::FILE* file);
 
-/// What comes before each frame: how it was scanned. Nothing at the end of the stream.
-std::optional<Scan> readFrameHeader(const Header& header, std::FILE* file);
-void writeFrameHeader(const Header& header, Scan scan, std::FILE* file);
+/// What comes before each frame: how it was scanned and, in a mixed stream, two letters on how its fields follow one
+/// another in time.
+struct FrameHeader {
+  Scan scan;
+  std::string timing = "1p";
+};
+
+/// Nothing at the end of the stream.
+std::optional<FrameHeader> readFrameHeader(const Header& header, std::FILE* file);
+void writeFrameHeader(const Header& header, const FrameHeader& frame, std::FILE* file);
 
 /// False at the end of raw video, which may not come within a frame.
 bool readPixels(Frame& frame, Scan scan, std::FILE* file);

@@ -123,8 +123,10 @@ class Tiff {
 
 const std::string kColors = "RGB";
 
+/// A pattern is two columns of letters, row by row.
+int rowsOf(const std::string& pattern) { return static_cast<int>(pattern.size()) / 2; }
 int filterAt(const std::string& pattern, int y, int x) {
-  return static_cast<int>(kColors.find(pattern[y % 2 * 2 + x % 2]));
+  return static_cast<int>(kColors.find(pattern[y % rowsOf(pattern) * 2 + x % 2]));
 }
 
 std::string samples(const std::string& pattern) {
@@ -143,7 +145,9 @@ std::string samples(const std::string& pattern) {
   return bytes.string();
 }
 
-std::string dng(const std::string& pattern) {
+std::string dng(const std::string& pattern, int whiteLevel = kWhite) {
+  std::vector<int> filters;
+  for (size_t i = 0; i < pattern.size(); ++i) filters.push_back(filterAt(pattern, int(i) / 2, int(i) % 2));
   const auto with = [&](int offset) {
     Tiff tiff;
     const Color white = cameraWhite();
@@ -161,15 +165,13 @@ std::string dng(const std::string& pattern) {
     tiff.add(278, kLong, {kRawHeight});                  // RowsPerStrip
     tiff.add(279, kLong, {kRawWidth * kRawHeight * 2});  // StripByteCounts
     tiff.add(284, kShort, {1});                          // PlanarConfiguration
-    tiff.add(33421, kShort, {2, 2});                     // CFARepeatPatternDim
-    tiff.add(33422, kByte,
-             {filterAt(pattern, 0, 0), filterAt(pattern, 0, 1), filterAt(pattern, 1, 0),
-              filterAt(pattern, 1, 1)});   // CFAPattern, from the origin of ActiveArea
-    tiff.add(50706, kByte, {1, 4, 0, 0});  // DNGVersion
-    tiff.add(50707, kByte, {1, 1, 0, 0});  // DNGBackwardVersion
-    tiff.addText(50708, "Test Patches");   // UniqueCameraModel
-    tiff.add(50714, kLong, {kBlack});      // BlackLevel
-    tiff.add(50717, kLong, {kWhite});      // WhiteLevel
+    tiff.add(33421, kShort, {rowsOf(pattern), 2});       // CFARepeatPatternDim
+    tiff.add(33422, kByte, filters);                     // CFAPattern, from the origin of ActiveArea
+    tiff.add(50706, kByte, {1, 4, 0, 0});                // DNGVersion
+    tiff.add(50707, kByte, {1, 1, 0, 0});                // DNGBackwardVersion
+    tiff.addText(50708, "Test Patches");                 // UniqueCameraModel
+    tiff.add(50714, kLong, {kBlack});                    // BlackLevel
+    tiff.add(50717, kLong, {whiteLevel});                // WhiteLevel
     tiff.addRatios(50721, kSignedRatio, {kCameraFromXyz.begin(), kCameraFromXyz.end()});  // ColorMatrix1
     tiff.addRatios(50728, kRatio, {{white[0] / white[1], 1, white[2] / white[1]}});       // AsShotNeutral
     tiff.add(50778, kShort, {21});                                                        // CalibrationIlluminant1: D65
@@ -249,6 +251,15 @@ TEST_F(Raw, RefusesWhatIsNoRawFile) {
   }
   write(dng("RGGB"));
   EXPECT_NE(develop("best"), 0);
+}
+
+TEST_F(Raw, RefusesWhatItCannotDevelop) {
+  write(dng("RGGBGRBG"));
+  EXPECT_NE(develop("ahd"), 0);
+  EXPECT_NE(message().find("not a Bayer pattern"), std::string::npos) << message();
+  write(dng("RGGB", kBlack));
+  EXPECT_NE(develop("ahd"), 0);
+  EXPECT_NE(message().find("black level"), std::string::npos) << message();
 }
 
 }  // namespace

@@ -90,13 +90,15 @@ roundTrip() { "$y4m" --to 420 | "$y4m" --to 422; }
 pictureOf() { sed '1s/ Im / It /' "$1" | ff -f yuv4mpegpipe -i - -f rawvideo -; }  # ffmpeg refuses mixed ones
 pictureOf clip.fields >raw.fields
 for scan in t b m p; do
-  sed -e "1s/ I[a-z] / I$scan /" -e 's/FRAME$/FRAME Itii/' clip.fields >in.$scan
+  sed -e "1s/ I[a-z] / I$scan /" -e 's/FRAME$/FRAME Ibii/' clip.fields >in.$scan
   roundTrip <in.$scan >out.$scan || fail "scan $scan: exit status"
   pictureOf out.$scan >raw.$scan
   cmp -s raw.fields raw.$scan
   differ=$?
   [ $differ = "$([ $scan = p ] && echo 1 || echo 0)" ] || fail "fields with scan $scan: differ $differ"
 done
+
+[ "$(grep -ao 'FRAME Ibii' out.m | wc -l)" = 2 ] || fail "mixed: the order of fields"
 
 # No frames are a stream too.
 head -1 clip.422 | "$y4m" --to 420 >out.empty || fail "no frames: exit status"
