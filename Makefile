@@ -3,7 +3,7 @@
 #   make demo [IMAGE=photo.jpg]   builds the library and writes gallery/index.html
 #   make check                    builds and tests for 64 and 32 bits, and with sanitizers
 #   make bench                    measures every function beside other libraries
-#   make docs                     writes the reference pages, build/docs/html/index.html
+#   make docs                     writes the reference pages, build/x86-64/docs/html/index.html
 
 IMAGE ?=
 DEPENDENCIES = build
