@@ -91,7 +91,7 @@ TEST(Gamma, IsTheSameInEveryLayout) {
     ++functions;
     const Function& plain = *find(function.name.substr(0, function.name.rfind('_')) + "_C3R");
     Content source = Case(function, size, {}).source, pixels = untouched(plain, Side::kSource, size);
-    const Samples from(function, function.shape.inPlace() ? Side::kDestination : Side::kSource, source);
+    const Samples from(function, function.input(), source);
     const Samples triples(plain, Side::kSource, pixels);
     const auto forSamples = [&](const auto& with) {
       for (int i = 0; i < 3 * size.width * size.height; ++i) with(i % 3, i / 3 % size.width, i / 3 / size.width);

@@ -34,8 +34,13 @@ Range rangeOf(Sample sample) {
   }
 }
 
+using Triple = std::array<float, 3>;
+Triple tripleAt(const Samples& samples, int x, int y) {
+  return {float(samples.value(0, x, y)), float(samples.value(1, x, y)), float(samples.value(2, x, y))};
+}
+
 /// Weighted samples, summed from left to right.
-float weighted(const float (&px)[3], const float* weights) {
+float weighted(const Triple& px, const float* weights) {
   float sum = weights[0] * px[0];
   sum = sum + weights[1] * px[1];
   return sum + weights[2] * px[2];
@@ -45,7 +50,7 @@ float weighted(const float (&px)[3], const float* weights) {
 // Twist
 
 /// A channel as a sample.
-float twisted(Sample sample, const float (&px)[3], const Kip32f (&row)[4]) {
+float twisted(Sample sample, const Triple& px, const Kip32f (&row)[4]) {
   const float sum = weighted(px, row) + row[3];
   if (sample == Sample::k32f) return sum;
   return std::clamp(std::nearbyint(sum), rangeOf(sample).least, rangeOf(sample).most);
@@ -54,11 +59,11 @@ float twisted(Sample sample, const float (&px)[3], const Kip32f (&row)[4]) {
 void expectTwist(const Function& function, const Kip32f (&twist)[3][4]) {
   Content source = Case(function, kSize, {}).source;
   Content expected = function.shape.inPlace() ? source : untouched(function, Side::kDestination, kSize);
-  const Samples from(function, function.shape.inPlace() ? Side::kDestination : Side::kSource, source);
+  const Samples from(function, function.input(), source);
   const Samples to(function, Side::kDestination, expected);
   for (int y = 0; y < kSize.height; ++y) {
     for (int x = 0; x < kSize.width; ++x) {
-      const float px[3] = {float(from.value(0, x, y)), float(from.value(1, x, y)), float(from.value(2, x, y))};
+      const Triple px = tripleAt(from, x, y);
       for (int c = 0; c < 3; ++c) to.put(c, x, y, twisted(function.shape.destination.sample, px, twist[c]));
     }
   }
@@ -108,7 +113,7 @@ TEST(ColorTwist, OfFourChannelsTakesAlphaIn) {
   Content source = Case(function, kSize, {}).source, result = convert(function, kSize, source, {.matrix = twist});
   const Samples from(function, Side::kSource, source), to(function, Side::kDestination, result);
   for (int x = 0; x < kSize.width; ++x) {
-    const float px[3] = {float(from.value(0, x, 0)), float(from.value(1, x, 0)), float(from.value(2, x, 0))};
+    const Triple px = tripleAt(from, x, 0);
     const float alpha = static_cast<float>(from.value(3, x, 0));
     ASSERT_EQ(to.value(0, x, 0), alpha);
     ASSERT_EQ(to.value(3, x, 0), weighted(px, twist[3]) + 2 * alpha);
@@ -119,14 +124,14 @@ TEST(ColorTwist, OfFourChannelsTakesAlphaIn) {
 // Grey
 
 /// The sample of a pixel with these weights; those of bytes have 12 bits of fraction.
-double gray(Sample sample, const float (&px)[3], const float* weights) {
+double gray(Sample sample, const Triple& px, const float* weights) {
   if (sample == Sample::k8u) {
     const auto weight = [&](int c) { return static_cast<int16_t>(int(weights[c] * 4096. + .5)); };
     return static_cast<Kip8u>((weight(0) * int(px[0]) + weight(1) * int(px[1]) + weight(2) * int(px[2]) + 2048) >> 12);
   }
   if (sample == Sample::k32f) return weighted(px, weights);
   if (sample == Sample::k16u) return static_cast<Kip16u>(static_cast<int>(weighted(px, weights)));
-  const float raised[3] = {px[0] + 32768, px[1] + 32768, px[2] + 32768};
+  const Triple raised = {px[0] + 32768, px[1] + 32768, px[2] + 32768};
   return std::clamp(std::trunc(weighted(raised, weights)), 0.f, 65535.f) - 32768;
 }
 
@@ -136,7 +141,7 @@ void expectGray(const Function& function, const float* weights) {
   const Samples from(function, Side::kSource, source), to(function, Side::kDestination, expected);
   for (int y = 0; y < kSize.height; ++y) {
     for (int x = 0; x < kSize.width; ++x) {
-      const float px[3] = {float(from.value(0, x, y)), float(from.value(1, x, y)), float(from.value(2, x, y))};
+      const Triple px = tripleAt(from, x, y);
       to.put(0, x, y, gray(function.shape.source.sample, px, weights ? weights : kBt601));
     }
   }

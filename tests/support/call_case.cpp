@@ -28,7 +28,7 @@ ImageArgument imageArgument(const std::vector<PlaneMemory>& planes) {
 }
 
 Content randomSource(const Function& function, KipiSize size) {
-  const Side side = function.shape.inPlace() ? Side::kDestination : Side::kSource;
+  const Side side = function.input();
   uint32_t seed = static_cast<uint32_t>(size.width * 1000 + size.height);
   for (const char c : function.name) seed = (seed ^ static_cast<uint8_t>(c)) * 16777619u;
   return randomContent(function.planes(side, size), function.image(side).sample, seed);

@@ -28,6 +28,8 @@ struct Function {
   std::function<KipStatus(const Arguments&)> call;
 
   const Layout& layout(Side side) const { return side == Side::kSource ? source : destination; }
+  /// The side that the samples to convert are on before a call.
+  Side input() const { return shape.inPlace() ? Side::kDestination : Side::kSource; }
   const ImageShape& image(Side side) const { return side == Side::kSource ? shape.source : shape.destination; }
 
   /// The planes of one side of a region of this size; interleaved images are one plane. Chroma planes are as large as
