@@ -799,7 +799,7 @@ KIPAPI KipStatus kipiReduceBits_32f16s_AC4R(const Kip32f* pSrc, int srcStep, Kip
  *  |----------------------------------------------------------|-----------------------------------------------------|
  *  | 76284, 104595, -25690, -53281, 132186, floored           | YCbCrToRGB C3, AC4, P3                              |
  *  | the same, floored after -57, -14, -13 / 2^16 on R, G, B  | YCbCr422, YCrCb422, but YCbCr422ToRGB P3C3          |
- *  | the same, to nearest                                     | 420 without a word behind it                        |
+ *  | the same, to nearest                                     | YCbCr420 functions without a suffix                 |
  *  | 76282, 104593, -25689, -53279, 132184, floored           | YCbCrToRGB P3C3, P3C4; YCbCrToBGR                   |
  *  | the same, to nearest                                     | CbYCr422; YCbCr422ToRGB P3C3                        |
  *  | 76294, 104595, -25625, -53281, 132186, floored           | 411                                                 |

@@ -10,8 +10,8 @@
 #endif
 
 #include "colormodels/cie-tables.h"
-#include "frame/convert-inl.h"
-#include "frame/floattable-inl.h"
+#include "engine/convert-inl.h"
+#include "engine/floattable-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -48,7 +48,8 @@ KIP_INLINE void cubeRoots(const F32 (&t)[kCount], const I32 (&cell)[kCount], F32
     sum[i] = set(static_cast<float>(cie::kCubeRootSeries[kTerms - 1]));
   }
   for (int k = kTerms - 2; k >= 0; --k) {
-    for (int i = 0; i < kCount; ++i) sum[i] = inOrder(sum[i] * x[i] + static_cast<float>(cie::kCubeRootSeries[k]));
+    for (int i = 0; i < kCount; ++i)
+      sum[i] = schedulingBarrier(sum[i] * x[i] + static_cast<float>(cie::kCubeRootSeries[k]));
   }
   for (int i = 0; i < kCount; ++i) root[i] = root[i] * (sum[i] * x[i] + 1.f);
 }

@@ -21,7 +21,7 @@ struct Chromaticity {
   float u, v;
 };
 constexpr Chromaticity kWhite = {0.197839f, 0.468342f};
-constexpr Chromaticity kWhiteOfRest = {0.1978394f, 0.4683422f};
+constexpr Chromaticity kWhiteTail = {0.1978394f, 0.4683422f};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Encoders
@@ -65,7 +65,7 @@ struct EncodeBytes {
 template <class Scale>
 struct Encode {
   using Lane = float;
-  static constexpr int kTogether = 4;
+  static constexpr int kInterleavedChains = 4;
 
   template <int kCount, class R>
   KIP_INLINE void convert(const Pixels<F32>* rgb, Pixels<R>* result) const {
@@ -112,7 +112,7 @@ struct FloatScale {
   }
   KIP_INLINE static auto isDark(F32 luma) { return hn::Le(luma, set(cie::kDarkEnd)); }
   KIP_INLINE static F32 darkLightness(F32 luma) { return cie::kDarkSlope * luma; }
-  KIP_INLINE static Pixels<F32> encoded(const Pixels<F32>& luv) { return oneNaN(luv); }
+  KIP_INLINE static Pixels<F32> encoded(const Pixels<F32>& luv) { return canonicalizeNaN(luv); }
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -149,7 +149,7 @@ constexpr int kDecodedTogether = 4;
 template <class Encoding, const Chromaticity& kWhitePoint>
 struct DecodeIntegers {
   using Lane = float;
-  static constexpr int kTogether = kDecodedTogether;
+  static constexpr int kInterleavedChains = kDecodedTogether;
 
   template <int kCount>
   KIP_INLINE void convert(const Pixels<F32>* px, Pixels<I32>* result) const {
@@ -202,18 +202,18 @@ struct Words {
 
 struct DecodeFloats {
   using Lane = float;
-  static constexpr int kTogether = kDecodedTogether;
+  static constexpr int kInterleavedChains = kDecodedTogether;
 
   template <int kCount>
   KIP_INLINE void convert(const Pixels<F32>* luv, Pixels<F32>* rgb) const {
     decode<kWhite, kCount>(luv, rgb);
-    for (int i = 0; i < kCount; ++i) rgb[i] = oneNaN(rgb[i]);
+    for (int i = 0; i < kCount; ++i) rgb[i] = canonicalizeNaN(rgb[i]);
   }
 };
 
 /// The pixels left over after the runs of 4 are measured against a slightly different white.
 template <class Encoding, class Layout>
-using Decode = ConvertRuns<4, DecodeIntegers<Encoding, kWhite>, DecodeIntegers<Encoding, kWhiteOfRest>, Layout, Layout>;
+using Decode = ConvertRuns<4, DecodeIntegers<Encoding, kWhite>, DecodeIntegers<Encoding, kWhiteTail>, Layout, Layout>;
 
 }  // namespace
 }  // namespace HWY_NAMESPACE
@@ -224,5 +224,5 @@ HWY_AFTER_NAMESPACE();
 #include "colormodels/rules.h"
 #endif
 
-#define KIP_FUNCTIONS "colormodels/cie-luv-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "colormodels/cie-luv-functions.inc"
+#include "engine/functions-inl.h"

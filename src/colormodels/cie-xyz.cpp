@@ -66,8 +66,7 @@ struct Fixed {
 constexpr FixedMatrix kForwardRun = {15, {{13515, 11717, 5912}, {6969, 23434, 2365}, {634, 3906, 31137}}};
 constexpr FixedMatrix kForwardRest = {16, {{27030, 23434, 11824}, {13937, 46868, 4729}, {1267, 7811, 62274}}};
 constexpr FixedMatrix kInverseRun = {13, {{26546, -12591, -4083}, {-7939, 15368, 340}, {456, -1671, 8661}}};
-constexpr FixedMatrix kInverseRest = {
-    16, {{212368, -100738, -32671}, {-63521, 122944, 2723}, {3646, -13372, 69291}}};
+constexpr FixedMatrix kInverseRest = {16, {{212368, -100738, -32671}, {-63521, 122944, 2723}, {3646, -13372, 69291}}};
 
 template <const FixedMatrix& kRun, const FixedMatrix& kRest, class Layout>
 using ConvertBytes = ConvertRuns<8, Fixed<kRun>, Fixed<kRest>, Layout, Layout>;
@@ -84,13 +83,13 @@ struct FloatForward {
   using Lane = float;
   KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const {
     const Pixels<F32> xyz = kRgbToXyz(px);
-    return oneNaN(Pixels<F32>(xyz.a, xyz.b, toUnit(xyz.c)));
+    return canonicalizeNaN(Pixels<F32>(xyz.a, xyz.b, toUnit(xyz.c)));
   }
 };
 
 struct FloatInverse {
   using Lane = float;
-  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const { return oneNaN(toUnit(kXyzToRgb(px))); }
+  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const { return canonicalizeNaN(toUnit(kXyzToRgb(px))); }
 };
 
 }  // namespace
@@ -102,5 +101,5 @@ HWY_AFTER_NAMESPACE();
 #include "colormodels/rules.h"
 #endif
 
-#define KIP_FUNCTIONS "colormodels/cie-xyz-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "colormodels/cie-xyz-functions.inc"
+#include "engine/functions-inl.h"

@@ -8,15 +8,15 @@
 #include <array>
 #include <cmath>
 
-#include "frame/transfer709.h"
+#include "engine/transfer709.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "colormodels/gamma.cpp"
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "frame/bytetable-inl.h"
-#include "frame/pixels-inl.h"
+#include "engine/bytetable-inl.h"
+#include "engine/pixels-inl.h"
 
 #ifndef KIP_COLORMODELS_GAMMA_ONCE
 #define KIP_COLORMODELS_GAMMA_ONCE
@@ -328,9 +328,9 @@ void fillInverseTable(Kip16u* table) { fillTable<Curve::kInverse>(table); }
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
-#include "frame/memory.h"
-#include "frame/rounding.h"
+#include "engine/convert.h"
+#include "engine/memory.h"
+#include "engine/rounding.h"
 
 namespace kip {
 
@@ -402,5 +402,5 @@ KipStatus convert(Kernel kernel, Floats, const ImageArg& src, const ImageArg& ds
   }
 #endif
 
-#define KIP_FUNCTIONS "colormodels/gamma-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "colormodels/gamma-functions.inc"
+#include "engine/functions-inl.h"

@@ -7,7 +7,7 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "frame/pairs-inl.h"
+#include "engine/pairs-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -43,9 +43,9 @@ class WeighGray {
 
  private:
   WeighPixels weigh_;
-  I32 half_ = pinned<int32_t>(1 << 11);
+  I32 half_ = keepInRegister<int32_t>(1 << 11);
 #if KIP_AVX512
-  I32 half256_ = pinned<int32_t>((1 << 11) / 256);
+  I32 half256_ = keepInRegister<int32_t>((1 << 11) / 256);
 #endif
 };
 
@@ -78,7 +78,9 @@ struct GrayBytes {
 /// Floats, summed from left to right.
 struct GraySum {
   KIP_INLINE explicit GraySum(const Job& job)
-      : r(pinned(grayWeights(job)[0])), g(pinned(grayWeights(job)[1])), b(pinned(grayWeights(job)[2])) {}
+      : r(keepInRegister(grayWeights(job)[0])),
+        g(keepInRegister(grayWeights(job)[1])),
+        b(keepInRegister(grayWeights(job)[2])) {}
   KIP_INLINE F32 operator()(const Pixels<F32>& px) const {
     return hn::Add(hn::Add(hn::Mul(r, px.a), hn::Mul(g, px.b)), hn::Mul(b, px.c));
   }
@@ -121,7 +123,7 @@ using Gray32f = Convert<GrayFloats, Src, C1<float>>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 constexpr Rules kGray = {};
@@ -136,5 +138,5 @@ constexpr Rules kGrayFloats = {.stepUnit = sizeof(float)};
   }
 #endif
 
-#define KIP_FUNCTIONS "colormodels/gray-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "colormodels/gray-functions.inc"
+#include "engine/functions-inl.h"

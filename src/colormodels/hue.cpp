@@ -10,7 +10,7 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "frame/convert-inl.h"
+#include "engine/convert-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -38,8 +38,8 @@ class Reciprocal {
   }
 
  private:
-  F32 one_ = pinned(1.f);
-  U32 half_ = pinned<uint32_t>(1 << 11), keep_ = pinned<uint32_t>(~0u << 12);
+  F32 one_ = keepInRegister(1.f);
+  U32 half_ = keepInRegister<uint32_t>(1 << 11), keep_ = keepInRegister<uint32_t>(~0u << 12);
 };
 
 /// What hue is made of: its position is offset + step x (from - to) / delta.
@@ -132,13 +132,13 @@ class ToHue {
   }
 
   Reciprocal reciprocal_;
-  V one_ = pinned<T>(1);
-  V wrap_ = pinned<T>(Model::kOffsets[0]), green_ = pinned<T>(Model::kOffsets[1]),
-    blue_ = pinned<T>(Model::kOffsets[2]);
-  I8 steps_ = pinnedBytePairs(Model::kStep, -Model::kStep);
-  F32 step65536_ = pinned(Model::kStep * 65536.f);
-  F32 hueScale_ = pinned(Model::template kHueScale<T> / 65536);
-  F32 full_ = pinned<float>(kFull<T>), oneF_ = pinned(1.f);
+  V one_ = keepInRegister<T>(1);
+  V wrap_ = keepInRegister<T>(Model::kOffsets[0]), green_ = keepInRegister<T>(Model::kOffsets[1]),
+    blue_ = keepInRegister<T>(Model::kOffsets[2]);
+  I8 steps_ = keepBytePairs(Model::kStep, -Model::kStep);
+  F32 step65536_ = keepInRegister(Model::kStep * 65536.f);
+  F32 hueScale_ = keepInRegister(Model::template kHueScale<T> / 65536);
+  F32 full_ = keepInRegister<float>(kFull<T>), oneF_ = keepInRegister(1.f);
 };
 
 /// Hue in half degrees, so that offsets fit in bytes: the rounding is that of degrees.
@@ -205,8 +205,8 @@ class Sextants {
   KIP_INLINE V withinThird(V h) const { return hn::Min(h, hn::Sub(h, third_)); }
 
   static constexpr T kThird = kFull<T> / 3;
-  V full_ = pinned<T>(kFull<T>), third_ = pinned<T>(kThird), twoThirds_ = pinned<T>(2 * kThird);
-  V sixth_ = pinned<T>((kThird + 1) / 2);  // 42.5, or 10922.5
+  V full_ = keepInRegister<T>(kFull<T>), third_ = keepInRegister<T>(kThird), twoThirds_ = keepInRegister<T>(2 * kThird);
+  V sixth_ = keepInRegister<T>((kThird + 1) / 2);  // 42.5, or 10922.5
 };
 
 /// The three channels of HLS, as integers, in the order largest, moving, smallest.
@@ -249,8 +249,10 @@ class HlsShades {
     return hn::Max(hn::Min(r, g), hn::Min(hn::Max(r, g), b));
   }
 
-  F32 degrees_ = pinned(360.f / kFull<T>), perFull_ = pinned(1.f / kFull<T>), full_ = pinned<float>(kFull<T>);
-  F32 half_ = pinned(.5f), per60_ = pinned(kPer60), d120_ = pinned(120.f), d240_ = pinned(240.f), d360_ = pinned(360.f);
+  F32 degrees_ = keepInRegister(360.f / kFull<T>), perFull_ = keepInRegister(1.f / kFull<T>),
+      full_ = keepInRegister<float>(kFull<T>);
+  F32 half_ = keepInRegister(.5f), per60_ = keepInRegister(kPer60), d120_ = keepInRegister(120.f),
+      d240_ = keepInRegister(240.f), d360_ = keepInRegister(360.f);
 };
 
 /// The three channels of HSV. The moving one is V (1 - S g), with g from 1 to 0 in even sextants and back in odd ones.
@@ -281,8 +283,9 @@ class HsvShades {
     return hn::Abs(hn::Sub(above, hn::Sub(hn::Add(above, stepsOf2_), stepsOf2_)));
   }
 
-  F32 degrees_ = pinned(360.f / kFull<T>), perFull_ = pinned(1.f / kFull<T>), full_ = pinned<float>(kFull<T>);
-  F32 per60_ = pinned(kPer60), one_ = pinned(1.f), stepsOf2_ = pinned(1.5f * (1 << 24));
+  F32 degrees_ = keepInRegister(360.f / kFull<T>), perFull_ = keepInRegister(1.f / kFull<T>),
+      full_ = keepInRegister<float>(kFull<T>);
+  F32 per60_ = keepInRegister(kPer60), one_ = keepInRegister(1.f), stepsOf2_ = keepInRegister(1.5f * (1 << 24));
 };
 
 template <class T, class Shades>
@@ -306,7 +309,7 @@ class FromHue {
 class ToHls32f {
  public:
   using Lane = float;
-  static constexpr int kTogether = 4;
+  static constexpr int kInterleavedChains = 4;
   KIP_INLINE ToHls32f() {}
 
   template <int kCount>
@@ -343,18 +346,20 @@ class ToHls32f {
   }
 
  private:
-  F32 half_ = pinned(.5f), two_ = pinned(2.f), minusZero_ = pinned(-0.f), epsilon_ = pinned(1.1920929e-7f);
-  F32 d60_ = pinned(60.f), d120_ = pinned(120.f), d240_ = pinned(240.f), d360_ = pinned(360.f);
+  F32 half_ = keepInRegister(.5f), two_ = keepInRegister(2.f), minusZero_ = keepInRegister(-0.f),
+      epsilon_ = keepInRegister(1.1920929e-7f);
+  F32 d60_ = keepInRegister(60.f), d120_ = keepInRegister(120.f), d240_ = keepInRegister(240.f),
+      d360_ = keepInRegister(360.f);
 };
 
 /// How the slopes of 60 degrees are taken: by a factor, or by a division.
 struct TimesPer60 {
-  F32 value = pinned(kPer60);
+  F32 value = keepInRegister(kPer60);
   KIP_INLINE TimesPer60() {}
   KIP_INLINE F32 operator()(F32 v) const { return hn::Mul(v, value); }
 };
 struct Over60 {
-  F32 value = pinned(60.f);
+  F32 value = keepInRegister(60.f);
   KIP_INLINE Over60() {}
   KIP_INLINE F32 operator()(F32 v) const { return hn::Div(v, value); }
 };
@@ -364,7 +369,7 @@ template <class Sixtieth>
 class FromHls32f {
  public:
   using Lane = float;
-  static constexpr int kTogether = 4;
+  static constexpr int kInterleavedChains = 4;
   KIP_INLINE FromHls32f() {}
 
   KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const {
@@ -390,8 +395,9 @@ class FromHls32f {
   }
 
   Sixtieth sixtieth_;
-  F32 half_ = pinned(.5f), one_ = pinned(1.f);
-  F32 d60_ = pinned(60.f), d120_ = pinned(120.f), d180_ = pinned(180.f), d240_ = pinned(240.f), d360_ = pinned(360.f);
+  F32 half_ = keepInRegister(.5f), one_ = keepInRegister(1.f);
+  F32 d60_ = keepInRegister(60.f), d120_ = keepInRegister(120.f), d180_ = keepInRegister(180.f),
+      d240_ = keepInRegister(240.f), d360_ = keepInRegister(360.f);
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -450,7 +456,7 @@ using BgrAPlanes = Reversed<P4<>>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 constexpr Rules kHue = {.threads = Threads::kAbove4096Pixels};
@@ -459,5 +465,5 @@ constexpr Rules kBgrPlanar = {.planesBeforeSize = true, .steps = StepCheck::kBef
 }  // namespace kip
 #endif
 
-#define KIP_FUNCTIONS "colormodels/hue-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "colormodels/hue-functions.inc"
+#include "engine/functions-inl.h"

@@ -41,7 +41,7 @@ KIP_INLINE Pixels<F32> overWhite(const Pixels<F32>& rgb) {
 template <class Encoding>
 struct Encode {
   using Lane = float;
-  static constexpr int kTogether = 2;
+  static constexpr int kInterleavedChains = 2;
 
   template <int kCount, class R>
   KIP_INLINE void convert(const Pixels<F32>* rgb, Pixels<R>* result) const {
@@ -78,7 +78,7 @@ constexpr Weights scaled(const Weights& weights, float factor) {
 /// how their sums are rounded.
 struct EncodeBytes {
   using Lane = float;
-  static constexpr int kTogether = 2;
+  static constexpr int kInterleavedChains = 2;
 
   template <int kCount>
   KIP_INLINE void convert(const Pixels<F32>* rgb, Pixels<I32>* result) const {
@@ -164,12 +164,12 @@ using Bgr = C3<Kip8u, Order::kReverse, SamplesLike<Kip8u, Other>>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 constexpr Rules kAlwaysSplit = {.threads = Threads::kAlways};
 }  // namespace kip
 #endif
 
-#define KIP_FUNCTIONS "colormodels/pccciepx-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "colormodels/pccciepx-functions.inc"
+#include "engine/functions-inl.h"

@@ -1,7 +1,7 @@
 // What the interleaved colour models ask of their arguments.
 #pragma once
 
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 

@@ -1,13 +1,13 @@
 // Colour twist: an affine 3 x 4 matrix, or a linear 4 x 4 one, applied to every pixel in single precision.
 
-#include "frame/rounding.h"
+#include "engine/rounding.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "colormodels/twist.cpp"
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "frame/convert-inl.h"
+#include "engine/convert-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -17,10 +17,10 @@ namespace HWY_NAMESPACE {
 class Matrix3x4 {
  public:
   using Lane = float;
-  static constexpr int kTogether = 2;
+  static constexpr int kInterleavedChains = 2;
   KIP_INLINE explicit Matrix3x4(const Job& job) {
     const float* t = static_cast<const float*>(job.parameters);
-    for (int i = 0; i < 12; ++i) t_[i] = pinned(t[i]);
+    for (int i = 0; i < 12; ++i) t_[i] = keepInRegister(t[i]);
   }
   KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const { return {row<0>(px), row<1>(px), row<2>(px)}; }
 
@@ -54,7 +54,7 @@ class IntegerMatrix {
     return kLow == 0 ? nearest : hn::Sub(nearest, set<int32_t>(kLow));
   }
   Matrix3x4 matrix_;
-  F32 low_ = pinned<float>(kLow), high_ = pinned<float>(kHigh);
+  F32 low_ = keepInRegister<float>(kLow), high_ = keepInRegister<float>(kHigh);
 };
 
 #if HWY_NATIVE_FMA
@@ -68,8 +68,8 @@ class ModestMatrix {
   KIP_INLINE explicit ModestMatrix(const Job& job) {
     const float* t = static_cast<const float*>(job.parameters);
     for (int i = 0; i < 12; ++i) {
-      t_[i] = pinned(t[i]);
-      if (i % 4 != 3) less_[i] = pinned(t[i] * -kRaise);
+      t_[i] = keepInRegister(t[i]);
+      if (i % 4 != 3) less_[i] = keepInRegister(t[i] * -kRaise);
     }
   }
   static bool takes(const Job& job) {
@@ -116,7 +116,7 @@ class ModestMatrix {
   }
 
   F32 t_[12], less_[12];
-  U16 exponent_ = pinned<uint16_t>(0x4B00);  // the upper half of 2^23
+  U16 exponent_ = keepInRegister<uint16_t>(0x4B00);  // the upper half of 2^23
 };
 #endif
 
@@ -151,7 +151,7 @@ struct FourChannels {
     using Layout = AC4<float>;
     const float* t = static_cast<const float*>(job.parameters);
     F32 m[16];
-    for (int i = 0; i < 16; ++i) m[i] = pinned(t[i]);
+    for (int i = 0; i < 16; ++i) m[i] = keepInRegister(t[i]);
     for (int y = first; y < last; ++y) {
       forBlocks<Layout, Layout>(Layout::rows(job.src, y), Layout::rows(job.dst, y), 0, job.width,
                                 [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
@@ -171,7 +171,7 @@ struct FourChannels {
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 constexpr Rules kTwist = {.planesBeforeSize = true, .needsParameters = true, .steps = StepCheck::kAfterSize};
@@ -200,5 +200,5 @@ constexpr Rules kTwist = {.planesBeforeSize = true, .needsParameters = true, .st
   }
 #endif
 
-#define KIP_FUNCTIONS "colormodels/twist-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "colormodels/twist-functions.inc"
+#include "engine/functions-inl.h"

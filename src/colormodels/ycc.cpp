@@ -6,7 +6,7 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "frame/convert-inl.h"
+#include "engine/convert-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -61,7 +61,7 @@ struct DecodeBytes {
 struct Scale {
   float c1Zero, c2Zero, c2Factor;
 };
-constexpr Scale kWordScale = {40092.f, 35209.f, 0.5319216f};        // 156 / 255 and 137 / 255 of 65535
+constexpr Scale kWordScale = {40092.f, 35209.f, 0.5319216f};       // 156 / 255 and 137 / 255 of 65535
 constexpr Scale kFloatScale = {0.6117647f, 0.5372549f, 0.53192f};  // 156 / 255 and 137 / 255
 
 template <const Scale& kScale>
@@ -89,11 +89,13 @@ struct DecodeWords {
 
 struct EncodeFloats {
   using Lane = float;
-  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& rgb) const { return oneNaN(encode<kFloatScale>(rgb)); }
+  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& rgb) const { return canonicalizeNaN(encode<kFloatScale>(rgb)); }
 };
 struct DecodeFloats {
   using Lane = float;
-  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& ycc) const { return oneNaN(toUnit(decode<kFloatScale>(ycc))); }
+  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& ycc) const {
+    return canonicalizeNaN(toUnit(decode<kFloatScale>(ycc)));
+  }
 };
 
 }  // namespace
@@ -105,5 +107,5 @@ HWY_AFTER_NAMESPACE();
 #include "colormodels/rules.h"
 #endif
 
-#define KIP_FUNCTIONS "colormodels/ycc-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "colormodels/ycc-functions.inc"
+#include "engine/functions-inl.h"

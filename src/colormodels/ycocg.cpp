@@ -8,7 +8,7 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "frame/convert-inl.h"
+#include "engine/convert-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -38,7 +38,7 @@ struct Forward {
 template <class T>
 struct Averages {
   using V = Vector<T>;
-  V y, co, cg;   // Co and Cg as the averages
+  V y, co, cg;  // Co and Cg as the averages
 
   KIP_INLINE explicit Averages(const Pixels<V>& rgb) {
     const V ceiling = hn::AverageRound(rgb.a, rgb.c);
@@ -132,12 +132,12 @@ using Bgra = C4<T, Order::kReverse, SamplesLike<T, Other>>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 constexpr Rules kPointersOnly = {.planesBeforeSize = true, .emptyIsOk = true};
 }  // namespace kip
 #endif
 
-#define KIP_FUNCTIONS "colormodels/ycocg-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "colormodels/ycocg-functions.inc"
+#include "engine/functions-inl.h"

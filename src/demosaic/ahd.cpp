@@ -4,7 +4,7 @@
 // Every pixel is interpolated twice, along its row and along its column, and the candidate wins whose neighbourhood is
 // the more homogeneous in CIE L*a*b*. Everything is single precision. Up to and including the candidates the values are
 // multiples of 1/16 that fit 20 bits, so nothing is rounded and the order of operations does not matter. From then on
-// the code is the order, one operation after the other, and it does not tell rows from columns: the transpose of an
+// the evaluation order is that of the code, and it does not tell rows from columns: the transpose of an
 // image gives the transpose of the result.
 //
 // The region is done in tiles of some hundred columns, and each tile row by row, in five stages, each as many rows
@@ -21,7 +21,7 @@
 #include "hwy/highway.h"
 
 #include "demosaic/bayer.h"
-#include "frame/pixels-inl.h"
+#include "engine/pixels-inl.h"
 
 #ifndef KIP_DEMOSAIC_AHD_
 #define KIP_DEMOSAIC_AHD_
@@ -162,7 +162,7 @@ void greens(const float* const rows[5], bool startsGreen, int count, Both<Green>
 // Red and blue
 
 struct Weights {
-  explicit Weights(const float (&w)[3]) : r(pinned(w[0])), g(pinned(w[1])), b(pinned(w[2])) {}
+  explicit Weights(const float (&w)[3]) : r(keepInRegister(w[0])), g(keepInRegister(w[1])), b(keepInRegister(w[2])) {}
   KIP_INLINE F32 sum(F32 red, F32 green, F32 blue) const {
     return hn::Add(hn::Add(hn::Mul(red, r), hn::Mul(green, g)), hn::Mul(blue, b));
   }
@@ -179,7 +179,8 @@ template <bool kOwnIsRed>
 void colours(const Green& above, const Green& row, const Green& below, const ToXyz& toXyz, int count, Colours& to,
              Labs& xyz) {
   const Weights toX(toXyz.x), toY(toXyz.y), toZ(toXyz.z);
-  const F32 low = hn::Zero(Tag<float>()), high = pinned(toXyz.fullScale), half = pinned(0.5f), quarter = pinned(0.25f);
+  const F32 low = hn::Zero(Tag<float>()), high = keepInRegister(toXyz.fullScale), half = keepInRegister(0.5f),
+            quarter = keepInRegister(0.25f);
   for (int x = 0; x < count; x += kFloats) {
     const auto sum = [](const Green& p, int px, const Green& q, int qx)
                          KIP_INLINE_LAMBDA { return hn::Add(load(p.difference.at(px)), load(q.difference.at(qx))); };
@@ -232,10 +233,11 @@ class ToLab {
     return y;
   }
 
-  F32 k116_ = pinned(116.0f), k16_ = pinned(16.0f), k500_ = pinned(500.0f), k200_ = pinned(200.0f);
-  F32 smallest_ = pinned(0.008856f), slope_ = pinned(7.787037f), offset_ = pinned(0.13793103f);
-  F32 third_ = pinned(0.33333334f);
-  I32 twoThirdsOfBias_ = pinned<int32_t>(709958130);
+  F32 k116_ = keepInRegister(116.0f), k16_ = keepInRegister(16.0f), k500_ = keepInRegister(500.0f),
+      k200_ = keepInRegister(200.0f);
+  F32 smallest_ = keepInRegister(0.008856f), slope_ = keepInRegister(7.787037f), offset_ = keepInRegister(0.13793103f);
+  F32 third_ = keepInRegister(0.33333334f);
+  I32 twoThirdsOfBias_ = keepInRegister<int32_t>(709958130);
 };
 
 /// A loop of its own: the roots are long chains of operations, and the shorter the loop, the more of them overlap.
@@ -424,7 +426,7 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 #include <cstring>
 
-#include "frame/memory.h"
+#include "engine/memory.h"
 
 namespace kip {
 namespace {

@@ -11,7 +11,7 @@ namespace kip {
 
 /// Coordinate i of n, where an image goes on beyond its edges as in a mirror that does not repeat the edge sample. So
 /// a missing neighbour is replaced by the one opposite it, and the Bayer pattern goes on undisturbed. Coordinates have
-/// 64 bits: those beyond the edges of the largest images are no int.
+/// 64 bits: those beyond the edges of the largest images overflow int.
 inline int mirrored(int64_t i, int n) {
   while (i < 0 || i >= n) i = i < 0 ? -i : 2 * (int64_t{n} - 1) - i;
   return static_cast<int>(i);

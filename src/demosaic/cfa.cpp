@@ -8,7 +8,7 @@
 #include "hwy/highway.h"
 
 #include "demosaic/bayer.h"
-#include "frame/pixels-inl.h"
+#include "engine/pixels-inl.h"
 
 #ifndef KIP_DEMOSAIC_CFA_
 #define KIP_DEMOSAIC_CFA_

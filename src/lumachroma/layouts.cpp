@@ -9,7 +9,7 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "frame/pixels-inl.h"
+#include "engine/pixels-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -253,8 +253,8 @@ struct FourTap : RuleBase {
   static bool copies(int row) { return row % 2 == 0; }
 
   int taps[kTaps];
-  I8 inner = pinnedBytePairs(9, 9), outer = pinnedBytePairs(-1, -1);
-  I16 half = pinned<int16_t>(8);
+  I8 inner = keepBytePairs(9, 9), outer = keepBytePairs(-1, -1);
+  I16 half = keepInRegister<int16_t>(8);
 
   KIP_INLINE explicit FourTap(const Place& place) {
     for (int t = 0; t < kTaps; ++t) taps[t] = std::clamp(place.nearest - 1 + t, 0, place.rows - 1);
@@ -275,10 +275,10 @@ struct OfField : RuleBase {
 
   int taps[kTaps];
   I8 weights;
-  I16 half = pinned<int16_t>(1 << (kBits - 1));
+  I16 half = keepInRegister<int16_t>(1 << (kBits - 1));
 
   KIP_INLINE OfField(int upper, int upperWeight)
-      : taps{upper, upper + 2}, weights(pinnedBytePairs(upperWeight, (1 << kBits) - upperWeight)) {}
+      : taps{upper, upper + 2}, weights(keepBytePairs(upperWeight, (1 << kBits) - upperWeight)) {}
   KIP_INLINE U8 operator()(const U8 (&v)[kTaps]) const {
     const auto scaled = [&](I16 sums) KIP_INLINE_LAMBDA { return hn::ShiftRight<kBits>(hn::Add(sums, half)); };
     return packBytes(scaled(lowerSums(v[0], v[1], weights)), scaled(upperSums(v[0], v[1], weights)));
@@ -325,14 +325,14 @@ KIP_INLINE Chroma<kTo> resample(const Chroma<kFrom>& c) {
 
 /// Whether a row and the next one follow one another without a gap, so that they can be converted as one.
 template <class Layout, class Byte>
-bool adjoin(const Rows<Byte, Layout::kPointers>& row, const Rows<Byte, Layout::kPointers>& next, size_t pixels) {
+bool isContiguous(const Rows<Byte, Layout::kPointers>& row, const Rows<Byte, Layout::kPointers>& next, size_t pixels) {
   for (int p = 0; p < Layout::kPointers; ++p) {
     if (next.at[p] - row.at[p] != static_cast<ptrdiff_t>(Layout::bytes(p, pixels))) return false;
   }
   return true;
 }
 
-/// Converts rows first .. last - 1, as one where they adjoin. rowsAt(row, from, to) tells where they are.
+/// Converts rows first .. last - 1, as one where they are contiguous. rowsAt(row, from, to) tells where they are.
 template <class From, class To, class RowsAt, class Block>
 KIP_INLINE void forRows(int first, int last, size_t pixels, const RowsAt& rowsAt, const Block& block) {
   Rows<const Kip8u, From::kPointers> from, nextFrom;
@@ -340,7 +340,7 @@ KIP_INLINE void forRows(int first, int last, size_t pixels, const RowsAt& rowsAt
   if (last - first > 1) {
     rowsAt(first, from, to);
     rowsAt(first + 1, nextFrom, nextTo);
-    if (adjoin<From>(from, nextFrom, pixels) && adjoin<To>(to, nextTo, pixels)) {
+    if (isContiguous<From>(from, nextFrom, pixels) && isContiguous<To>(to, nextTo, pixels)) {
       pixels *= last - first;
       last = first + 1;
     }
@@ -351,7 +351,7 @@ KIP_INLINE void forRows(int first, int last, size_t pixels, const RowsAt& rowsAt
   }
 }
 
-/// In pieces that the second-level cache holds: longer ones memcpy copies in another way, which is slower here.
+/// In pieces below the non-temporal threshold of memcpy, which is slower above it here.
 void copyRow(const Kip8u* from, Kip8u* to, size_t bytes) {
   constexpr size_t kPiece = 512 << 10;
   for (size_t at = 0; at < bytes; at += kPiece) std::memcpy(to + at, from + at, std::min(kPiece, bytes - at));
@@ -545,7 +545,7 @@ struct Reorder {
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 constexpr Rules k422 = {.minWidth = 2, .planesBeforeSize = true};
@@ -570,5 +570,5 @@ constexpr Rules kInterlacedFrom4Rows = {.minWidth = 2,
 }  // namespace kip
 #endif
 
-#define KIP_FUNCTIONS "lumachroma/layouts-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "lumachroma/layouts-functions.inc"
+#include "engine/functions-inl.h"

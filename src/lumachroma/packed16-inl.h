@@ -7,7 +7,7 @@
 #define KIP_LUMACHROMA_PACKED16_INL_H_
 #endif
 
-#include "frame/pairs-inl.h"
+#include "engine/pairs-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -74,7 +74,8 @@ class Dithered {
   /// What it takes to find levels 0 .. last and the distance of one from the next, 65280 / last.
   struct Steps {
     U16 last, distance;
-    KIP_INLINE Steps(uint16_t l, uint16_t d) : last(pinned<uint16_t>(l)), distance(pinned<uint16_t>(d)) {}
+    KIP_INLINE Steps(uint16_t l, uint16_t d)
+        : last(keepInRegister<uint16_t>(l)), distance(keepInRegister<uint16_t>(d)) {}
   };
 
   // Bayer's order, scaled to the distance of the levels.
@@ -86,13 +87,13 @@ class Dithered {
   KIP_INLINE static I16 row(const uint16_t (&thresholds)[4][4], size_t x, int y) {
     uint64_t four = 0;
     for (size_t i = 0; i < 4; ++i) four |= uint64_t{thresholds[y % 4][(x + i) % 4]} << (16 * i);
-    return as<int16_t>(pinned<uint64_t>(four));
+    return as<int16_t>(keepInRegister<uint64_t>(four));
   }
 
   KIP_INLINE static U16 level(U16 channel, const Steps& steps, I16 thresholds) {
     const U16 lower = hn::MulHigh(channel, steps.last);
     const I16 rest = as<int16_t>(hn::Sub(channel, hn::Mul(lower, steps.distance)));
-    return plusOneWhere(hn::Gt(rest, thresholds), lower);
+    return incrementWhere(hn::Gt(rest, thresholds), lower);
   }
 
   I16 thresholds5_, thresholds4_, thresholds6_;

@@ -50,7 +50,7 @@ struct PackedPairs {
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 constexpr Rules kPositiveSteps = {.steps = StepCheck::kAfterSize};
@@ -62,5 +62,5 @@ constexpr Rules kYuv422 = {.warnWidth = 2, .warnHeight = 2};
 }  // namespace kip
 #endif
 
-#define KIP_FUNCTIONS "lumachroma/packed16-sources-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "lumachroma/packed16-sources-functions.inc"
+#include "engine/functions-inl.h"

@@ -41,7 +41,7 @@ struct Planes422 {
 /// Factors x 2^13, sums x 2^4.
 struct Floored13 {
   yuv::Factor luma{9535}, crToR{13074}, cbToG{3211}, crToG{6660}, cbToB{16523};
-  I16 black = pinned<int16_t>(16);
+  I16 black = keepInRegister<int16_t>(16);
   yuv::ChromaZero zero;
 
   KIP_INLINE Floored13() {}
@@ -164,7 +164,7 @@ using DitherYuv420 = Dither<FromPairs<yuv::Inverse2, RowsOf420>, Words, 2>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 constexpr Rules kAnySize = {};
@@ -173,5 +173,5 @@ constexpr Rules kPositiveSteps = {.steps = StepCheck::kAfterSize};
 }  // namespace kip
 #endif
 
-#define KIP_FUNCTIONS "lumachroma/packed16-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "lumachroma/packed16-functions.inc"
+#include "engine/functions-inl.h"

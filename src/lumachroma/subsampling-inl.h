@@ -20,7 +20,7 @@
 #define KIP_LUMACHROMA_SUBSAMPLING_INL_H_
 #endif
 
-#include "frame/pairs-inl.h"
+#include "engine/pairs-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {

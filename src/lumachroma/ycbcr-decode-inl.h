@@ -7,7 +7,7 @@
 #define KIP_LUMACHROMA_YCBCR_DECODE_INL_H_
 #endif
 
-#include "frame/lanes-inl.h"
+#include "engine/lanes-inl.h"
 #include "lumachroma/ycbcr-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -55,8 +55,8 @@ class PerPixel {
   WeighSample<-kX.cbToG> cbToG_;
   WeighSample<-kX.crToG> crToG_;
   WeighSample<kX.cbToB> cbToB_;
-  U8 lumaZero_ = pinned<uint8_t>(kSet.lumaZero), chromaZero_ = pinned<uint8_t>(kChromaZero);
-  I32 rounding_ = pinned<int32_t>(kSet.rounding.r);
+  U8 lumaZero_ = keepInRegister<uint8_t>(kSet.lumaZero), chromaZero_ = keepInRegister<uint8_t>(kChromaZero);
+  I32 rounding_ = keepInRegister<int32_t>(kSet.rounding.r);
 };
 
 /// The same for pixels in 32-bit lanes.
@@ -76,9 +76,7 @@ class PerLane {
   static constexpr Factors kX = kSet.factors;
 
   // Bytes Cr, Cb, Y, Cb of a lane to two 16-bit samples, Cr and Y or Cb, scaled so that the rest of a factor fits.
-  KIP_INLINE static I8 scales(int cr, int y, int cb) {
-    return as<int8_t>(pinnedPairs(bytePair(cr, 0), bytePair(y, cb)));
-  }
+  KIP_INLINE static I8 scales(int cr, int y, int cb) { return as<int8_t>(keepPairs(bytePair(cr, 0), bytePair(y, cb))); }
   I8 forR_ = scales(scaleOf(kX.crToR), scaleOf(kX.y), 0);
   I8 forG_ = scales(scaleOf(kX.crToG), 0, scaleOf(kX.cbToG));
   I8 forB_ = scales(0, 0, scaleOf(kX.cbToB));
@@ -86,9 +84,9 @@ class PerLane {
   WeighPairs<afterScale(kX.crToR), afterScale(kX.y)> crAndYToR_;
   WeighPairs<-afterScale(kX.crToG), -afterScale(kX.cbToG)> toG_;
   WeighPairs<0, afterScale(kX.cbToB)> toB_;
-  I32 r_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.r, kX.crToR));
-  I32 g_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.g, -kX.cbToG - kX.crToG));
-  I32 b_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.b, kX.cbToB));
+  I32 r_ = keepInRegister<int32_t>(constantOf(kSet, kSet.rounding.r, kX.crToR));
+  I32 g_ = keepInRegister<int32_t>(constantOf(kSet, kSet.rounding.g, -kX.cbToG - kX.crToG));
+  I32 b_ = keepInRegister<int32_t>(constantOf(kSet, kSet.rounding.b, kX.cbToB));
 };
 
 /// Pixels that share chroma, in 16-bit lanes.

@@ -100,7 +100,7 @@ using BgrAval = C4<uint8_t, Order::kReverse>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 constexpr Rules kAnySize = {};
@@ -112,5 +112,5 @@ constexpr Rules kPlanes420 = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2
 }  // namespace kip
 #endif
 
-#define KIP_FUNCTIONS "lumachroma/ycbcr-decode-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "lumachroma/ycbcr-decode-functions.inc"
+#include "engine/functions-inl.h"

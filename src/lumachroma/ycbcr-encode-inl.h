@@ -23,20 +23,20 @@ struct Rounding {
 };
 
 constexpr Rounding kToNearest = {kHalf, kHalf, kHalf, 0};
-/// The second luma of each pair is truncated, on purpose.
+/// The second luma of each pair is truncated.
 constexpr Rounding kOddLumaTruncated = {kHalf, 0, kHalf, 0};
-/// An eighth of a step for chroma, on purpose.
+/// An eighth of a step for chroma.
 constexpr Rounding kChromaEighth = {kHalf, kHalf, kEighth, 0};
-/// Cr gets two less than Cb, on purpose.
+/// Cr gets two less than Cb.
 constexpr Rounding kCrLess = {kHalf, kHalf, kHalf, 2};
 
 constexpr int lumaOffset(const ForwardSet& set, int rounding) { return set.lumaZero * kOne + rounding; }
 constexpr int chromaOffset(int rounding, int pixels) { return (kChromaZero * kOne + rounding) * pixels; }
 
 /// 32-bit lanes that differ for even and odd pixels.
-KIP_INLINE I32 pinnedPerPixel(int even, int odd) {
+KIP_INLINE I32 keepPerPixel(int even, int odd) {
   const uint64_t both = static_cast<uint64_t>(static_cast<uint32_t>(odd)) << 32 | static_cast<uint32_t>(even);
-  return as<int32_t>(pinned<uint64_t>(both));
+  return as<int32_t>(keepInRegister<uint64_t>(both));
 }
 
 /// kPixels pixels to a group.
@@ -44,14 +44,14 @@ template <const ForwardSet& kSet, const Rounding& kRounding, int kPixels>
 struct GroupSums {
   using Sums = I16;  // differences (B - G, R - G)
   Forward<kSet> forward;
-  U16 lumaZero = as<uint16_t>(pinnedPairs(twiceLumaZero(kRounding.evenLuma), twiceLumaZero(kRounding.oddLuma)));
-  I32 cbZero = pinned<int32_t>(chromaOffset(kRounding.chroma, kPixels));
-  I32 crZero = pinned<int32_t>(chromaOffset(kRounding.chroma, kPixels) - kRounding.crLess);
+  U16 lumaZero = as<uint16_t>(keepPairs(twiceLumaZero(kRounding.evenLuma), twiceLumaZero(kRounding.oddLuma)));
+  I32 cbZero = keepInRegister<int32_t>(chromaOffset(kRounding.chroma, kPixels));
+  I32 crZero = keepInRegister<int32_t>(chromaOffset(kRounding.chroma, kPixels) - kRounding.crLess);
 
 #if KIP_AVX512
   static_assert(lumaOffset(kSet, kRounding.evenLuma) % 256 == 0 && lumaOffset(kSet, kRounding.oddLuma) % 256 == 0);
   I32 lumaOffset256 =
-      pinnedPerPixel(lumaOffset(kSet, kRounding.evenLuma) / 256, lumaOffset(kSet, kRounding.oddLuma) / 256);
+      keepPerPixel(lumaOffset(kSet, kRounding.evenLuma) / 256, lumaOffset(kSet, kRounding.oddLuma) / 256);
 #endif
 
   KIP_INLINE GroupSums() {}
@@ -99,7 +99,7 @@ using Groups = Encode<GroupSums<kSet, kRounding, Dst::kLumaRows * Dst::kGroupWid
 /// The last pixel of an odd width in packed 4:2:2 has two bytes: its luma, and its chroma in the place of the first
 /// one.
 template <const ForwardSet& kSet, const Rounding& kRounding, class Dst>
-void writeLonePixel(const Pixel& rgb, Kip8u* to) {
+void writeTrailingPixel(const Pixel& rgb, Kip8u* to) {
   const auto sample = [&](const Row& row, int offset) {
     const int sum = row.r * rgb.a + row.g * rgb.b + row.b * rgb.c;
     return static_cast<Kip8u>(std::clamp((sum + offset) >> 16, 0, 255));
@@ -117,7 +117,7 @@ struct Packed {
     const size_t x = job.width - 1;
     for (int y = first; y < last; ++y) {
       const Pixel rgb = pixelAt<LoneSrc>(LoneSrc::rows(job.src, y), x);
-      writeLonePixel<kSet, kRounding, Dst>(rgb, advance<Dst>(Dst::rows(job.dst, y), x).at[0]);
+      writeTrailingPixel<kSet, kRounding, Dst>(rgb, advance<Dst>(Dst::rows(job.dst, y), x).at[0]);
     }
   }
 };

@@ -7,10 +7,10 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "frame/bytetable-inl.h"
-#include "frame/lanes-inl.h"
+#include "engine/bytetable-inl.h"
+#include "engine/lanes-inl.h"
 #include "lumachroma/ycbcr-encode-inl.h"
-#include "frame/transfer709.h"
+#include "engine/transfer709.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -23,13 +23,14 @@ template <const ForwardSet& kSet>
 struct PerPixel {
   using Lane = int16_t;
   Forward<kSet> forward;
-  I32 lumaZero = pinned<int32_t>(lumaOffset(kSet, kHalf)), chromaZero = pinned<int32_t>(chromaOffset(kHalf, 1));
+  I32 lumaZero = keepInRegister<int32_t>(lumaOffset(kSet, kHalf)),
+      chromaZero = keepInRegister<int32_t>(chromaOffset(kHalf, 1));
 
   KIP_INLINE PerPixel() {}
   KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
     const Sums even = sums({pairEven(px.c, px.a), pairEven(px.b, px.b)});
     const Sums odd = sums({pairOdd(px.c, px.a), pairOdd(px.b, px.b)});
-    return {mergeUpper(even.y, odd.y), mergeUpper(even.cb, odd.cb), mergeUpper(even.cr, odd.cr)};
+    return {interleaveHigh16(even.y, odd.y), interleaveHigh16(even.cb, odd.cb), interleaveHigh16(even.cr, odd.cr)};
   }
 
  private:
@@ -47,8 +48,8 @@ template <const ForwardSet& kSet>
 struct PerLane {
   using Lane = PixelLanes;
   Forward<kSet> forward;
-  I32 chromaZero = pinned<int32_t>(chromaOffset(kHalf, 1));
-  I8 lessGreen = pinnedBytePairs(1, -1);
+  I32 chromaZero = keepInRegister<int32_t>(chromaOffset(kHalf, 1));
+  I8 lessGreen = keepBytePairs(1, -1);
 
   KIP_INLINE PerLane() {}
   KIP_INLINE U8 operator()(U8 px) const {
@@ -59,10 +60,10 @@ struct PerLane {
  private:
 #if KIP_AVX512
   KIP_INLINE I32 luma(U8 px) const { return forward.y(PixelQuads{px}, lumaZero256); }
-  I32 lumaZero256 = pinned<int32_t>(lumaOffset(kSet, kHalf) / 256);
+  I32 lumaZero256 = keepInRegister<int32_t>(lumaOffset(kSet, kHalf) / 256);
 #else
   KIP_INLINE I32 luma(U8 px) const { return hn::Add(forward.y(PixelPairs{evenBytes(px), oddBytes(px)}), lumaZero); }
-  I32 lumaZero = pinned<int32_t>(lumaOffset(kSet, kHalf));
+  I32 lumaZero = keepInRegister<int32_t>(lumaOffset(kSet, kHalf));
 #endif
 };
 
@@ -111,8 +112,8 @@ KIP_INLINE HalfBlock<Taps> pixelsOf(const WithLeft&, const Rows<const Kip8u, 1>&
 class WeighTaps {
  public:
   KIP_INLINE WeighTaps(const Row& even, const Row& odd, int leftG)
-      : br_(as<int16_t>(pinnedPerPixel(pairBits(even.b, even.r), pairBits(odd.b, odd.r)))),
-        gg_(as<int16_t>(pinnedPerPixel(pairBits(even.g, 0), pairBits(odd.g, leftG)))) {}
+      : br_(as<int16_t>(keepPerPixel(pairBits(even.b, even.r), pairBits(odd.b, odd.r)))),
+        gg_(as<int16_t>(keepPerPixel(pairBits(even.g, 0), pairBits(odd.g, leftG)))) {}
   KIP_INLINE I32 operator()(I16 br, I16 gg) const { return dotPairs(dotPairs(br, br_), gg, gg_); }
 
  private:
@@ -124,8 +125,8 @@ struct ThreeTaps {
     I32 cb, cr;
   };
   WeighTaps y{kY15, kY15, 0}, cb{kCbCentre15, kCb15, kCb15.g}, cr{kCrCentre15, kCr15, kCr15.g};
-  I32 lumaZero = pinned<int32_t>(16 * kOne15 + kOne15 / 2);
-  I32 chromaZero = pinned<int32_t>(kChromaZero * kOne15 + kOne15 / 2 - 1);  // one less than to the nearest, on purpose
+  I32 lumaZero = keepInRegister<int32_t>(16 * kOne15 + kOne15 / 2);
+  I32 chromaZero = keepInRegister<int32_t>(kChromaZero * kOne15 + kOne15 / 2 - 1);  // one less than to the nearest
 
   KIP_INLINE ThreeTaps() {}
 
@@ -189,7 +190,7 @@ class Smoothed {
       encode.group({{memory}}, {{count == kPiece ? to : result}}, hwy::RoundUpTo(count, CbYCrY::kBlock));
       if (count < kPiece) std::memcpy(to, result, CbYCrY::bytes(0, pairs));
       if (pairs < count) {
-        writeLonePixel<kBt601, kToNearest, CbYCrY>(pixelAt<C3<>>({{pixels}}, pairs), to + CbYCrY::bytes(0, pairs));
+        writeTrailingPixel<kBt601, kToNearest, CbYCrY>(pixelAt<C3<>>({{pixels}}, pairs), to + CbYCrY::bytes(0, pairs));
       }
       std::memcpy(memory, memory + WithLeft::bytes(0, kPiece), kBefore);
       from += WithLeft::bytes(0, count);
@@ -215,7 +216,7 @@ using RgbAlpha = AC4<>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 constexpr Rules kAnySize = {};
@@ -230,5 +231,5 @@ constexpr Rules kPositiveSteps = {.steps = StepCheck::kAfterSize};
 }  // namespace kip
 #endif
 
-#define KIP_FUNCTIONS "lumachroma/ycbcr-encode-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "lumachroma/ycbcr-encode-functions.inc"
+#include "engine/functions-inl.h"

@@ -50,8 +50,8 @@ class WeighPairs {
     return hn::Add(sum, hn::Add(v, v));
   }
 
-  I16 rests_ = pinnedPairs(rest(kEven), rest(kOdd));
-  I32 upperHalf_ = as<int32_t>(pinnedPairs(0, -1));
+  I16 rests_ = keepPairs(rest(kEven), rest(kOdd));
+  I32 upperHalf_ = as<int32_t>(keepPairs(0, -1));
 };
 
 /// By what samples are multiplied while they are widened, so that the rest of a factor of more than 16 bits fits: its
@@ -129,10 +129,10 @@ constexpr Factors kBt709HdtvFactors = {65536, 100925, 11993, 30081, 119013};
 
 constexpr Row kDown = {0, 0, 0};
 constexpr Row kNearest = {kHalf, kHalf, kHalf};
-constexpr Row kLessThanDown = {-57, -14, -13};  // a bias that is meant
+constexpr Row kBiasedDown = {-57, -14, -13};  // a bias that is meant
 
 constexpr InverseSet kFloored1 = {kBt601Factors1, 16, kDown};
-constexpr InverseSet kBiased1 = {kBt601Factors1, 16, kLessThanDown};
+constexpr InverseSet kBiased1 = {kBt601Factors1, 16, kBiasedDown};
 constexpr InverseSet kRounded1 = {kBt601Factors1, 16, kNearest};
 constexpr InverseSet kFloored2 = {kBt601Factors2, 16, kDown};
 constexpr InverseSet kRounded2 = {kBt601Factors2, 16, kNearest};
@@ -163,7 +163,7 @@ class InversePairs {
     const I16 scaled = dotBytes(y, lumaScale_);
     const I32 evenLuma = evenLuma_(scaled), oddLuma = oddLuma_(scaled);
     const auto channel = [&](I32 evenTerm, I32 oddTerm) KIP_INLINE_LAMBDA {
-      return mergeUpper(hn::Add(evenLuma, evenTerm), hn::Add(oddLuma, oddTerm));
+      return interleaveHigh16(hn::Add(evenLuma, evenTerm), hn::Add(oddLuma, oddTerm));
     };
     return {channel(even.a, odd.a), channel(even.b, odd.b), channel(even.c, odd.c)};
   }
@@ -178,10 +178,10 @@ class InversePairs {
   static constexpr int only(int byte, int scale) { return byte == 0 ? bytePair(scale, 0) : bytePair(0, scale); }
   KIP_INLINE static I8 chromaScale(int cb, int cr) {
     const int forCb = only(Layout::kChromaByte, cb), forCr = only(Layout::kChromaByte, cr);
-    return as<int8_t>(Layout::kChromaSwapped ? pinnedPairs(forCr, forCb) : pinnedPairs(forCb, forCr));
+    return as<int8_t>(Layout::kChromaSwapped ? keepPairs(forCr, forCb) : keepPairs(forCb, forCr));
   }
 
-  I8 lumaScale_ = as<int8_t>(pinned<int16_t>(only(Layout::kLumaByte, scaleOf(kX.y))));
+  I8 lumaScale_ = as<int8_t>(keepInRegister<int16_t>(only(Layout::kLumaByte, scaleOf(kX.y))));
   WeighPairs<afterScale(kX.y), 0> evenLuma_;
   WeighPairs<0, afterScale(kX.y)> oddLuma_;
   I8 rbScale_ = chromaScale(scaleOf(kX.cbToB), scaleOf(kX.crToR));
@@ -189,9 +189,9 @@ class InversePairs {
   Weigh<0, afterScale(kX.crToR)> toR_;
   Weigh<-afterScale(kX.cbToG), -afterScale(kX.crToG)> toG_;
   Weigh<afterScale(kX.cbToB), 0> toB_;
-  I32 r_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.r, kX.crToR));
-  I32 g_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.g, -kX.cbToG - kX.crToG));
-  I32 b_ = pinned<int32_t>(constantOf(kSet, kSet.rounding.b, kX.cbToB));
+  I32 r_ = keepInRegister<int32_t>(constantOf(kSet, kSet.rounding.r, kX.crToR));
+  I32 g_ = keepInRegister<int32_t>(constantOf(kSet, kSet.rounding.g, -kX.cbToG - kX.crToG));
+  I32 b_ = keepInRegister<int32_t>(constantOf(kSet, kSet.rounding.b, kX.cbToB));
 };
 
 /// The sums of a channel at full resolution, x 2^16: 32 bits for the even and for the odd pixels, and what is to be
@@ -200,7 +200,7 @@ struct Sums {
   I32 even, odd;
   I16 upper;
 
-  KIP_INLINE I16 floored() const { return hn::Add(mergeUpper(even, odd), upper); }
+  KIP_INLINE I16 floored() const { return hn::Add(interleaveHigh16(even, odd), upper); }
 };
 
 /// A sample's distance from its zero, times a factor. Bytes come in pairs of sample and zero.
@@ -223,8 +223,8 @@ class WeighSample {
   static constexpr int kRest = afterScale(kFactor) - kWholes * kOne;
   static_assert(kWholes == 0 || kWholes == -1 || kWholes == 2);
 
-  I8 scale_ = pinnedBytePairs(scaleOf(kFactor), -scaleOf(kFactor));
-  I16 even_ = pinnedPairs(kRest, 0), odd_ = pinnedPairs(0, kRest);
+  I8 scale_ = keepBytePairs(scaleOf(kFactor), -scaleOf(kFactor));
+  I16 even_ = keepPairs(kRest, 0), odd_ = keepPairs(0, kRest);
 };
 
 }  // namespace HWY_NAMESPACE

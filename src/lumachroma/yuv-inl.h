@@ -30,7 +30,7 @@ KIP_INLINE I16 shiftLeft(I16 v) {
 /// A factor whose products are floored to their upper 16 bits.
 class Factor {
  public:
-  KIP_INLINE explicit Factor(int value) : value_(pinned<int16_t>(value)) {}
+  KIP_INLINE explicit Factor(int value) : value_(keepInRegister<int16_t>(value)) {}
   KIP_INLINE I16 operator()(I16 v) const { return hn::MulHigh(v, value_); }
 
  private:
@@ -47,7 +47,7 @@ class ChromaZero {
   }
 
  private:
-  I16 zero_ = pinned<int16_t>(kChromaZero);
+  I16 zero_ = keepInRegister<int16_t>(kChromaZero);
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -56,7 +56,7 @@ class ChromaZero {
 /// 2 Y from pairs of channels: the weighted R and G floored together, B by itself.
 struct DoubledLuma {
   WeighPixels rg{0, kG15, kR15};
-  I16 bWeight = pinnedPairs(kB15, 0);
+  I16 bWeight = keepPairs(kB15, 0);
 
   KIP_INLINE DoubledLuma() {}
 

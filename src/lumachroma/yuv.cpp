@@ -16,7 +16,7 @@ using namespace yuv;
 
 class UnsignedFactor {
  public:
-  KIP_INLINE explicit UnsignedFactor(int value) : value_(pinned<uint16_t>(value)) {}
+  KIP_INLINE explicit UnsignedFactor(int value) : value_(keepInRegister<uint16_t>(value)) {}
   KIP_INLINE U16 operator()(U16 v) const { return hn::MulHigh(v, value_); }
 
  private:
@@ -127,14 +127,14 @@ struct DifferenceRest {
 };
 
 /// The last pixel of an odd width by itself, written behind the row's pairs: Y, U and, in planes, V.
-struct LonePixel {
+struct TrailingPixel {
   int y, u, v;
 
-  explicit LonePixel(const Pixel& rgb) {
+  explicit TrailingPixel(const Pixel& rgb) {
     const auto [r, g, b] = rgb;
     const int sum = kR15 * r + kG15 * g + kB15 * b;
     y = sum >> 15;
-    // The two rounding constants differ on purpose.
+    // The rounding constants of U and V differ.
     u = (((((b << 15) - sum + 16383) >> 15) * kU15) >> 15) + kChromaZero;
     v = (((((r << 15) - sum + 32767) >> 15) * kV15) >> 15) + kChromaZero;
   }
@@ -148,7 +148,7 @@ struct Encode422 {
     if (job.width % 2 == 0) return;
     const size_t x = job.width - 1;
     for (int y = first; y < last; ++y) {
-      const LonePixel px(pixelAt<Src>(Src::rows(job.src, y), x));
+      const TrailingPixel px(pixelAt<Src>(Src::rows(job.src, y), x));
       const auto to = advance<Dst>(Dst::rows(job.dst, y), x);
       to.at[0][0] = static_cast<Kip8u>(px.y);
       if constexpr (Dst::kPointers == 1) {
@@ -211,7 +211,7 @@ struct Inverse4 : Doubled {
 };
 
 /// Pixels left over after the runs of Inverse4: ((Y << 16) + 74711 v + 32768) >> 16 for R, -25821 u - 38076 v for G and
-/// 133169 u for B. Factors above 32767 are split into whole multiples of 65536 and a rest.
+/// 133169 u for B. Factors above 32767 are split into whole multiples of 65536 and a tail.
 struct Inverse4Rest : Direct {
   KIP_INLINE Inverse4Rest() {}
 
@@ -246,15 +246,15 @@ struct DecodeAll {
 };
 
 /// As DecodeAll, with another arithmetic for the pixels after the last whole run of kRun.
-template <int kRun, class Op, class Rest, class Src, class Dst>
+template <int kRun, class Op, class Tail, class Src, class Dst>
 struct DecodeRuns {
   static void rows(const Job& job, int first, int last) {
     const int end = converted<Src>(job.width), runs = end - end % kRun;
     const Decode<PerPair<Op>, Src, Dst> run(job);
-    const Decode<PerPair<Rest>, Src, Dst> rest(job);
+    const Decode<PerPair<Tail>, Src, Dst> tail(job);
     for (int y = first; y < last; ++y) {
       run.pixels(y, 0, runs);
-      rest.pixels(y, runs, end);
+      tail.pixels(y, runs, end);
     }
   }
 };
@@ -295,7 +295,7 @@ using Decode4 = DecodeRuns<8, Inverse4, Inverse4Rest, Src, C4<>>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 constexpr Rules kEveryPixel = {};
@@ -303,8 +303,8 @@ constexpr Rules kWholeBlocks420 = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeigh
 }  // namespace kip
 #endif
 
-#define KIP_FUNCTIONS "lumachroma/yuv-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "lumachroma/yuv-functions.inc"
+#include "engine/functions-inl.h"
 
 #if HWY_ONCE
 namespace {

@@ -12,7 +12,7 @@
 #include <bit>
 #include <iterator>
 
-#include "frame/bytetable-inl.h"
+#include "engine/bytetable-inl.h"
 #include "reducebits/levels-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -241,7 +241,7 @@ struct ReduceBytes {
                         });
   }
 
-  /// Of tables that are elsewhere in memory the compiler would have to think that each store might change them.
+  /// `op` by value: through a reference every store might alias its tables.
   template <int kPerPixel, bool kKeepsFourth, class Op>
   static void rows(Op op, const Job& job, int first, int last) {
     static constexpr BayerOfSamples<kPerPixel> kThresholds;

@@ -7,7 +7,7 @@
 #define KIP_REDUCEBITS_DIFFUSION_INL_H_
 #endif
 
-#include "frame/image.h"
+#include "engine/image.h"
 #include "hwy/highway.h"
 
 HWY_BEFORE_NAMESPACE();

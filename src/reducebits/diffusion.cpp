@@ -1,7 +1,7 @@
 // Error diffusion: what a sample loses or gains by its reduction is handed on to its neighbours right and below.
 //
-// Sequential as it looks, a band of rows is worked on at the same time, each row trailing the one above by so many
-// columns that the errors it needs are there: at step s, row r of the band is at column s - trail x r. Each row of the
+// Rows of a band run as a skewed wavefront, each so many columns behind the one above that the errors it needs are
+// there: at step s, row r of the band is at column s - skew x r. Each row of the
 // band is a lane of its vectors. The sums of every sample are formed in the one order that the contract knows, so the
 // results are those of one sample after the other.
 
@@ -23,7 +23,7 @@ namespace HWY_NAMESPACE {
 
 /// How errors are handed on, seen from the sample that receives them.
 struct Diffusion {
-  int trail;          ///< columns that each row trails the one above: one more than it must, which hides latency
+  int skew;           ///< columns that each row is behind the one above: one more than it must, which hides latency
   float divisor;      ///< the sum of the weights
   int weights[3][5];  ///< of the errors two rows above, one row above and in the same row, columns x - 2 .. x + 2
 };
@@ -31,7 +31,7 @@ constexpr Diffusion kFloydSteinberg = {3, 16, {{0, 0, 0, 0, 0}, {0, 1, 5, 3, 0},
 constexpr Diffusion kJarvisJudiceNinke = {4, 48, {{1, 3, 5, 3, 1}, {3, 5, 7, 5, 3}, {5, 7, 0, 0, 0}}};
 constexpr Diffusion kStucki = {4, 42, {{1, 2, 4, 2, 1}, {2, 4, 8, 4, 2}, {4, 8, 0, 0, 0}}};
 
-constexpr int kHistory = 10;  // steps that errors are remembered: trail 4, two rows up and two columns to the left
+constexpr int kHistory = 10;  // steps that errors are remembered: skew 4, two rows up and two columns to the left
 constexpr int kAbove = kErrorRows;
 
 /// What some steps of a band work on and leave behind. Samples are words, or floats where the source is floats.
@@ -74,7 +74,7 @@ KIP_INLINE F32 earlierErrors(const float* now) {
   unrolled<11>([&](auto tap) KIP_INLINE_LAMBDA {
     constexpr int kUp = 2 - tap / 5, kRight = tap % 5 - 2, kWeight = kDiffusion.weights[2 - kUp][2 + kRight];
     if constexpr (kWeight != 0) {
-      constexpr int kStepsAgo = kUp * kDiffusion.trail - kRight;
+      constexpr int kStepsAgo = kUp * kDiffusion.skew - kRight;
       const float* at = now - kStepsAgo * BandState<float>::kErrorLanes - kUp * kLanes<float>;
       const F32 product = hn::Mul(hn::Load(Tag<float>(), at), set(float{kWeight}));
       sum = tap == firstTap(kDiffusion) ? product : hn::Add(sum, product);
@@ -100,7 +100,7 @@ void diffuseSteps(BandState<Sample>& band, const Scale& scale, const float* cons
   const U16 fullWord = set(static_cast<uint16_t>(scale.full));
   const float *threshold = band.thresholds.at[0], *limit = band.limits.at[0];
   const int thresholdStep = band.thresholdStep * kBand, limitStep = band.limitStep * kBand;
-  const float *above1 = above[0] + kDiffusion.trail, *above2 = above[1] + 2 * kDiffusion.trail;
+  const float *above1 = above[0] + kDiffusion.skew, *above2 = above[1] + 2 * kDiffusion.skew;
   F32 before[kVectors], wanted[kVectors], lower[kVectors];
   I32 levels[kVectors];
   unrolled<kVectors>([&](auto v) KIP_INLINE_LAMBDA {
@@ -154,7 +154,7 @@ struct BandPlaces {
   Place of[kBand];
 };
 
-/// So many rows at once are more than the processor keeps track of. Their lines go to the second-level cache: in the
+/// A band has more streams than the hardware prefetcher tracks. Their lines go to the second-level cache: in the
 /// first one they would drive out one another.
 KIP_INLINE void prefetchNext(const uint8_t* from, int bytes) {
   constexpr int kForReading = 0, kSecondLevel = 2, kStepsAhead = 3;
@@ -247,8 +247,8 @@ class DiffuseChannels {
 
   template <const Diffusion& kDiffusion>
   void band() {
-    trail_ = kDiffusion.trail;
-    const int64_t steps = int64_t{job_.width} + trail_ * (places_.rows - 1);
+    skew_ = kDiffusion.skew;
+    const int64_t steps = int64_t{job_.width} + skew_ * (places_.rows - 1);
     begin();
     for (int64_t s = 0; s < steps; s += kSteps) {
       place(s);
@@ -276,16 +276,16 @@ class DiffuseChannels {
   void begin() {
     std::fill_n(band_.errors[0], kHistory * band_.kErrorLanes, 0.f);
     for (int up = 1; up <= kAbove; ++up) {
-      for (int s = -up * trail_; s < 0; ++s) {
-        band_.errors[kHistory + s][errorLaneOf(-up)] = above_[up - 1][s + up * trail_];
+      for (int s = -up * skew_; s < 0; ++s) {
+        band_.errors[kHistory + s][errorLaneOf(-up)] = above_[up - 1][s + up * skew_];
       }
     }
     // The row above a single row will be two rows above the next one; these columns of it come before the first step.
-    if (places_.rows == 1) std::copy_n(above_[0], trail_, above_[1]);
+    if (places_.rows == 1) std::copy_n(above_[0], skew_, above_[1]);
   }
 
   Place placeOf(int row, int64_t s) const {
-    const int64_t first = s - row * trail_;
+    const int64_t first = s - row * skew_;
     const auto step = [](int64_t s) { return static_cast<int>(std::clamp<int64_t>(s, 0, kSteps)); };
     return {first, step(-first), step(job_.width - first)};
   }
@@ -325,14 +325,14 @@ class DiffuseChannels {
   void readThresholds(int64_t s) {
     for (int group = 0; group < places_.rows; group += 4) {
       const float* values = reduction_.noise->row(places_.y + group);
-      const Kip16s* columns = NoiseTables::columnsFrom(s - (group + 3) * trail_);
-      for (int i = 0; i < kSteps + 3 * trail_; i += kLanes<float>) {
+      const Kip16s* columns = NoiseTables::columnsFrom(s - (group + 3) * skew_);
+      for (int i = 0; i < kSteps + 3 * skew_; i += kLanes<float>) {
         F32 noise[4];
         loadNoise(values, columns + i, noise);
         for (int row = 0; row < 4; ++row) hn::Store(noise[row], Tag<float>(), &thresholds_[group + row][i]);
       }
     }
-    toSteps([&](int row) KIP_INLINE_LAMBDA { return thresholds_[row] + (3 - row % 4) * trail_; }, band_.thresholds);
+    toSteps([&](int row) KIP_INLINE_LAMBDA { return thresholds_[row] + (3 - row % 4) * skew_; }, band_.thresholds);
   }
 
   /// The errors of the row that is `up` rows above the next band.
@@ -351,7 +351,7 @@ class DiffuseChannels {
   const Scale scale_;
   const bool normalize_;
   float* above_[kAbove];
-  int trail_ = 0;
+  int skew_ = 0;
   BandPlaces places_;
   BandRows<Sample> samples_;
   BandRows<uint16_t> levels_;

@@ -13,7 +13,7 @@
 #include <algorithm>
 #include <type_traits>
 
-#include "frame/pixels-inl.h"
+#include "engine/pixels-inl.h"
 #include "reducebits/reduction.h"
 
 HWY_BEFORE_NAMESPACE();

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "frame/random.h"
+#include "engine/random.h"
 
 namespace kip {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "frame/memory.h"
+#include "engine/memory.h"
 
 namespace kip {
 

@@ -52,7 +52,7 @@ struct Reduce {
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 namespace kip {
 namespace {
@@ -158,5 +158,5 @@ KipStatus convert(Kernel kernel, const Depths& depths, const ImageArg& src, cons
   }
 #endif
 
-#define KIP_FUNCTIONS "reducebits/reducebits-functions.h"
-#include "frame/functions-inl.h"
+#define KIP_FUNCTIONS "reducebits/reducebits-functions.inc"
+#include "engine/functions-inl.h"

@@ -26,7 +26,7 @@ struct Reduction {
 
 constexpr int kErrorRows = 2;      // the rows above a band of rows: as many as the widest diffusion reaches back
 constexpr int kBand = 32;          // rows whose errors are diffused at the same time
-constexpr int kErrorRowPad = 256;  // zeros behind an error row, for the rows that trail the first one of a band
+constexpr int kErrorRowPad = 256;  // zeros behind an error row, for the rows behind the first one of a band
 
 /// The size of an interval on a scale, which the contract wants computed as 65280 / 256 where the scale is 255.
 inline float intervalOf(float intervals, float fullScale) {

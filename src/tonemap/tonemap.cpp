@@ -5,7 +5,7 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "frame/pixels-inl.h"
+#include "engine/pixels-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -53,8 +53,8 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 #include <limits>
 
-#include "frame/convert.h"
-#include "frame/primitives.h"
+#include "engine/convert.h"
+#include "engine/primitives.h"
 
 namespace kip {
 namespace {

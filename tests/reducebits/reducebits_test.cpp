@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-#include "frame/random.h"
+#include "engine/random.h"
 #include "kipcore.h"
 #include "reducebits/plain.h"
 #include "support/allocation.h"

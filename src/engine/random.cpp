@@ -1,8 +1,8 @@
-#include "frame/random.h"
+#include "engine/random.h"
 
 #include <new>
 
-#include "frame/memory.h"
+#include "engine/memory.h"
 
 namespace kip {
 namespace {

@@ -1,14 +1,14 @@
 // Interleaved byte pixels as 32-bit lanes, from load to store: for arithmetics in 32 bits, which then need no channel
 // taken apart from the others. Layouts and results for Convert.
 
-#if defined(KIP_FRAME_LANES_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef KIP_FRAME_LANES_INL_H_
-#undef KIP_FRAME_LANES_INL_H_
+#if defined(KIP_ENGINE_LANES_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_ENGINE_LANES_INL_H_
+#undef KIP_ENGINE_LANES_INL_H_
 #else
-#define KIP_FRAME_LANES_INL_H_
+#define KIP_ENGINE_LANES_INL_H_
 #endif
 
-#include "frame/convert-inl.h"
+#include "engine/convert-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -21,15 +21,15 @@ struct PixelLanes {
   U8 of[kVectors];
 };
 
-/// A block of results: in each 128 bits the first and the third channels of four pixels by turns, and then the second
-/// channels, which zeros follow.
+/// A block of results: in each 128 bits the first and the third channels of four pixels alternately, and then the
+/// second channels, which zeros follow.
 struct ResultLanes {
   U8 of[PixelLanes::kVectors];
 };
 
 /// Results x 2^16 in 32-bit lanes, floored and saturated to bytes.
 KIP_INLINE U8 packLanes(const Pixels<I32>& px) {
-  return packBytes(mergeUpper(px.a, px.c), as<int16_t>(hn::ShiftRight<16>(as<uint32_t>(px.b))));
+  return packBytes(interleaveHigh16(px.a, px.c), as<int16_t>(hn::ShiftRight<16>(as<uint32_t>(px.b))));
 }
 
 /// An arithmetic from one vector of PixelLanes to one of ResultLanes.

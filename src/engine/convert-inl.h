@@ -6,20 +6,20 @@
 //   operator()(Pixels) const       the arithmetic on full vectors of those lanes
 // or, for floats, on several vectors at once (a long chain of operations waits for its own results; some chains side by
 // side use that time):
-//   kTogether                      how many it wants at most, and, if it does more than the operator on each,
+//   kInterleavedChains                      how many it wants at most, and, if it does more than the operator on each,
 //   convert<kCount>(px, result)    the arithmetic on that many Pixels, instead of the operator
 // Samples are widened to its lanes before it. Its results are 16-bit lanes, or 32-bit ones (already rounded) from
 // floats, and are packed with saturation; or lanes of the samples' own type, which are stored as they are. Where source
 // and destination differ in size, the arithmetic is one from and to the larger samples.
 
-#if defined(KIP_FRAME_CONVERT_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef KIP_FRAME_CONVERT_INL_H_
-#undef KIP_FRAME_CONVERT_INL_H_
+#if defined(KIP_ENGINE_CONVERT_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_ENGINE_CONVERT_INL_H_
+#undef KIP_ENGINE_CONVERT_INL_H_
 #else
-#define KIP_FRAME_CONVERT_INL_H_
+#define KIP_ENGINE_CONVERT_INL_H_
 #endif
 
-#include "frame/pixels-inl.h"
+#include "engine/pixels-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -40,9 +40,9 @@ KIP_INLINE Pixels<I32> rounded(const Pixels<F32>& px) {
 KIP_INLINE Pixels<F32> toUnit(const Pixels<F32>& px) {
   return eachChannel(px, [](F32 v) KIP_INLINE_LAMBDA { return toUnit(v); });
 }
-KIP_INLINE Pixels<F32> oneNaN(const Pixels<F32>& px) {
+KIP_INLINE Pixels<F32> canonicalizeNaN(const Pixels<F32>& px) {
   if (HWY_LIKELY(!anyNaN(px.a, px.b, px.c))) return px;
-  return eachChannel(px, [](F32 v) KIP_INLINE_LAMBDA { return oneNaN(v); });
+  return eachChannel(px, [](F32 v) KIP_INLINE_LAMBDA { return canonicalizeNaN(v); });
 }
 
 /// Results in two parts, packed to one vector per channel.
@@ -60,7 +60,7 @@ KIP_INLINE Pixels<U8> pack(const Pixels<I16>& lower, const Pixels<I16>& upper) {
 template <class Op, class R, int kParts>
 KIP_INLINE void applyFloats(const Op& op, const Pixels<F32> (&px)[kParts], Pixels<R> (&result)[kParts]) {
   if constexpr (requires { op.template convert<1>(px, result); }) {
-    constexpr int kCount = HWY_MIN(Op::kTogether, kParts);
+    constexpr int kCount = HWY_MIN(Op::kInterleavedChains, kParts);
     for (int p = 0; p < kParts; p += kCount) op.template convert<kCount>(px + p, result + p);
   } else {
     for (int p = 0; p < kParts; ++p) result[p] = op(px[p]);
@@ -149,7 +149,7 @@ class Convert {
   static void rows(const Job& job, int first, int last) {
     const Convert convert(job);
     const size_t width = job.width;
-    if (adjoining<Src>(job.src, width) && adjoining<Dst>(job.dst, width)) {
+    if (isContiguous<Src>(job.src, width) && isContiguous<Dst>(job.dst, width)) {
       return convert.pixels(first, 0, width * (last - first));
     }
     for (int y = first; y < last; ++y) convert.pixels(y, 0, width);
@@ -165,8 +165,8 @@ class Convert {
  private:
   /// Samples that are floats make one vector per load: there it takes several loads to get several vectors.
   static constexpr int blocksTogether() {
-    if constexpr (requires { Op::kTogether; } && std::is_same_v<typename Src::T, float>) {
-      return Op::kTogether;
+    if constexpr (requires { Op::kInterleavedChains; } && std::is_same_v<typename Src::T, float>) {
+      return Op::kInterleavedChains;
     } else {
       return 1;
     }
@@ -204,7 +204,7 @@ class Convert {
 
   /// Whether rows follow one another without a gap, so that they can be converted as one.
   template <class Layout, class Byte>
-  static bool adjoining(const Image<Byte>& image, size_t width) {
+  static bool isContiguous(const Image<Byte>& image, size_t width) {
     for (int p = 0; p < Layout::kPointers; ++p) {
       if (image.step[p] != static_cast<ptrdiff_t>(Layout::bytes(p, width))) return false;
     }
@@ -219,16 +219,16 @@ class Convert {
 
 /// Converts rows with one arithmetic for the runs of kRun pixels that each row begins with, and another one for the
 /// pixels left over at its end.
-template <int kRun, class Op, class Rest, class Src, class Dst>
+template <int kRun, class Op, class Tail, class Src, class Dst>
 struct ConvertRuns {
   static void rows(const Job& job, int first, int last) {
     if (job.width % kRun == 0) return Convert<Op, Src, Dst>::rows(job, first, last);
     const int runs = job.width - job.width % kRun;
     const Convert<Op, Src, Dst> run(job);
-    const Convert<Rest, Src, Dst> rest(job);
+    const Convert<Tail, Src, Dst> tail(job);
     for (int y = first; y < last; ++y) {
       run.pixels(y, 0, runs);
-      rest.pixels(y, runs, job.width);
+      tail.pixels(y, runs, job.width);
     }
   }
 };

@@ -1,18 +1,18 @@
-#include "frame/primitives.h"
+#include "engine/primitives.h"
 
 #include <algorithm>
 #include <cstring>
 #include <limits>
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "frame/primitives.cpp"
+#define HWY_TARGET_INCLUDE "engine/primitives.cpp"
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
-#include "frame/simd-inl.h"
+#include "engine/simd-inl.h"
 
-#ifndef KIP_FRAME_PRIMITIVES_ONCE
-#define KIP_FRAME_PRIMITIVES_ONCE
+#ifndef KIP_ENGINE_PRIMITIVES_ONCE
+#define KIP_ENGINE_PRIMITIVES_ONCE
 namespace kip {
 
 inline const float* rowOf(const float* plane, int step, int y) {
@@ -79,15 +79,15 @@ float largest(const float* plane, int step, KipiSize size) {
 /// Column x is added to partial sum x mod 16, whatever the size of a vector. Some rows at a time, so that the sums of
 /// one need not wait for each other.
 long double sum(const float* plane, int step, KipiSize size) {
-  constexpr int kTogether = kLanes<float> == 4 ? 2 : 4;  // as many as there are registers for
-  using Sums = Samples<kTogether, 16 / kLanes<float>>;
+  constexpr int kInterleavedChains = kLanes<float> == 4 ? 2 : 4;  // as many as there are registers for
+  using Sums = Samples<kInterleavedChains, 16 / kLanes<float>>;
   long double total = 0;
-  for (int y = 0; y < size.height; y += kTogether) {
-    const float* rows[kTogether];
-    for (int i = 0; i < kTogether; ++i) rows[i] = rowOf(plane, step, std::min(y + i, size.height - 1));
+  for (int y = 0; y < size.height; y += kInterleavedChains) {
+    const float* rows[kInterleavedChains];
+    for (int i = 0; i < kInterleavedChains; ++i) rows[i] = rowOf(plane, step, std::min(y + i, size.height - 1));
     Sums sums(0);
     sums.take(rows, size.width, 0, [](F32 v, F32 sum) KIP_INLINE_LAMBDA { return hn::Add(sum, v); });
-    for (int row = 0; row < std::min(kTogether, size.height - y); ++row) {
+    for (int row = 0; row < std::min(kInterleavedChains, size.height - y); ++row) {
       float p[Sums::kCount], lane[4];
       sums.store(row, p);
       for (int i = 0; i < 4; ++i) lane[i] = (p[i] + p[4 + i]) + (p[8 + i] + p[12 + i]);

@@ -1,5 +1,5 @@
 // The internal primitives, which are not exported: these tests are linked with a copy of them.
-#include "frame/primitives.h"
+#include "engine/primitives.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <limits>
 #include <random>
 
-#include "frame/memory.h"
+#include "engine/memory.h"
 #include "support/allocation.h"
 #include "support/memory.h"
 #include "support/targets.h"

@@ -1,4 +1,4 @@
-#include "frame/convert.h"
+#include "engine/convert.h"
 
 #include <omp.h>
 

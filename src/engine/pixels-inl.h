@@ -11,17 +11,17 @@
 // parameter D says how many those are: a full vector, or, where source and destination samples differ in size, as many
 // as a full vector of the larger ones (SamplesLike).
 
-#if defined(KIP_FRAME_PIXELS_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef KIP_FRAME_PIXELS_INL_H_
-#undef KIP_FRAME_PIXELS_INL_H_
+#if defined(KIP_ENGINE_PIXELS_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_ENGINE_PIXELS_INL_H_
+#undef KIP_ENGINE_PIXELS_INL_H_
 #else
-#define KIP_FRAME_PIXELS_INL_H_
+#define KIP_ENGINE_PIXELS_INL_H_
 #endif
 
 #include <cstring>
 
-#include "frame/image.h"
-#include "frame/interleave-inl.h"
+#include "engine/image.h"
+#include "engine/interleave-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {

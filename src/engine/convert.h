@@ -1,7 +1,8 @@
-// The way of every call: check the arguments, walk the rows on one thread or on several, decide the status.
+// Common path of every exported function: check the arguments, walk the rows on one thread or on several, decide the
+// status.
 #pragma once
 
-#include "frame/image.h"
+#include "engine/image.h"
 
 namespace kip {
 

@@ -1,13 +1,13 @@
 // Interleaved samples of two, three and four channels in memory, and what else takes vectors apart and joins them.
 
-#if defined(KIP_FRAME_INTERLEAVE_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef KIP_FRAME_INTERLEAVE_INL_H_
-#undef KIP_FRAME_INTERLEAVE_INL_H_
+#if defined(KIP_ENGINE_INTERLEAVE_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_ENGINE_INTERLEAVE_INL_H_
+#undef KIP_ENGINE_INTERLEAVE_INL_H_
 #else
-#define KIP_FRAME_INTERLEAVE_INL_H_
+#define KIP_ENGINE_INTERLEAVE_INL_H_
 #endif
 
-#include "frame/simd-inl.h"
+#include "engine/simd-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -31,7 +31,7 @@ KIP_INLINE U8 loadBlocksAt(const At& at) {
 #endif
 }
 
-/// The blocks of two vectors by turns: the inverse of loadBlocks from two places.
+/// The blocks of two vectors alternately: the inverse of loadBlocks from two places.
 KIP_INLINE void storeTwoBlocks(U8 first, U8 second, uint8_t* to) {
   const Tag<uint8_t> d;
 #if HWY_TARGET == HWY_AVX2
@@ -272,7 +272,7 @@ struct ChannelTables {
   uint8_t ofTwo[2][64];                         // the first, and the second of two channels
   uint8_t ofFour[2][64];  // the first two, and the last two of four channels: all samples of one, then of the other
   uint8_t words[3][64];   // bytes of each of the first three of four channels, for every second byte
-  uint8_t turns[2][64];   // a sample of each vector by turns: from their lower, and from their upper halves
+  uint8_t turns[2][64];   // a sample of each vector alternately: from their lower, and from their upper halves
   constexpr ChannelTables() : ofTwo(), ofFour(), words(), turns() {
     for (int i = 0; i < 64; ++i) {
       const int byte = i % kBytes, sample = i / kBytes, half = sample / (kSamples / 2);

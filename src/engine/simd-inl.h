@@ -2,11 +2,11 @@
 // 128-bit blocks that widening, packing and summing need. Widening within blocks reorders the samples of vectors of
 // more than one block; packing the results undoes it.
 
-#if defined(KIP_FRAME_SIMD_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef KIP_FRAME_SIMD_INL_H_
-#undef KIP_FRAME_SIMD_INL_H_
+#if defined(KIP_ENGINE_SIMD_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_ENGINE_SIMD_INL_H_
+#undef KIP_ENGINE_SIMD_INL_H_
 #else
-#define KIP_FRAME_SIMD_INL_H_
+#define KIP_ENGINE_SIMD_INL_H_
 #endif
 
 #include <cmath>
@@ -71,10 +71,10 @@ KIP_INLINE Vector<T> set(T value) {
 }
 
 /// A constant that stays in a register, or is spilled to memory once, outside the loop. Left alone, the compiler builds
-/// constants anew where it needs them, which costs three instructions each. A type with pinned members needs a
+/// constants anew where it needs them, which costs three instructions each. A type with such members needs a
 /// constructor of its own, if an empty one: an implicit one would not be compiled for the target.
 template <class T>
-KIP_INLINE Vector<T> pinned(T value) {
+KIP_INLINE Vector<T> keepInRegister(T value) {
   Vector<T> v = set<T>(value);
 #if !KIP_EMULATED
 #if KIP_AVX512
@@ -142,7 +142,7 @@ KIP_INLINE F32 atLeast(F32 v, F32 limit) {
 KIP_INLINE F32 toUnit(F32 v) { return atMost(atLeast(v, set(0.f)), set(1.f)); }
 
 /// v, or the one NaN that all NaNs become, so that the bits of a result do not depend on the order of operands.
-KIP_INLINE F32 oneNaN(F32 v) { return hn::IfThenElse(hn::Eq(v, v), v, as<float>(set<int32_t>(0x7FC00000))); }
+KIP_INLINE F32 canonicalizeNaN(F32 v) { return hn::IfThenElse(hn::Eq(v, v), v, as<float>(set<int32_t>(0x7FC00000))); }
 
 /// Whether any lane is NaN.
 KIP_INLINE bool anyNaN(F32 a, F32 b, F32 c) {
@@ -339,7 +339,7 @@ KIP_INLINE I16 pairEven(I16 a, I16 b) { return hn::OddEven(as<int16_t>(hn::Shift
 KIP_INLINE I16 pairOdd(I16 a, I16 b) { return hn::OddEven(b, as<int16_t>(hn::ShiftRight<16>(as<uint32_t>(a)))); }
 
 /// The upper 16 bits of 32-bit lanes, those of `even` and of `odd` in turn.
-KIP_INLINE I16 mergeUpper(I32 even, I32 odd) {
+KIP_INLINE I16 interleaveHigh16(I32 even, I32 odd) {
 #if KIP_AVX512
   alignas(64) static constexpr struct Table {
     uint16_t upper[32];
@@ -354,7 +354,7 @@ KIP_INLINE I16 mergeUpper(I32 even, I32 odd) {
 }
 
 /// One more where a mask says so.
-KIP_INLINE U16 plusOneWhere(hn::Mask<Tag<int16_t>> mask, U16 v) {
+KIP_INLINE U16 incrementWhere(hn::Mask<Tag<int16_t>> mask, U16 v) {
 #if KIP_AVX512
   return U16{_mm512_mask_sub_epi16(v.raw, mask.raw, v.raw, _mm512_set1_epi16(-1))};
 #else
@@ -369,11 +369,11 @@ constexpr int32_t pairBits(int even, int odd) {
 /// Weights (even, odd) for dotBytes.
 constexpr int bytePair(int even, int odd) { return static_cast<int16_t>(odd * 256 + (even & 0xFF)); }
 KIP_INLINE I16 setPairs(int even, int odd) { return as<int16_t>(set<int32_t>(pairBits(even, odd))); }
-KIP_INLINE I16 pinnedPairs(int even, int odd) { return as<int16_t>(pinned<int32_t>(pairBits(even, odd))); }
+KIP_INLINE I16 keepPairs(int even, int odd) { return as<int16_t>(keepInRegister<int32_t>(pairBits(even, odd))); }
 
 /// Factors (even, odd) for dotBytes.
-KIP_INLINE I8 pinnedBytePairs(int even, int odd) {
-  return as<int8_t>(pinned<uint16_t>(static_cast<uint16_t>((odd << 8) | (even & 0xFF))));
+KIP_INLINE I8 keepBytePairs(int even, int odd) {
+  return as<int8_t>(keepInRegister<uint16_t>(static_cast<uint16_t>((odd << 8) | (even & 0xFF))));
 }
 
 // Table look-ups. Loads of single entries, with the places stored first and then taken one by one, are faster than
@@ -487,10 +487,9 @@ KIP_INLINE U8 bytesFrom(const I32 (&lanes)[4]) {
 #endif
 }
 
-/// v, computed in the place where it is written. Left alone, the compiler takes operations that wait for each other
-/// together, one chain after the other, and the processor sees no further than the chain that it waits for. With fewer
-/// than the 32 registers of AVX-512 it is right to.
-KIP_INLINE F32 inOrder(F32 v) {
+/// Barrier: keeps independent chains interleaved. GCC would group each chain and exhaust the processor's out-of-order
+/// window. With fewer than the 32 registers of AVX-512 it is right to.
+KIP_INLINE F32 schedulingBarrier(F32 v) {
 #if KIP_AVX512
   asm("" : "+v"(v.raw));
 #endif

@@ -2,14 +2,14 @@
 // and (G, G), or with AVX-512 as four bytes, B, G, R, G. G is there twice for coefficients above 32767, which are split
 // over both.
 
-#if defined(KIP_FRAME_PAIRS_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef KIP_FRAME_PAIRS_INL_H_
-#undef KIP_FRAME_PAIRS_INL_H_
+#if defined(KIP_ENGINE_PAIRS_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_ENGINE_PAIRS_INL_H_
+#undef KIP_ENGINE_PAIRS_INL_H_
 #else
-#define KIP_FRAME_PAIRS_INL_H_
+#define KIP_ENGINE_PAIRS_INL_H_
 #endif
 
-#include "frame/convert-inl.h"
+#include "engine/convert-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -146,10 +146,10 @@ KIP_INLINE I16 packPixels(const HalfBlock<Px>& px, const Function& function) {
 /// Sums of the channels of pixels, weighted by factors of up to 32639 (that of G may be twice as large).
 class WeighPixels {
  public:
-  KIP_INLINE WeighPixels(int b, int g, int r) : br_(pinnedPairs(b, r)), gg_(pinnedPairs(g / 2, g - g / 2)) {
+  KIP_INLINE WeighPixels(int b, int g, int r) : br_(keepPairs(b, r)), gg_(keepPairs(g / 2, g - g / 2)) {
 #if KIP_AVX512
     const auto quads = [&](auto part) KIP_INLINE_LAMBDA {
-      return as<int8_t>(pinnedPairs(bytePair(part(b), part(g / 2)), bytePair(part(r), part(g - g / 2))));
+      return as<int8_t>(keepPairs(bytePair(part(b), part(g / 2)), bytePair(part(r), part(g - g / 2))));
     };
     high_ = quads([](int factor) { return highByte(factor); });
     low_ = quads([](int factor) { return lowByte(factor); });

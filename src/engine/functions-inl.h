@@ -18,8 +18,8 @@ namespace HWY_NAMESPACE {
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "frame/convert.h"
-#include "frame/shapes.h"
+#include "engine/convert.h"
+#include "engine/shapes.h"
 
 namespace kip {
 #define KIP_FUNCTION(name, shape, rules, ...) HWY_EXPORT(name);

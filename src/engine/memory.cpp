@@ -1,4 +1,4 @@
-#include "frame/memory.h"
+#include "engine/memory.h"
 
 #include <cstdint>
 

@@ -4,17 +4,17 @@
 
 #include <algorithm>
 
-#if defined(KIP_FRAME_BYTETABLE_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef KIP_FRAME_BYTETABLE_INL_H_
-#undef KIP_FRAME_BYTETABLE_INL_H_
+#if defined(KIP_ENGINE_BYTETABLE_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_ENGINE_BYTETABLE_INL_H_
+#undef KIP_ENGINE_BYTETABLE_INL_H_
 #else
-#define KIP_FRAME_BYTETABLE_INL_H_
+#define KIP_ENGINE_BYTETABLE_INL_H_
 #endif
 
-#include "frame/simd-inl.h"
+#include "engine/simd-inl.h"
 
-#ifndef KIP_FRAME_BYTETABLE_ONCE
-#define KIP_FRAME_BYTETABLE_ONCE
+#ifndef KIP_ENGINE_BYTETABLE_ONCE
+#define KIP_ENGINE_BYTETABLE_ONCE
 namespace kip {
 
 /// A table of bytes as a line through each of its sixteenths. Entry i of sixteenth s is

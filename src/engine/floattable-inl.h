@@ -1,15 +1,15 @@
 // Look-ups in constant tables whose rows are floats: a vector for each column of the rows.
 
-#if defined(KIP_FRAME_FLOATTABLE_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef KIP_FRAME_FLOATTABLE_INL_H_
-#undef KIP_FRAME_FLOATTABLE_INL_H_
+#if defined(KIP_ENGINE_FLOATTABLE_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef KIP_ENGINE_FLOATTABLE_INL_H_
+#undef KIP_ENGINE_FLOATTABLE_INL_H_
 #else
-#define KIP_FRAME_FLOATTABLE_INL_H_
+#define KIP_ENGINE_FLOATTABLE_INL_H_
 #endif
 
 #include <type_traits>
 
-#include "frame/simd-inl.h"
+#include "engine/simd-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
