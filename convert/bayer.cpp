@@ -59,12 +59,16 @@ const uint8_t* BayerRows::row(int y) {
 
 void BayerRows::demosaic(int first, int rows) {
   const BayerSource& bayer = plan_.bayer;
-  Sensor sensor = {static_cast<const uint8_t*>(src_.plane[0]), src_.step[0], {plan_.width, plan_.height},
+  Sensor sensor = {static_cast<const uint8_t*>(src_.plane[0]),
+                   src_.step[0],
+                   {plan_.width, plan_.height},
                    {0, first, plan_.width, rows}};
   if (bayer.packedBits != 0) {
     const int from = std::max(0, first - kBayerMargin), to = std::min(plan_.height, first + rows + kBayerMargin);
     unpack(from, to);
-    sensor = {scratch_ + bayer.rawOffset, static_cast<ptrdiff_t>(bayer.rawStep), {plan_.width, to - from},
+    sensor = {scratch_ + bayer.rawOffset,
+              static_cast<ptrdiff_t>(bayer.rawStep),
+              {plan_.width, to - from},
               {0, first - from, plan_.width, rows}};
   }
   uint8_t* rgb = scratch_ + bayer.rgbOffset;

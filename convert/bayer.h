@@ -7,8 +7,7 @@ namespace kip::convert {
 
 class BayerRows {
  public:
-  BayerRows(const KipPlan& plan, const KipPlanes& src, uint8_t* scratch)
-      : plan_(plan), src_(src), scratch_(scratch) {}
+  BayerRows(const KipPlan& plan, const KipPlanes& src, uint8_t* scratch) : plan_(plan), src_(src), scratch_(scratch) {}
 
   /// A row of the picture as interleaved RGB. Rows are asked for from top to bottom.
   const uint8_t* row(int y);

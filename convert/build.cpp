@@ -241,8 +241,9 @@ class Builder {
     const int bits = from_.info.bits[channel];
     code.unit = 1 << from_.shift;
     code.mask = from_.type == SampleType::kU16 && !plan_.isBayer ? ((1 << bits) - 1) << from_.shift : 0xFFFF;
-    code.most = from_.info.isFloat ? 1 : plan_.isBayer ? (1 << 8 * bytesOf(from_.type)) - 1
-                                                       : ((1 << bits) - 1) << from_.shift;
+    code.most = from_.info.isFloat ? 1
+                : plan_.isBayer    ? (1 << 8 * bytesOf(from_.type)) - 1
+                                   : ((1 << bits) - 1) << from_.shift;
     return code;
   }
 

@@ -15,8 +15,10 @@ bool isMatrix(KipMatrix m) {
     case 5:
     case kipMatrixBT601:
     case kipMatrixYCgCo:
-    case kipMatrixBT2020: return true;
-    default: return false;
+    case kipMatrixBT2020:
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -43,8 +45,8 @@ KipStatus settleMatrices(Meaning& from, Meaning& to) {
   if (to.family == kipFamilyGray && to.matrix == kipMatrixUnspecified && fromYcc) to.matrix = from.matrix;
   const bool differ = fromYcc && !toRgb && from.matrix != to.matrix;
   const bool needsFrom = differ || (fromYcc && toRgb), needsTo = differ || (fromRgb && !toRgb);
-  const bool missing = (needsFrom && from.matrix == kipMatrixUnspecified) ||
-                       (needsTo && to.matrix == kipMatrixUnspecified);
+  const bool missing =
+      (needsFrom && from.matrix == kipMatrixUnspecified) || (needsTo && to.matrix == kipMatrixUnspecified);
   return missing ? kipStatusNeedsMatrix : kipStatusOk;
 }
 

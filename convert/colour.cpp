@@ -24,9 +24,12 @@ struct LumaWeights {
 };
 LumaWeights lumaWeights(KipMatrix matrix) {
   switch (matrix) {
-    case kipMatrixBT709: return {0.2126, 0.0722};
-    case kipMatrixBT2020: return {0.2627, 0.0593};
-    default: return {0.299, 0.114};
+    case kipMatrixBT709:
+      return {0.2126, 0.0722};
+    case kipMatrixBT2020:
+      return {0.2627, 0.0593};
+    default:
+      return {0.299, 0.114};
   }
 }
 

@@ -5,7 +5,8 @@
 
 namespace kip::convert {
 
-/// A result from the channels of a pixel, all in codes: the sum of factor * (channel - its zero), and the result's zero.
+/// A result from the channels of a pixel, all in codes: the sum of factor * (channel - its zero), and the result's
+/// zero.
 struct AffineRow {
   double factor[3];
   double inputZero[3];

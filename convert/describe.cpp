@@ -43,11 +43,16 @@ std::string stageText(const KipPlan& plan, const Program& program, const Stage& 
     case StageKind::kColumns:
       return result + "columns of " + laneName(plan, stage.in[0]) + ", " + tapsText(plan.taps[stage.data]) + types;
     case StageKind::kMatrix:
-    case StageKind::kFloatMatrix: return result + "matrix of " + lanes(plan, stage.in, 3) + types;
-    case StageKind::kScale: return result + "scale of " + laneName(plan, stage.in[0]) + types;
-    case StageKind::kRound: return result + "rounded " + laneName(plan, stage.in[0]) + types;
-    case StageKind::kCopy: return result + "copy of " + laneName(plan, stage.in[0]);
-    case StageKind::kFill: return result + "constant " + std::to_string(stage.data);
+    case StageKind::kFloatMatrix:
+      return result + "matrix of " + lanes(plan, stage.in, 3) + types;
+    case StageKind::kScale:
+      return result + "scale of " + laneName(plan, stage.in[0]) + types;
+    case StageKind::kRound:
+      return result + "rounded " + laneName(plan, stage.in[0]) + types;
+    case StageKind::kCopy:
+      return result + "copy of " + laneName(plan, stage.in[0]);
+    case StageKind::kFill:
+      return result + "constant " + std::to_string(stage.data);
   }
   return result;
 }

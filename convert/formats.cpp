@@ -111,8 +111,8 @@ constexpr Format bayer(KipFormat format, const char* name, const char* others, c
                        int bits, Group group) {
   const SampleType type = bits > 8 ? kU16 : kU8;
   const Part part = triple(kBayer, kR, kG, kB);
-  Format f = row(format, name, others, order, kBayerRGB, type, bits, bits > 8 ? 16 - bits : 0, 0, 0, 0, group, {},
-                 one(part));
+  Format f =
+      row(format, name, others, order, kBayerRGB, type, bits, bits > 8 ? 16 - bits : 0, 0, 0, 0, group, {}, one(part));
   f.info.sampleBytes = group.pixels == 1 ? bytesOf(type) : 0;
   f.bayerGrid = grid;
   return f;

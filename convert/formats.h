@@ -48,10 +48,10 @@ constexpr int8_t kUnused = -1;
 /// A format: the public description, and what conversions need besides.
 struct Format {
   KipFormatInfo info;
-  SampleType type;   ///< of its lanes
-  int shift;         ///< samples lie so many bits up in their lanes
-  Part part[4];      ///< those with lanes
-  int bayerGrid;     ///< KipiBayerGrid
+  SampleType type;  ///< of its lanes
+  int shift;        ///< samples lie so many bits up in their lanes
+  Part part[4];     ///< those with lanes
+  int bayerGrid;    ///< KipiBayerGrid
 };
 
 /// The row of a format; null if there is none.

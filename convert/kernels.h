@@ -1,5 +1,5 @@
-// The stages' kernels, one set for each SIMD target. Rows are bytes, whatever the samples; every kernel reads and writes
-// exactly the samples that it is asked for.
+// The stages' kernels, one set for each SIMD target. Rows are bytes, whatever the samples; every kernel reads and
+// writes exactly the samples that it is asked for.
 #pragma once
 
 #include "formats.h"
@@ -41,8 +41,8 @@ struct IntegerMatrix {
   int up[3];
 };
 /// `row` of the picture, for the pattern; columns begin at a multiple of 4.
-using MatrixKernel = void (*)(const IntegerMatrix& matrix, const uint8_t* const* in, uint8_t* const* out, size_t samples,
-                              int row);
+using MatrixKernel = void (*)(const IntegerMatrix& matrix, const uint8_t* const* in, uint8_t* const* out,
+                              size_t samples, int row);
 
 /// Sums of floats: ((factor[o][0] * in[0] + factor[o][1] * in[1]) + factor[o][2] * in[2]) + constant[o].
 struct FloatMatrix {

@@ -23,12 +23,12 @@ enum class StageKind : uint8_t { kRows, kColumns, kMatrix, kScale, kFloatMatrix,
 struct Stage {
   StageKind kind;
   SampleType from, to;
-  MatrixTypes types;   ///< of an integer matrix
+  MatrixTypes types;  ///< of an integer matrix
   int inputs = 1, outputs = 1;
-  int in[3], out[3];   ///< lanes
-  int data = 0;        ///< which of the plan's taps, matrices, ...; the value of a fill
+  int in[3], out[3];     ///< lanes
+  int data = 0;          ///< which of the plan's taps, matrices, ...; the value of a fill
   bool margins = false;  ///< rows whose neighbours are wanted
-  int shiftX = 0;      ///< samples of the results lie every 2^shiftX pixels
+  int shiftX = 0;        ///< samples of the results lie every 2^shiftX pixels
 };
 
 /// What makes the samples of one grid of the destination: its pixels, or its chroma.
@@ -43,12 +43,12 @@ struct Program {
 struct SourcePart {
   Part part;
   bool needed;
-  bool cached;      ///< loaded, or copied to have margins; else its rows are the lane
+  bool cached;  ///< loaded, or copied to have margins; else its rows are the lane
   bool margins;
   int shiftX, shiftY;
-  int rowsKept;     ///< a power of two
-  size_t laneBytes; ///< of one lane of a row, with margins
-  size_t offset;    ///< in the scratch memory
+  int rowsKept;      ///< a power of two
+  size_t laneBytes;  ///< of one lane of a row, with margins
+  size_t offset;     ///< in the scratch memory
 };
 
 /// Lanes to a plane of the destination.
@@ -89,9 +89,9 @@ struct KipPlan {
   KipChromaFilter chroma;
   KipDitherType dither;
   int width, height, threads;
-  int unit;         ///< rows that belong together
-  int segment;      ///< pixels of a row that go through all stages at a time
-  bool isCopy;      ///< rows as they are
+  int unit;     ///< rows that belong together
+  int segment;  ///< pixels of a row that go through all stages at a time
+  bool isCopy;  ///< rows as they are
   bool isBayer;
   kip::convert::BayerSource bayer;
   kip::convert::SourcePart sources[4];

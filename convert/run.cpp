@@ -129,18 +129,25 @@ class Run {
     for (int k = 0; k < 3; ++k) in[k] = lane_[stage.in[k]], out[k] = lane_[stage.out[k]];
     const int from = static_cast<int>(stage.from), to = static_cast<int>(stage.to);
     switch (stage.kind) {
-      case StageKind::kRows: return addRows(program, stage, row, x, samples);
-      case StageKind::kColumns: return resampling_.columns[from][to](plan_.taps[stage.data], in[0], out[0], samples);
+      case StageKind::kRows:
+        return addRows(program, stage, row, x, samples);
+      case StageKind::kColumns:
+        return resampling_.columns[from][to](plan_.taps[stage.data], in[0], out[0], samples);
       case StageKind::kMatrix: {
         const MatrixKernel kernel = matrices_.matrix[static_cast<int>(stage.types)][stage.outputs - 1];
         return kernel(plan_.matrices[stage.data], in, out, samples, row);
       }
-      case StageKind::kScale: return matrices_.scale[from][to](plan_.matrices[stage.data], in, out, samples, row);
+      case StageKind::kScale:
+        return matrices_.scale[from][to](plan_.matrices[stage.data], in, out, samples, row);
       case StageKind::kFloatMatrix:
         return floats_.matrix(plan_.floatMatrices[stage.data], stage.inputs, stage.outputs, in, out, samples);
-      case StageKind::kRound: return floats_.round[to](plan_.roundings[stage.data], in[0], out[0], samples, row);
-      case StageKind::kCopy: std::memcpy(out[0], in[0], samples * bytesOf(stage.to)); return;
-      case StageKind::kFill: return fill(out[0], stage.to, stage.data, samples);
+      case StageKind::kRound:
+        return floats_.round[to](plan_.roundings[stage.data], in[0], out[0], samples, row);
+      case StageKind::kCopy:
+        std::memcpy(out[0], in[0], samples * bytesOf(stage.to));
+        return;
+      case StageKind::kFill:
+        return fill(out[0], stage.to, stage.data, samples);
     }
   }
 

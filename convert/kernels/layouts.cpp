@@ -22,8 +22,7 @@ struct TwoInterleaved16 {
   KIP_INLINE static void load(const uint8_t* from, U16& a, U16& b) {
     const U8 first = loadBlocks(from, 32), second = loadBlocks(from + 16, 32);
     const auto even = [](U8 v) KIP_INLINE_LAMBDA { return hn::And(as<int32_t>(v), set<int32_t>(0xFFFF)); };
-    const auto odd = [](U8 v)
-                         KIP_INLINE_LAMBDA { return as<int32_t>(hn::ShiftRight<16>(as<uint32_t>(v))); };
+    const auto odd = [](U8 v) KIP_INLINE_LAMBDA { return as<int32_t>(hn::ShiftRight<16>(as<uint32_t>(v))); };
     a = packUnsignedWords(even(first), even(second));
     b = packUnsignedWords(odd(first), odd(second));
   }
@@ -61,8 +60,7 @@ struct Triple {
   static constexpr int kBatch = kLanes<T>;
 
   static void load(const uint8_t* row, Lanes lanes, size_t width) {
-    walk<kBatch>(width, {In{row, 1, 3 * sizeof(T)}},
-                 {laneOut<T>(lanes[0]), laneOut<T>(lanes[1]), laneOut<T>(lanes[2])},
+    walk<kBatch>(width, {In{row, 1, 3 * sizeof(T)}}, {laneOut<T>(lanes[0]), laneOut<T>(lanes[1]), laneOut<T>(lanes[2])},
                  [](auto& in, auto& out) KIP_INLINE_LAMBDA {
                    Vector<T> v[3];
                    ThreeChannels<T>::load(reinterpret_cast<const T*>(in[0]), v[0], v[1], v[2]);
@@ -70,8 +68,8 @@ struct Triple {
                  });
   }
   static void store(ConstLanes lanes, uint8_t* row, size_t width) {
-    walk<kBatch>(width, {laneIn<T>(lanes[0]), laneIn<T>(lanes[1]), laneIn<T>(lanes[2])},
-                 {Out{row, 1, 3 * sizeof(T)}}, [](auto& in, auto& out) KIP_INLINE_LAMBDA {
+    walk<kBatch>(width, {laneIn<T>(lanes[0]), laneIn<T>(lanes[1]), laneIn<T>(lanes[2])}, {Out{row, 1, 3 * sizeof(T)}},
+                 [](auto& in, auto& out) KIP_INLINE_LAMBDA {
                    ThreeChannels<T>::store(loadLane<T>(in[0]), loadLane<T>(in[1]), loadLane<T>(in[2]),
                                            reinterpret_cast<T*>(out[0]));
                  });
@@ -145,8 +143,7 @@ struct Packed422 {
   using Two = std::conditional_t<sizeof(T) == 1, TwoInterleaved, TwoInterleaved16>;
 
   static void load(const uint8_t* row, Lanes lanes, size_t width) {
-    walk<kBatch>(width, {In{row, 2, 4 * sizeof(T)}},
-                 {laneOut<T>(lanes[0]), chromaOut(lanes[1]), chromaOut(lanes[2])},
+    walk<kBatch>(width, {In{row, 2, 4 * sizeof(T)}}, {laneOut<T>(lanes[0]), chromaOut(lanes[1]), chromaOut(lanes[2])},
                  [](auto& in, auto& out) KIP_INLINE_LAMBDA {
                    Vector<T> luma[2], chroma[2];
                    for (int half = 0; half < 2; ++half) {
@@ -167,8 +164,8 @@ struct Packed422 {
   static void store(ConstLanes lanes, uint8_t* row, size_t width) {
     // The second luma sample of a last, single pixel is that of the first.
     const size_t pairs = width / 2 * 2;
-    walk<kBatch>(pairs, {laneIn<T>(lanes[0]), chromaIn(lanes[1]), chromaIn(lanes[2])},
-                 {Out{row, 2, 4 * sizeof(T)}}, [](auto& in, auto& out) KIP_INLINE_LAMBDA {
+    walk<kBatch>(pairs, {laneIn<T>(lanes[0]), chromaIn(lanes[1]), chromaIn(lanes[2])}, {Out{row, 2, 4 * sizeof(T)}},
+                 [](auto& in, auto& out) KIP_INLINE_LAMBDA {
                    alignas(64) uint8_t chroma[2 * kLanes<uint8_t>];
                    Two::store(loadLane<T>(in[1]), loadLane<T>(in[2]), chroma);
                    for (int half = 0; half < 2; ++half) {

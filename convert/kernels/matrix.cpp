@@ -29,7 +29,8 @@ class Input {
 
   KIP_INLINE Halves load(const uint8_t* from) const {
     if constexpr (sizeof(T) == 2) {
-      return {centred(hn::And(loadLane<uint16_t>(from, 0), mask_)), centred(hn::And(loadLane<uint16_t>(from, 1), mask_))};
+      return {centred(hn::And(loadLane<uint16_t>(from, 0), mask_)),
+              centred(hn::And(loadLane<uint16_t>(from, 1), mask_))};
     } else if constexpr (kBlocks) {
       const U8 v = loadLane<uint8_t>(from);
       return {centred(as<uint16_t>(lowerBytes(v))), centred(as<uint16_t>(upperBytes(v)))};
@@ -124,7 +125,8 @@ struct Matrix {
   }
 
  private:
-  KIP_INLINE static void store(const Output& output, const Pairs (&firstTwo)[2], const Pairs (&thirds)[2], uint8_t* to) {
+  KIP_INLINE static void store(const Output& output, const Pairs (&firstTwo)[2], const Pairs (&thirds)[2],
+                               uint8_t* to) {
     I32 sums[2][2];
     for (int half = 0; half < 2; ++half) {
       sums[half][0] = output.sum(firstTwo[half].lower, thirds[half].lower);

@@ -66,8 +66,8 @@ struct RowSum {
       return hn::ShiftRightSame(masked, work.shift);
     } else if constexpr (std::is_same_v<From, uint16_t>) {
       const hn::Rebind<uint16_t, Tag<int32_t>> narrow;
-      const auto masked = hn::And(hn::LoadU(narrow, reinterpret_cast<const uint16_t*>(from)),
-                                  hn::Set(narrow, work.mask));
+      const auto masked =
+          hn::And(hn::LoadU(narrow, reinterpret_cast<const uint16_t*>(from)), hn::Set(narrow, work.mask));
       const auto wide = hn::PromoteTo(Tag<int32_t>(), masked);
       return hn::ConvertTo(Tag<float>(), hn::ShiftRightSame(wide, work.shift));
     } else {

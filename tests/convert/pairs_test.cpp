@@ -15,8 +15,9 @@ bool isYcc(const KipFormatInfo& info) { return info.family == kipFamilyYCbCr; }
 KipPicture makePicture(const KipFormatInfo& info, int width, int height, KipMatrix matrix, KipRange range,
                        KipChromaSite site) {
   const bool colours = isYcc(info) || info.family == kipFamilyGray;
-  return {info.format, width, height, colours ? matrix : kipMatrixUnspecified, isYcc(info) ? range : kipRangeUnspecified,
-          site};
+  return {
+      info.format, width, height, colours ? matrix : kipMatrixUnspecified, isYcc(info) ? range : kipRangeUnspecified,
+      site};
 }
 
 /// By how many steps a result may miss the formula before saturation.
@@ -70,7 +71,12 @@ TEST_P(Pairs, AreTheFormulaRounded) {
       {1, 1, {kipMatrixBT601, kipMatrixBT709}, {kipRangeFull, kipRangeLimited}, {kLeft, kLeft}, kipChromaLinear},
       {75, 7, {kipMatrixBT709, kipMatrixBT709}, {kipRangeLimited, kipRangeLimited}, {kLeft, kCenter}, kipChromaLinear},
       {6, 9, {kipMatrixBT2020, kipMatrixBT601}, {kipRangeLimited, kipRangeFull}, {kTopLeft, kLeft}, kipChromaLinear},
-      {141, 6, {kipMatrixYCgCo, kipMatrixYCgCo}, {kipRangeFull, kipRangeLimited}, {kCenter, kTopLeft}, kipChromaNearest},
+      {141,
+       6,
+       {kipMatrixYCgCo, kipMatrixYCgCo},
+       {kipRangeFull, kipRangeLimited},
+       {kCenter, kTopLeft},
+       kipChromaNearest},
       {34, 5, {kipMatrixBT601, kipMatrixBT2020}, {kipRangeFull, kipRangeFull}, {kCenter, kCenter}, kipChromaLinear},
   };
   for (int f = 1; const KipFormatInfo* to = kipFormatInfo(static_cast<KipFormat>(f)); ++f) {

@@ -123,7 +123,8 @@ bool keepsChannels(const KipPicture& from, const KipPicture& to) {
 Memory::Memory(const KipPicture& picture, bool bottomUp, uint8_t value) : picture_(picture), value_(value) {
   const KipFormatInfo& info = *kipFormatInfo(picture.format);
   size_t bytes = kGap;
-  for (int p = 0; p < info.planes; ++p) bytes += (rowBytes(info, p, picture.width) + kGap) * rowCount(info, p, picture.height);
+  for (int p = 0; p < info.planes; ++p)
+    bytes += (rowBytes(info, p, picture.width) + kGap) * rowCount(info, p, picture.height);
   bytes_.assign(bytes, value);
   planes = {};
   uint8_t* at = bytes_.data() + kGap;
