@@ -47,13 +47,14 @@ constexpr uint8_t resultAt(int p, int c) { return p / 4 * 16 + 2 * (p % 4) + (c 
 
 /// Shuffles between interleaved pixels, lanes and results.
 struct LaneTables {
-  static constexpr int kBytes = kUnit / 4 * 3;      // of as many pixels of three bytes as a unit has lanes
-  static constexpr int kBack = kUnit - kBytes;      // the last unit is loaded so that it ends where the pixels end
-  uint8_t spread[2][kUnit];                         // three bytes to a lane; from the beginning, or from kBack on
-  uint8_t gathered[4][kUnit];                       // results to the bytes of unit k, where they fall in three units
-  uint8_t last[kUnit], upper[kUnit], first[kUnit];  // 0xFF in the last, the upper two, the first quarter of a unit
-  uint8_t ordered[16];                              // four bytes to a lane
-  uint8_t interleaved[16];                          // results to four bytes
+  static constexpr int kBytes = kUnit / 4 * 3;  // of as many pixels of three bytes as a unit has lanes
+  static constexpr int kBack = kUnit - kBytes;  // the last unit is loaded so that it ends where the pixels end
+  alignas(kUnit) uint8_t spread[2][kUnit];      // three bytes to a lane; from the beginning, or from kBack on
+  alignas(kUnit) uint8_t gathered[4][kUnit];    // results to the bytes of unit k, where they fall in three units
+  alignas(kUnit) uint8_t last[kUnit], upper[kUnit],
+      first[kUnit];                     // 0xFF in the last, the upper two, the first quarter of a unit
+  alignas(16) uint8_t ordered[16];      // four bytes to a lane
+  alignas(16) uint8_t interleaved[16];  // results to four bytes
 
   constexpr LaneTables() : spread(), gathered(), last(), upper(), first(), ordered(), interleaved() {
     for (int i = 0; i < kUnit; ++i) {
@@ -72,7 +73,7 @@ struct LaneTables {
     }
   }
 };
-alignas(64) constexpr LaneTables kLaneTables{};
+constexpr LaneTables kLaneTables{};
 
 template <class Layout>
 struct Whole;

@@ -15,6 +15,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Full resolution
@@ -58,13 +59,14 @@ struct PerLane {
   }
 
  private:
-#if KIP_AVX512
-  KIP_INLINE I32 luma(U8 px) const { return forward.y(PixelQuads{px}, lumaZero256); }
-  I32 lumaZero256 = keepInRegister<int32_t>(lumaOffset(kSet, kHalf) / 256);
-#else
-  KIP_INLINE I32 luma(U8 px) const { return hn::Add(forward.y(PixelPairs{evenBytes(px), oddBytes(px)}), lumaZero); }
-  I32 lumaZero = keepInRegister<int32_t>(lumaOffset(kSet, kHalf));
-#endif
+  KIP_INLINE I32 luma(U8 px) const {
+    if constexpr (kHasDotQuads) {
+      return forward.y(PixelQuads{px}, lumaZero);
+    } else {
+      return hn::Add(forward.y(PixelPairs{evenBytes(px), oddBytes(px)}), lumaZero);
+    }
+  }
+  I32 lumaZero = keepInRegister<int32_t>(lumaOffset(kSet, kHalf) / (kHasDotQuads ? 256 : 1));
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -211,6 +213,7 @@ using Bgr = C3<uint8_t, Order::kReverse>;
 using BgrAlpha = AC4<uint8_t, Order::kReverse>;
 using RgbAlpha = AC4<>;
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();
