@@ -7,7 +7,7 @@
 #define KIP_ENGINE_BLOCKS_INL_H_
 #endif
 
-#include "engine/simd-inl.h"
+#include "engine/unpack-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {

@@ -99,6 +99,7 @@ class ByteTable {
   KIP_INLINE ByteTable() {}
 
   KIP_INLINE U8 operator()(U8 index) const {
+    if constexpr (!kHasByteShuffle) return lookUp(kTable, index);
     const U8 sixteenth = hn::ShiftRight<4>(index), place = hn::And(index, set<uint8_t>(15));
     U8 entry = hn::Add(lookUp(base_, sixteenth), line(lookUp(slope_, sixteenth), place));
     entry = hn::Sub(entry, as<uint8_t>(bit(sixteenth, place)));

@@ -39,6 +39,19 @@ KIP_INLINE void storeThreeUnits(U8 first, U8 second, U8 third, uint8_t* to) {
   }
 }
 
+/// The samples of four vectors side by side: of each block, its first quarter to the first vector.
+template <class T>
+KIP_INLINE void interleaveFour(Vector<T> a, Vector<T> b, Vector<T> c, Vector<T> d, U8 (&v)[4]) {
+  using Two = hwy::MakeUnsigned<hwy::MakeWide<hwy::MakeUnsigned<T>>>;
+  const Tag<T> tag;
+  const Tag<Two> two;
+  const auto ab = as<Two>(hn::InterleaveLower(a, b)), abUpper = as<Two>(hn::InterleaveUpper(tag, a, b));
+  const auto cd = as<Two>(hn::InterleaveLower(c, d)), cdUpper = as<Two>(hn::InterleaveUpper(tag, c, d));
+  v[0] = as<uint8_t>(hn::InterleaveLower(ab, cd)), v[1] = as<uint8_t>(hn::InterleaveUpper(two, ab, cd));
+  v[2] = as<uint8_t>(hn::InterleaveLower(abUpper, cdUpper));
+  v[3] = as<uint8_t>(hn::InterleaveUpper(two, abUpper, cdUpper));
+}
+
 // ---------------------------------------------------------------------------------------------------------------------
 // Three channels
 
@@ -83,6 +96,13 @@ struct ThreeChannels {
 
   KIP_INLINE static void load(const T* samples, V& a, V& b, V& c) {
     const auto* from = reinterpret_cast<const uint8_t*>(samples);
+    if constexpr (!kHasByteShuffle) {
+      V v[3];
+      for (int k = 0; k < 3; ++k) v[k] = as<T>(loadBlocks(from + k * kUnit, kUnit));
+      deinterleave<T>(v);
+      a = v[0], b = v[1], c = v[2];
+      return;
+    }
     U8 units[3];
     for (int u = 0; u < 3; ++u) units[u] = loadUnits(from + u * kUnit, 3 * kUnit);
     const auto channel = [&](int which) KIP_INLINE_LAMBDA {
@@ -93,13 +113,19 @@ struct ThreeChannels {
   }
 
   KIP_INLINE static void store(V a, V b, V c, T* samples) {
+    auto* to = reinterpret_cast<uint8_t*>(samples);
+    if constexpr (!kHasByteShuffle) {
+      U8 v[4];
+      interleaveFour<T>(a, b, c, hn::Zero(Tag<T>()), v);
+      return storeWithoutFourths<T>(v, to);
+    }
     const auto spread = [](V v, int which)
                             KIP_INLINE_LAMBDA { return shuffleUnits(as<uint8_t>(v), kTables.scatter[which]); };
     const U8 channels[3] = {spread(a, 0), spread(b, 1), spread(c, 2)};
     const auto unit = [&](int which) KIP_INLINE_LAMBDA {
       return blend(channels[channelAt(which, 0)], channels[channelAt(which, 1)], channels[channelAt(which, 2)]);
     };
-    storeThreeUnits(unit(0), unit(1), unit(2), reinterpret_cast<uint8_t*>(samples));
+    storeThreeUnits(unit(0), unit(1), unit(2), to);
   }
 };
 
@@ -136,14 +162,29 @@ struct FourInterleaved {
   static constexpr int kBlockBytes = 16 * kVectors;
 
   KIP_INLINE static void load(const T* samples, V& a, V& b, V& c, V& d) {
-    U32 v[kVectors];
-    for (int k = 0; k < kVectors; ++k) v[k] = as<uint32_t>(shuffled(vectorAt(samples, k), kTables.gather));
-    transposeBlocks<uint32_t>(v);
+    // Samples of the size of which there are four in a block need no shuffle.
+    using Part = std::conditional_t<kHasByteShuffle, uint32_t, T>;
+    Vector<Part> v[kVectors];
+    for (int k = 0; k < kVectors; ++k) v[k] = as<Part>(shuffled(vectorAt(samples, k), kTables.gather));
+    if constexpr (kHasByteShuffle) {
+      transposeBlocks<Part>(v);
+    } else {
+      deinterleave<Part>(v);
+    }
     a = as<T>(v[0]), b = as<T>(v[1]), c = as<T>(v[2]), d = as<T>(v[3]);
   }
 
   /// Bytes of three channels as 16-bit lanes, those of one half of each block, in the order that packing wants.
   KIP_INLINE static void loadWords(const uint8_t* bytes, int half, I16& a, I16& b, I16& c) {
+    if constexpr (!kHasByteShuffle) {
+      const U8 first = vectorAt(bytes, 2 * half), second = vectorAt(bytes, 2 * half + 1);
+      const auto lower = [](I16 pair) KIP_INLINE_LAMBDA { return hn::And(as<int32_t>(pair), set<int32_t>(0xFFFF)); };
+      const auto upper = [](I16 pair) KIP_INLINE_LAMBDA { return hn::ShiftRight<16>(as<int32_t>(pair)); };
+      a = packWords(lower(evenBytes(first)), lower(evenBytes(second)));
+      b = packWords(lower(oddBytes(first)), lower(oddBytes(second)));
+      c = packWords(upper(evenBytes(first)), upper(evenBytes(second)));
+      return;
+    }
     const auto words = [&](int k, const auto& places)
                            KIP_INLINE_LAMBDA { return as<uint64_t>(shuffled(vectorAt(bytes, 2 * half + k), places)); };
     const Tag<uint64_t> d64;
@@ -155,14 +196,14 @@ struct FourInterleaved {
 
   KIP_INLINE static void store(V a, V b, V c, V d, T* samples) {
     U8 v[kVectors];
-    interleave(a, b, c, d, v);
+    interleaveFour<T>(a, b, c, d, v);
     for (int k = 0; k < kVectors; ++k) storeAt(v[k], samples, k);
   }
 
   /// Leaves the fourth channel in memory as it is.
   KIP_INLINE static void storeThree(V a, V b, V c, T* samples) {
     U8 v[kVectors];
-    interleave(a, b, c, hn::Zero(Tag<T>()), v);
+    interleaveFour<T>(a, b, c, hn::Zero(Tag<T>()), v);
     const U8 fourth = blockTable(kTables.fourth);
     for (int k = 0; k < kVectors; ++k) v[k] = hn::Or(v[k], hn::And(vectorAt(samples, k), fourth));
     for (int k = 0; k < kVectors; ++k) storeAt(v[k], samples, k);
@@ -190,7 +231,7 @@ struct FourInterleaved {
   static constexpr Tables kTables{};
 
   KIP_INLINE static U8 shuffled(U8 v, const uint8_t (&places)[16]) {
-    return sizeof(T) == 4 ? v : shuffleBlocks(v, places);
+    return sizeof(T) == 4 || !kHasByteShuffle ? v : shuffleBlocks(v, places);
   }
   KIP_INLINE static U8 vectorAt(const T* samples, int k) {
     return loadBlocks(reinterpret_cast<const uint8_t*>(samples) + 16 * k, kBlockBytes);
@@ -198,16 +239,6 @@ struct FourInterleaved {
   KIP_INLINE static void storeAt(U8 v, T* samples, int k) {
     uint8_t* to = reinterpret_cast<uint8_t*>(samples) + 16 * k;
     storeBlocksAt(v, [&](int b) KIP_INLINE_LAMBDA { return to + b * kBlockBytes; });
-  }
-  KIP_INLINE static void interleave(V a, V b, V c, V d, U8 (&v)[kVectors]) {
-    using Two = hwy::MakeUnsigned<hwy::MakeWide<hwy::MakeUnsigned<T>>>;
-    const Tag<T> tag;
-    const Tag<Two> two;
-    const auto ab = as<Two>(hn::InterleaveLower(a, b)), abUpper = as<Two>(hn::InterleaveUpper(tag, a, b));
-    const auto cd = as<Two>(hn::InterleaveLower(c, d)), cdUpper = as<Two>(hn::InterleaveUpper(tag, c, d));
-    v[0] = as<uint8_t>(hn::InterleaveLower(ab, cd)), v[1] = as<uint8_t>(hn::InterleaveUpper(two, ab, cd));
-    v[2] = as<uint8_t>(hn::InterleaveLower(abUpper, cdUpper));
-    v[3] = as<uint8_t>(hn::InterleaveUpper(two, abUpper, cdUpper));
   }
 };
 

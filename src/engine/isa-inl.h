@@ -11,6 +11,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <type_traits>
 
 #include "hwy/highway.h"
 
@@ -444,6 +445,27 @@ class Places {
 KIP_INLINE U8 lookUp(U8 table, U8 index) {
   if constexpr (KIP_ISA < KIP_ISA_SSSE3) index = hn::And(index, set<uint8_t>(0x8F));
   return hn::TableLookupBytesOr0(table, index);
+}
+
+/// The entries of a table of 256 bytes.
+KIP_INLINE U8 lookUp(const uint8_t (&table)[256], U8 index) {
+#if KIP_ISA == KIP_ISA_SSE2
+  __m128i entries = index.raw;
+  const auto two = [&](auto lane) KIP_INLINE_LAMBDA {
+    const int places = _mm_extract_epi16(index.raw, lane);
+    entries = _mm_insert_epi16(entries, table[places & 0xFF] | table[places >> 8] << 8, lane);
+  };
+  two(std::integral_constant<int, 0>()), two(std::integral_constant<int, 1>());
+  two(std::integral_constant<int, 2>()), two(std::integral_constant<int, 3>());
+  two(std::integral_constant<int, 4>()), two(std::integral_constant<int, 5>());
+  two(std::integral_constant<int, 6>()), two(std::integral_constant<int, 7>());
+  return U8{entries};
+#else
+  alignas(64) uint8_t bytes[kLanes<uint8_t>];
+  hn::Store(index, Tag<uint8_t>(), bytes);
+  for (uint8_t& byte : bytes) byte = table[byte];
+  return hn::Load(Tag<uint8_t>(), bytes);
+#endif
 }
 
 /// The entries at the given places of a table.

@@ -91,7 +91,7 @@ KIP_INLINE HalfBlock<PixelQuads> loadPixels(const Rows<const Kip8u, 1>& from, in
 /// Interleaved pixels: each block is loaded where its pixels are and spread by a byte shuffle.
 template <int kSamples, Order kOrder>
 KIP_INLINE HalfBlock<PixelPairs> loadPixels(const Rows<const Kip8u, 1>& from, int half) {
-  constexpr int kRed = kOrder == Order::kForward ? 0 : 2, kBlue = 2 - kRed, kGap = 0x80;
+  constexpr int kRed = kOrder == Order::kForward ? 0 : 2, kBlue = 2 - kRed;
   constexpr int kPixelsBytes = 4 * kSamples;  // of the four pixels of a block
   constexpr int kBack = 16 - kPixelsBytes;    // the last load ends where the pixels end
   static constexpr struct Table {
@@ -102,7 +102,7 @@ KIP_INLINE HalfBlock<PixelPairs> loadPixels(const Rows<const Kip8u, 1>& from, in
           const int at = p * kSamples + last * kBack;
           br[last][4 * p] = at + kBlue, br[last][4 * p + 2] = at + kRed;
           gg[last][4 * p] = gg[last][4 * p + 2] = at + 1;
-          br[last][4 * p + 1] = br[last][4 * p + 3] = gg[last][4 * p + 1] = gg[last][4 * p + 3] = kGap;
+          br[last][4 * p + 1] = br[last][4 * p + 3] = gg[last][4 * p + 1] = gg[last][4 * p + 3] = kNoByte;
         }
       }
     }
@@ -111,6 +111,12 @@ KIP_INLINE HalfBlock<PixelPairs> loadPixels(const Rows<const Kip8u, 1>& from, in
   for (int k = 0; k < 2; ++k) {
     const int place = 2 * half + k, last = place == 3;
     const U8 bytes = loadBlocks(from.at[0] + place * kPixelsBytes - last * kBack, 4 * kPixelsBytes);
+    if constexpr (!kHasByteShuffle) {
+      const U8 lanes = kSamples == 4 ? bytes : last ? threesToLanes<kBack>(bytes) : threesToLanes<0>(bytes);
+      px.of[k].br = as<int16_t>(LaneShuffle<kBlue, kNoByte, kRed, kNoByte>::of(lanes));
+      px.of[k].gg = as<int16_t>(LaneShuffle<1, kNoByte, 1, kNoByte>::of(lanes));
+      continue;
+    }
     if constexpr (kSamples == 4 && kOrder == Order::kReverse) {
       px.of[k].br = evenBytes(bytes);  // they lie like that
     } else {

@@ -87,7 +87,8 @@ KIP_INLINE U8 shuffleBlocks(U8 v, const uint8_t (&places)[16]) {
 /// Even and odd 16-bit lanes saturated to bytes and put side by side: the inverse of evenBytes and oddBytes.
 KIP_INLINE U8 mergeBytes(I16 even, I16 odd) {
   alignas(16) static constexpr uint8_t kAlternate[16] = {0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15};
-  return shuffleBlocks(packBytes(even, odd), kAlternate);
+  if constexpr (kHasByteShuffle) return shuffleBlocks(packBytes(even, odd), kAlternate);
+  return hn::InterleaveLower(packBytes(even, even), packBytes(odd, odd));
 }
 
 /// The even, or the odd, 16-bit lanes of two vectors as pairs (a, b).
