@@ -57,6 +57,7 @@ float curveWithPow(float v, const ValueRange& range) {
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 using F64 = Vector<double>;
 using DoubleTag = Tag<double>;
@@ -67,9 +68,9 @@ using DoubleTag = Tag<double>;
 /// Vectors that go through a curve at once: what one of them waits for, the others need not. With AVX-512, a look-up
 /// among bytes waits for next to nothing.
 template <class T>
-constexpr int kAtOnce = sizeof(T) > 1 ? 4
-                        : KIP_AVX512  ? 1
-                                      : 2;
+constexpr int kAtOnce = sizeof(T) > 1       ? 4
+                        : kHas64EntryTables ? 1
+                                            : 2;
 template <class T>
 struct Several {
   Vector<T> v[kAtOnce<T>];
@@ -323,6 +324,7 @@ void fillTable(Kip16u* table) {
 void fillForwardTable(Kip16u* table) { fillTable<Curve::kForward>(table); }
 void fillInverseTable(Kip16u* table) { fillTable<Curve::kInverse>(table); }
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

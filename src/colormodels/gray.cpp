@@ -12,6 +12,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 /// The weights of a call, those of BT.601 where the caller gives none.
 inline const float* grayWeights(const Job& job) {
@@ -37,16 +38,12 @@ class WeighGray {
   }
 
   KIP_INLINE I32 operator()(const PixelPairs& px) const { return hn::Add(weigh_(px), half_); }
-#if KIP_AVX512
   KIP_INLINE I32 operator()(const PixelQuads& px) const { return weigh_(px, half256_); }
-#endif
 
  private:
   WeighPixels weigh_;
   I32 half_ = keepInRegister<int32_t>(1 << 11);
-#if KIP_AVX512
   I32 half256_ = keepInRegister<int32_t>((1 << 11) / 256);
-#endif
 };
 
 /// Bytes: exact sums, rounded, of which the low byte is kept.
@@ -54,7 +51,7 @@ template <class Src>
 struct GrayBytes {
   static void rows(const Job& job, int first, int last) {
     const WeighGray weigh(job);
-    if (!KIP_AVX512 || WeighGray::fits(job)) return rows(job, first, last, weigh);
+    if (!kHasDotQuads || WeighGray::fits(job)) return rows(job, first, last, weigh);
     rows(job, first, last, [&weigh](const auto& px) KIP_INLINE_LAMBDA {
       return weigh(PixelPairs{brOf(px), ggOf(px)});
     });
@@ -118,6 +115,7 @@ using Gray16s = Convert<GrayWords<true>, Biased<Src>, Biased<C1<uint16_t>>>;
 template <class Src>
 using Gray32f = Convert<GrayFloats, Src, C1<float>>;
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

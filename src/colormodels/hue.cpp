@@ -15,6 +15,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 template <class T>
 constexpr T kFull = static_cast<T>(~T{0});  // the largest sample, for 1
@@ -451,6 +452,7 @@ using BgrCopiedA = CopyingC4<Order::kReverse>;
 using BgrPlanes = Reversed<P3<>>;
 using BgrAPlanes = Reversed<P4<>>;
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

@@ -95,7 +95,7 @@ struct EncodeBytes {
   }
 
  private:
-  static constexpr cie::LabPieces<KIP_AVX512 ? 4 : 1, KIP_AVX512 ? 3 : 9> kPieces{};
+  static constexpr cie::LabPieces<kHasFloatTables ? 4 : 1, kHasFloatTables ? 3 : 9> kPieces{};
 
   static constexpr Weights kWeights[3] = {scaled(kRgbToXyz.rows[0], kOverWhite[0] * kPieces.kScale),
                                           scaled(kRgbToXyz.rows[1], kOverWhite[1] * kPieces.kScale),

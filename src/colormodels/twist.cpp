@@ -12,6 +12,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 /// out_c = t[c][0] in_0 + t[c][1] in_1 + t[c][2] in_2 + t[c][3], summed from left to right.
 class Matrix3x4 {
@@ -166,6 +167,7 @@ struct FourChannels {
   }
 };
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

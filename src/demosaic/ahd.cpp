@@ -107,6 +107,7 @@ struct TileRows {
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 constexpr int kFloats = kLanes<float>;
 
@@ -419,6 +420,7 @@ void demosaic(const BayerJob& job, const ToXyz& toXyz, TileRows& rows) {
 void demosaic8u(const BayerJob& job, TileRows& rows) { demosaic<Kip8u>(job, kToXyz8u, rows); }
 void demosaic16u(const BayerJob& job, TileRows& rows) { demosaic<Kip16u>(job, kToXyz16u, rows); }
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

@@ -32,6 +32,7 @@ struct RowsAround {
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 template <class V>
 KIP_INLINE V difference(V a, V b) {
@@ -158,6 +159,7 @@ void interpolateRegion(const BayerJob& job) {
 void interpolate8u(const BayerJob& job) { interpolateRegion<Kip8u>(job); }
 void interpolate16u(const BayerJob& job) { interpolateRegion<Kip16u>(job); }
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

@@ -64,7 +64,7 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
-#if KIP_AVX512
+#if KIP_HAS_64_ENTRY_TABLES
 /// Turns indices into the entries of any table: there are instructions for 128 entries.
 class AnyByteTable {
  public:
@@ -74,9 +74,9 @@ class AnyByteTable {
 
   KIP_INLINE U8 operator()(U8 index) const {
     const auto inHalf = [&](int half) KIP_INLINE_LAMBDA {
-      return _mm512_permutex2var_epi8(quarters_[2 * half].raw, index.raw, quarters_[2 * half + 1].raw);
+      return as<int8_t>(permute(quarters_[2 * half], quarters_[2 * half + 1], index));
     };
-    return U8{_mm512_mask_blend_epi8(_mm512_movepi8_mask(index.raw), inHalf(0), inHalf(1))};
+    return as<uint8_t>(hn::IfNegativeThenElse(as<int8_t>(index), inHalf(1), inHalf(0)));
   }
 
  protected:
@@ -88,7 +88,7 @@ template <const uint8_t (&kTable)[256]>
 class ByteTable : public AnyByteTable {
  public:
   KIP_INLINE ByteTable() : AnyByteTable(kTable) {
-    for (U8& quarter : quarters_) asm("" : "+v"(quarter.raw));  // stays in a register
+    for (U8& quarter : quarters_) quarter = opaque(quarter);  // stays in a register
   }
 };
 #else
@@ -99,6 +99,7 @@ class ByteTable {
   KIP_INLINE ByteTable() {}
 
   KIP_INLINE U8 operator()(U8 index) const {
+    if constexpr (!kHasByteShuffle) return lookUp(kTable, index);
     const U8 sixteenth = hn::ShiftRight<4>(index), place = hn::And(index, set<uint8_t>(15));
     U8 entry = hn::Add(lookUp(base_, sixteenth), line(lookUp(slope_, sixteenth), place));
     entry = hn::Sub(entry, as<uint8_t>(bit(sixteenth, place)));
@@ -126,13 +127,13 @@ class ByteTable {
   /// -1 where the bit of the entry is set.
   KIP_INLINE I8 bit(U8 sixteenth, U8 place) const {
     alignas(16) static constexpr uint8_t kBits[16] = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
+    // IfNegativeThenElse of some targets takes each bit by itself.
     I8 upper = as<int8_t>(hn::ShiftLeft<4>(as<uint16_t>(place)));
-    // There, IfNegativeThenElse takes each bit by itself.
-    if constexpr (HWY_TARGET == HWY_SSSE3) upper = hn::BroadcastSignBit(upper);
+    if constexpr (!kBlendsBySign) upper = hn::BroadcastSignBit(upper);
     const U8 bits = as<uint8_t>(hn::IfNegativeThenElse(upper, as<int8_t>(lookUp(blockTable(kLines.bits[1]), sixteenth)),
                                                        as<int8_t>(lookUp(blockTable(kLines.bits[0]), sixteenth))));
     const U8 one = lookUp(blockTable(kBits), place);
-    return as<int8_t>(hn::VecFromMask(hn::Eq(hn::And(bits, one), one)));
+    return as<int8_t>(hn::VecFromMask(Tag<uint8_t>(), hn::Eq(hn::And(bits, one), one)));
   }
 
   U8 base_ = blockTable(kLines.base), slope_ = blockTable(kLines.slope);

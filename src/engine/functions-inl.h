@@ -2,17 +2,19 @@
 //
 //   KIP_FUNCTION(name, shape, rules, kernel)
 //
-// with the exported name, its argument shape (frame/shapes.h), its Rules, and the type whose static rows() converts.
+// with the exported name, its argument shape (engine/shapes.h), its Rules, and the type whose static rows() converts.
 // The file is included once per SIMD target and defines the kernels there, under the function's name; the last time,
 // it also defines the exported functions, which pick the kernel of the best target.
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 #define KIP_FUNCTION(name, shape, rules, ...) \
   void name(const Job& job, int first, int last) { __VA_ARGS__::rows(job, first, last); }
 #include KIP_FUNCTIONS
 #undef KIP_FUNCTION
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();
@@ -28,7 +30,7 @@ namespace kip {
 
 }  // namespace kip
 
-#define KIP_KERNEL(name) (HWY_DISPATCH_TABLE(name)[hwy::GetChosenTarget().GetIndex()])
+#define KIP_KERNEL(name) (&HWY_DYNAMIC_DISPATCH(name))
 #define KIP_DEFINE(name, rules, parameters, source, target, ...) \
   KipStatus name parameters { return convert(KIP_KERNEL(name), rules, source, target, roiSize, __VA_ARGS__); }
 #define KIP_EXPAND(macro, ...) macro(__VA_ARGS__)

@@ -22,7 +22,7 @@ struct PixelLanes {
 };
 
 /// A block of results: in each 128 bits the first and the third channels of four pixels alternately, and then the
-/// second channels, which zeros follow.
+/// second channels, each of which a zero follows.
 struct ResultLanes {
   U8 of[PixelLanes::kVectors];
 };
@@ -47,13 +47,14 @@ constexpr uint8_t resultAt(int p, int c) { return p / 4 * 16 + 2 * (p % 4) + (c 
 
 /// Shuffles between interleaved pixels, lanes and results.
 struct LaneTables {
-  static constexpr int kBytes = kUnit / 4 * 3;      // of as many pixels of three bytes as a unit has lanes
-  static constexpr int kBack = kUnit - kBytes;      // the last unit is loaded so that it ends where the pixels end
-  uint8_t spread[2][kUnit];                         // three bytes to a lane; from the beginning, or from kBack on
-  uint8_t gathered[4][kUnit];                       // results to the bytes of unit k, where they fall in three units
-  uint8_t last[kUnit], upper[kUnit], first[kUnit];  // 0xFF in the last, the upper two, the first quarter of a unit
-  uint8_t ordered[16];                              // four bytes to a lane
-  uint8_t interleaved[16];                          // results to four bytes
+  static constexpr int kBytes = kUnit / 4 * 3;  // of as many pixels of three bytes as a unit has lanes
+  static constexpr int kBack = kUnit - kBytes;  // the last unit is loaded so that it ends where the pixels end
+  alignas(kUnit) uint8_t spread[2][kUnit];      // three bytes to a lane; from the beginning, or from kBack on
+  alignas(kUnit) uint8_t gathered[4][kUnit];    // results to the bytes of unit k, where they fall in three units
+  alignas(kUnit) uint8_t last[kUnit], upper[kUnit],
+      first[kUnit];                     // 0xFF in the last, the upper two, the first quarter of a unit
+  alignas(16) uint8_t ordered[16];      // four bytes to a lane
+  alignas(16) uint8_t interleaved[16];  // results to four bytes
 
   constexpr LaneTables() : spread(), gathered(), last(), upper(), first(), ordered(), interleaved() {
     for (int i = 0; i < kUnit; ++i) {
@@ -65,14 +66,24 @@ struct LaneTables {
       for (int i = 0; i < kBytes; ++i) gathered[k][(kBytes * k + i) % kUnit] = resultAt(i / 3, i % 3);
     }
     for (int i = 0; i < 16; ++i) {
-      constexpr uint8_t kNoByte = 0x80;
       const int pixel = i / 4, channel = i % 4;
       ordered[i] = pixel * 4 + channelAt(channel);
       interleaved[i] = channel == 3 ? kNoByte : resultAt(pixel, channel);
     }
   }
 };
-alignas(64) constexpr LaneTables kLaneTables{};
+constexpr LaneTables kLaneTables{};
+
+/// Four bytes to a lane as PixelLanes have them.
+KIP_INLINE U8 orderedLanes(U8 v) {
+  if constexpr (kHasByteShuffle) return shuffleBlocks(v, kLaneTables.ordered);
+  return LaneShuffle<channelAt(0), channelAt(1), channelAt(2), channelAt(3)>::of(v);
+}
+/// Results as four bytes to a lane, the fourth of them zero.
+KIP_INLINE U8 interleavedLanes(U8 v) {
+  if constexpr (kHasByteShuffle) return shuffleBlocks(v, kLaneTables.interleaved);
+  return as<uint8_t>(hn::Or(lowerBytes(v), hn::ShiftLeft<8>(upperBytes(v))));
+}
 
 template <class Layout>
 struct Whole;
@@ -83,7 +94,7 @@ struct Whole<AC4<>> : AC4<> {
   KIP_INLINE PixelLanes load(const Rows<const Kip8u, 1>& from) const {
     PixelLanes px;
     for (int k = 0; k < PixelLanes::kVectors; ++k) {
-      px.of[k] = shuffleBlocks(hn::LoadU(Tag<uint8_t>(), from.at[0] + k * kBytes), kLaneTables.ordered);
+      px.of[k] = orderedLanes(hn::LoadU(Tag<uint8_t>(), from.at[0] + k * kBytes));
     }
     return px;
   }
@@ -92,7 +103,7 @@ struct Whole<AC4<>> : AC4<> {
     const U8 fourth = as<uint8_t>(set<uint32_t>(0xFF000000u));
     for (int k = 0; k < PixelLanes::kVectors; ++k) {
       Kip8u* at = to.at[0] + k * kBytes;
-      hn::StoreU(hn::Or(shuffleBlocks(px.of[k], kLaneTables.interleaved), hn::And(hn::LoadU(d, at), fourth)), d, at);
+      hn::StoreU(hn::Or(interleavedLanes(px.of[k]), hn::And(hn::LoadU(d, at), fourth)), d, at);
     }
   }
 
@@ -109,12 +120,20 @@ struct Whole<C3<>> : C3<> {
     for (int k = 0; k < PixelLanes::kVectors; ++k) {
       const int end = k == 3;
       const U8 v = loadUnits(from.at[0] + T::kBytes * k - end * T::kBack, 3 * kUnit);
-      px.of[k] = shuffleUnits(v, kLaneTables.spread[end]);
+      if constexpr (kHasByteShuffle) {
+        px.of[k] = shuffleUnits(v, kLaneTables.spread[end]);
+      } else {
+        px.of[k] = orderedLanes(end ? threesToLanes<T::kBack>(v) : threesToLanes<0>(v));
+      }
     }
     return px;
   }
   KIP_INLINE void store(const ResultLanes& px, const Rows<Kip8u, 1>& to) const {
     U8 v[PixelLanes::kVectors];
+    if constexpr (!kHasByteShuffle) {
+      for (int k = 0; k < PixelLanes::kVectors; ++k) v[k] = interleavedLanes(px.of[k]);
+      return storeWithoutFourths<uint8_t>(v, to.at[0]);
+    }
     for (int k = 0; k < PixelLanes::kVectors; ++k) v[k] = shuffleUnits(px.of[k], kLaneTables.gathered[k]);
     const auto join = [&](U8 a, U8 b, const uint8_t(&ofB)[kUnit]) KIP_INLINE_LAMBDA {
       const auto lanes = hn::MaskFromVec(as<uint32_t>(unitTable(ofB)));

@@ -1,6 +1,6 @@
 // Byte pixels in 32-bit lanes, so that dot products weigh their channels exactly: as pairs of 16-bit channels, (B, R)
-// and (G, G), or with AVX-512 as four bytes, B, G, R, G. G is there twice for coefficients above 32767, which are split
-// over both.
+// and (G, G), or, where four products are summed in one step, as four bytes, B, G, R, G. G is there twice for
+// coefficients above 32767, which are split over both.
 
 #if defined(KIP_ENGINE_PAIRS_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KIP_ENGINE_PAIRS_INL_H_
@@ -31,14 +31,7 @@ struct HalfBlock {
   Px of[2];
 };
 
-/// Lanes of packed results, 32 bits for each four pixels or two pixel pairs, in the order of the pixels.
-template <class Half, class V>
-KIP_INLINE V inPixelOrder(V v) {
-  return v;
-}
-
-#if KIP_AVX512
-/// A vector of pixels as four bytes each. In a block, each vector has the pixels that follow those of the one before.
+/// A vector of pixels as four bytes each. In a batch, each vector has the pixels that follow those of the one before.
 struct PixelQuads {
   U8 bytes;
 };
@@ -48,13 +41,19 @@ KIP_INLINE I16 differencesOf(const PixelQuads& px) {
   return dotBytes(px.bytes, as<int8_t>(set<int16_t>(bytePair(1, -1))));
 }
 
+/// Lanes of packed results, 32 bits for each four pixels or two pixel pairs, in the order of the pixels.
 template <class Half, class V>
-requires std::is_same_v<Half, HalfBlock<PixelQuads>> KIP_INLINE V inPixelOrder(V v) {
-  // Lane 4 b + 2 h + k is of vector k of half h.
-  const __m512i from = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
-  return V{_mm512_permutexvar_epi32(from, v.raw)};
+KIP_INLINE V inPixelOrder(V v) {
+  if constexpr (std::is_same_v<Half, HalfBlock<PixelQuads>>) {
+    // Lane 4 b + 2 h + k is of vector k of half h.
+    const Tag<int32_t> d;
+    int32_t from[kLanes<int32_t>];
+    for (int i = 0; i < kLanes<int32_t>; ++i) from[i] = i % kBlocksPerVector * 4 + i / kBlocksPerVector;
+    return as<hn::TFromV<V>>(hn::TableLookupLanes(as<int32_t>(v), hn::SetTableIndices(d, from)));
+  } else {
+    return v;
+  }
 }
-#endif
 
 /// Channels in 16-bit lanes, in order.
 KIP_INLINE HalfBlock<PixelPairs> pairsOf(const Pixels<I16>& px) {
@@ -63,14 +62,14 @@ KIP_INLINE HalfBlock<PixelPairs> pairsOf(const Pixels<I16>& px) {
            {hn::InterleaveUpper(d, px.c, px.a), hn::InterleaveUpper(d, px.b, px.b)}}};
 }
 
-#if KIP_AVX512
+#if KIP_HAS_64_ENTRY_TABLES
 /// Interleaved pixels: 16 of them are loaded where they are and spread by a byte permute.
 template <int kSamples, Order kOrder>
 KIP_INLINE HalfBlock<PixelQuads> loadPixels(const Rows<const Kip8u, 1>& from, int half) {
   constexpr int kRed = kOrder == Order::kForward ? 0 : 2;
   constexpr int kBytes = 16 * kSamples, kBack = 64 - kBytes;  // the last load ends where the pixels end
-  alignas(64) static constexpr struct Table {
-    uint8_t spread[2][64];
+  static constexpr struct Table {
+    alignas(64) uint8_t spread[2][64];
     constexpr Table() : spread() {
       for (int last = 0; last < 2; ++last) {
         for (int i = 0; i < 64; ++i) {
@@ -92,18 +91,18 @@ KIP_INLINE HalfBlock<PixelQuads> loadPixels(const Rows<const Kip8u, 1>& from, in
 /// Interleaved pixels: each block is loaded where its pixels are and spread by a byte shuffle.
 template <int kSamples, Order kOrder>
 KIP_INLINE HalfBlock<PixelPairs> loadPixels(const Rows<const Kip8u, 1>& from, int half) {
-  constexpr int kRed = kOrder == Order::kForward ? 0 : 2, kBlue = 2 - kRed, kGap = 0x80;
+  constexpr int kRed = kOrder == Order::kForward ? 0 : 2, kBlue = 2 - kRed;
   constexpr int kPixelsBytes = 4 * kSamples;  // of the four pixels of a block
   constexpr int kBack = 16 - kPixelsBytes;    // the last load ends where the pixels end
-  alignas(16) static constexpr struct Table {
-    uint8_t br[2][16], gg[2][16];
+  static constexpr struct Table {
+    alignas(16) uint8_t br[2][16], gg[2][16];
     constexpr Table() : br(), gg() {
       for (int last = 0; last < 2; ++last) {
         for (int p = 0; p < 4; ++p) {
           const int at = p * kSamples + last * kBack;
           br[last][4 * p] = at + kBlue, br[last][4 * p + 2] = at + kRed;
           gg[last][4 * p] = gg[last][4 * p + 2] = at + 1;
-          br[last][4 * p + 1] = br[last][4 * p + 3] = gg[last][4 * p + 1] = gg[last][4 * p + 3] = kGap;
+          br[last][4 * p + 1] = br[last][4 * p + 3] = gg[last][4 * p + 1] = gg[last][4 * p + 3] = kNoByte;
         }
       }
     }
@@ -112,6 +111,12 @@ KIP_INLINE HalfBlock<PixelPairs> loadPixels(const Rows<const Kip8u, 1>& from, in
   for (int k = 0; k < 2; ++k) {
     const int place = 2 * half + k, last = place == 3;
     const U8 bytes = loadBlocks(from.at[0] + place * kPixelsBytes - last * kBack, 4 * kPixelsBytes);
+    if constexpr (!kHasByteShuffle) {
+      const U8 lanes = kSamples == 4 ? bytes : last ? threesToLanes<kBack>(bytes) : threesToLanes<0>(bytes);
+      px.of[k].br = as<int16_t>(LaneShuffle<kBlue, kNoByte, kRed, kNoByte>::of(lanes));
+      px.of[k].gg = as<int16_t>(LaneShuffle<1, kNoByte, 1, kNoByte>::of(lanes));
+      continue;
+    }
     if constexpr (kSamples == 4 && kOrder == Order::kReverse) {
       px.of[k].br = evenBytes(bytes);  // they lie like that
     } else {
@@ -147,31 +152,25 @@ KIP_INLINE I16 packPixels(const HalfBlock<Px>& px, const Function& function) {
 class WeighPixels {
  public:
   KIP_INLINE WeighPixels(int b, int g, int r) : br_(keepPairs(b, r)), gg_(keepPairs(g / 2, g - g / 2)) {
-#if KIP_AVX512
     const auto quads = [&](auto part) KIP_INLINE_LAMBDA {
       return as<int8_t>(keepPairs(bytePair(part(b), part(g / 2)), bytePair(part(r), part(g - g / 2))));
     };
     high_ = quads([](int factor) { return highByte(factor); });
     low_ = quads([](int factor) { return lowByte(factor); });
-#endif
   }
 
   KIP_INLINE I32 operator()(const PixelPairs& px) const { return hn::Add(dotPairs(px.br, br_), dotPairs(px.gg, gg_)); }
-#if KIP_AVX512
   /// More by 256 times an addend.
   KIP_INLINE I32 operator()(const PixelQuads& px, I32 addend256 = hn::Zero(Tag<int32_t>())) const {
     return dotQuads(hn::ShiftLeft<8>(dotQuads(addend256, px.bytes, high_)), px.bytes, low_);
   }
-#endif
 
  private:
   I16 br_, gg_;
-#if KIP_AVX512
   // Factors as 256 high + low, both of them signed bytes.
   static constexpr int lowByte(int factor) { return static_cast<int8_t>(factor & 0xFF); }
   static constexpr int highByte(int factor) { return (factor - lowByte(factor)) / 256; }
   I8 high_, low_;
-#endif
 };
 
 }  // namespace HWY_NAMESPACE

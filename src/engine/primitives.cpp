@@ -25,6 +25,7 @@ inline const float* rowOf(const float* plane, int step, int y) {
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 /// Some samples of each of kRows rows, as vectors that are worked on side by side.
 template <int kRows, int kVectors>
@@ -67,9 +68,8 @@ float largest(const float* plane, int step, KipiSize size) {
   constexpr float kNone = -std::numeric_limits<float>::infinity();
   Best best(kNone);
   for (int y = 0; y < size.height; ++y) {
-    // The second argument is the result when the first one is not a number.
     best.take({rowOf(plane, step, y)}, size.width, kNone,
-              [](F32 v, F32 sofar) KIP_INLINE_LAMBDA { return hn::Max(v, sofar); });
+              [](F32 v, F32 sofar) KIP_INLINE_LAMBDA { return numberAtLeast(v, sofar); });
   }
   float all[Best::kCount];
   best.store(0, all);
@@ -97,6 +97,7 @@ long double sum(const float* plane, int step, KipiSize size) {
   return total;
 }
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

@@ -529,11 +529,16 @@ struct Reorder {
     const size_t bytes = 4 * static_cast<size_t>(job.width / 2);
     forRows<Luma, Luma>(first, last, bytes, rowsAt, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
       const auto [left, right] = Luma::load(in.at[0]).part;
-      Luma{{shuffleBlocks(left, kOrder), shuffleBlocks(right, kOrder)}}.store(out.at[0]);
+      Luma{{reordered(left), reordered(right)}}.store(out.at[0]);
     });
   }
 
  private:
+  KIP_INLINE static U8 reordered(U8 v) {
+    if constexpr (kHasByteShuffle) return shuffleBlocks(v, kOrder);
+    return LaneShuffle<k0, k1, k2, k3>::of(v);
+  }
+
   alignas(16) static constexpr uint8_t kOrder[16] = {k0,      k1,      k2,      k3,     4 + k0, 4 + k1,
                                                      4 + k2,  4 + k3,  8 + k0,  8 + k1, 8 + k2, 8 + k3,
                                                      12 + k0, 12 + k1, 12 + k2, 12 + k3};

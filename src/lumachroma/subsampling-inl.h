@@ -182,12 +182,10 @@ KIP_INLINE ChannelPairs operator+(const ChannelPairs& a, const ChannelPairs& b) 
   return {{hn::Add(a.of[0], b.of[0]), hn::Add(a.of[1], b.of[1])}};
 }
 
-#if KIP_AVX512
 /// The luma of PixelQuads x 2^16, no sample of which needs to be limited.
 struct LumaSums {
   I32 of[2];
 };
-#endif
 
 /// Sums over neighbouring pixels: one pair of 16-bit sums for each two lanes of `lower`, then of `upper`.
 KIP_INLINE I16 addNeighbours(I16 lower, I16 upper) {
@@ -257,12 +255,10 @@ class Encode {
   KIP_INLINE U8 lumaSamples(const I16 (&half)[2]) const {
     return inPixelOrder<Half>(packBytes(op_.toByte(half[0]), op_.toByte(half[1])));
   }
-#if KIP_AVX512
   template <class Half>
   KIP_INLINE static U8 lumaSamples(const LumaSums (&half)[2]) {
     return bytesFrom<16>({half[0].of[0], half[0].of[1], half[1].of[0], half[1].of[1]});
   }
-#endif
 
   KIP_INLINE static auto rowOf(const Rows<const Kip8u, GroupOf::kPointers>& from, int which) {
     if constexpr (kRows == 2) {

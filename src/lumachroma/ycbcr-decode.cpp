@@ -10,6 +10,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Chroma interpolated between its samples
@@ -95,6 +96,7 @@ using Bgr = C3<uint8_t, Order::kReverse>;
 using RgbAval = C4<>;
 using BgrAval = C4<uint8_t, Order::kReverse>;
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

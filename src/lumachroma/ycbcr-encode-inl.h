@@ -48,11 +48,9 @@ struct GroupSums {
   I32 cbZero = keepInRegister<int32_t>(chromaOffset(kRounding.chroma, kPixels));
   I32 crZero = keepInRegister<int32_t>(chromaOffset(kRounding.chroma, kPixels) - kRounding.crLess);
 
-#if KIP_AVX512
   static_assert(lumaOffset(kSet, kRounding.evenLuma) % 256 == 0 && lumaOffset(kSet, kRounding.oddLuma) % 256 == 0);
   I32 lumaOffset256 =
       keepPerPixel(lumaOffset(kSet, kRounding.evenLuma) / 256, lumaOffset(kSet, kRounding.oddLuma) / 256);
-#endif
 
   KIP_INLINE GroupSums() {}
 
@@ -61,11 +59,9 @@ struct GroupSums {
         packPixels(px, [this](const PixelPairs& p) KIP_INLINE_LAMBDA { return hn::ShiftRight<15>(forward.y(p)); });
     return as<int16_t>(hn::AverageRound(as<uint16_t>(twice), lumaZero));
   }
-#if KIP_AVX512
   KIP_INLINE LumaSums luma(const HalfBlock<PixelQuads>& px) const {
     return {{forward.y(px.of[0], lumaOffset256), forward.y(px.of[1], lumaOffset256)}};
   }
-#endif
   KIP_INLINE static I16 toByte(I16 luma) { return luma; }
   template <class Px, class Luma>
   KIP_INLINE static ChannelPairs part(const HalfBlock<Px>& px, const Luma&) {

@@ -15,6 +15,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Full resolution
@@ -58,13 +59,14 @@ struct PerLane {
   }
 
  private:
-#if KIP_AVX512
-  KIP_INLINE I32 luma(U8 px) const { return forward.y(PixelQuads{px}, lumaZero256); }
-  I32 lumaZero256 = keepInRegister<int32_t>(lumaOffset(kSet, kHalf) / 256);
-#else
-  KIP_INLINE I32 luma(U8 px) const { return hn::Add(forward.y(PixelPairs{evenBytes(px), oddBytes(px)}), lumaZero); }
-  I32 lumaZero = keepInRegister<int32_t>(lumaOffset(kSet, kHalf));
-#endif
+  KIP_INLINE I32 luma(U8 px) const {
+    if constexpr (kHasDotQuads) {
+      return forward.y(PixelQuads{px}, lumaZero);
+    } else {
+      return hn::Add(forward.y(PixelPairs{evenBytes(px), oddBytes(px)}), lumaZero);
+    }
+  }
+  I32 lumaZero = keepInRegister<int32_t>(lumaOffset(kSet, kHalf) / (kHasDotQuads ? 256 : 1));
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -84,23 +86,32 @@ struct Taps : PixelPairs {  // in gg, the second pixel of a pair has the left on
   I16 leftBr;               // to the second pixel of each pair; the first one has zeros
 };
 KIP_INLINE HalfBlock<Taps> pixelsOf(const WithLeft&, const Rows<const Kip8u, 1>& from, int half) {
-  alignas(16) static constexpr struct Table {
-    uint8_t br[16], gg[16], leftBr[16];
+  static constexpr struct Table {
+    alignas(16) uint8_t br[16], gg[16], leftBr[16];
     constexpr Table() : br(), gg(), leftBr() {
-      constexpr int kGap = 0x80;
       for (int p = 0; p < 4; ++p) {
         const int at = WithLeft::kBefore + 3 * p, left = at - 2 * 3;
         const bool second = p % 2 == 1;
         br[4 * p] = at + 2, br[4 * p + 2] = at;
-        gg[4 * p] = at + 1, gg[4 * p + 2] = second ? left + 1 : kGap;
-        leftBr[4 * p] = second ? left + 2 : kGap, leftBr[4 * p + 2] = second ? left : kGap;
-        for (uint8_t* table : {br, gg, leftBr}) table[4 * p + 1] = table[4 * p + 3] = kGap;
+        gg[4 * p] = at + 1, gg[4 * p + 2] = second ? left + 1 : kNoByte;
+        leftBr[4 * p] = second ? left + 2 : kNoByte, leftBr[4 * p + 2] = second ? left : kNoByte;
+        for (uint8_t* table : {br, gg, leftBr}) table[4 * p + 1] = table[4 * p + 3] = kNoByte;
       }
     }
   } kTable;
   HalfBlock<Taps> taps;
   for (int k = 0; k < 2; ++k) {
     const U8 bytes = loadBlocks(from.at[0] + (2 * half + k) * 12, 48);
+    if constexpr (!kHasByteShuffle) {
+      constexpr int kHere = WithLeft::kBefore;
+      const U8 px = threesToLanes<kHere>(bytes);
+      const U8 left = as<uint8_t>(hn::ShiftLeft<32>(as<uint64_t>(threesToLanes<kHere - 3>(bytes))));
+      const auto br = [](U8 v) KIP_INLINE_LAMBDA { return as<int16_t>(LaneShuffle<2, kNoByte, 0, kNoByte>::of(v)); };
+      const U8 leftG = LaneShuffle<kNoByte, kNoByte, 1, kNoByte>::of(left);
+      const U8 gg = hn::Or(LaneShuffle<1, kNoByte, kNoByte, kNoByte>::of(px), leftG);
+      taps.of[k] = {{br(px), as<int16_t>(gg)}, br(left)};
+      continue;
+    }
     const auto spread = [&](const uint8_t(&table)[16])
                             KIP_INLINE_LAMBDA { return as<int16_t>(shuffleBlocks(bytes, table)); };
     taps.of[k] = {{spread(kTable.br), spread(kTable.gg)}, spread(kTable.leftBr)};
@@ -211,6 +222,7 @@ using Bgr = C3<uint8_t, Order::kReverse>;
 using BgrAlpha = AC4<uint8_t, Order::kReverse>;
 using RgbAlpha = AC4<>;
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

@@ -12,6 +12,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 using namespace yuv;
 
 class UnsignedFactor {
@@ -290,6 +291,7 @@ using Encode420 = Encode<EncodeSums<Mean420>, Src, Planar420>;
 template <class Src>
 using Decode4 = DecodeRuns<8, Inverse4, Inverse4Rest, Src, C4<>>;
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

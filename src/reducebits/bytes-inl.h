@@ -19,7 +19,7 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
-#if KIP_AVX512
+#if KIP_HAS_64_ENTRY_TABLES
 
 /// A table of the results of an arithmetic on floats.
 template <class Entry>

@@ -20,6 +20,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 /// How errors are handed on, seen from the sample that receives them.
 struct Diffusion {
@@ -107,9 +108,7 @@ void diffuseSteps(BandState<Sample>& band, const Scale& scale, const float* cons
     before[v] = hn::Load(d, &band.errors[kHistory - 1][(kAbove + v) * kLanes<float>]);
   });
   for (int s = 0; s < kSteps; ++s, threshold += thresholdStep, limit += limitStep) {
-#if !KIP_EMULATED
-    asm("" ::: "memory");  // errors are loaded when they are needed: kept from step to step they would be spilled
-#endif
+    reloadBarrier();  // of errors, which kept from step to step would be spilled
     float* now = &band.errors[kHistory + s][kAbove * kLanes<float>];
     unrolled<kVectors>([&](auto v)
                            KIP_INLINE_LAMBDA { wanted[v] = earlierErrors<kDiffusion>(now + v * kLanes<float>); });
@@ -370,6 +369,8 @@ BandAccess<Sample> accessFor(int perPixel) {
       return {readSamples<S, 4, Sample>, writeLevels<D, 4>};
   }
 }
+
+}  // namespace
 
 template <class S, class D>
 void Diffuse<S, D>::channels(const Job& job, int first, int last) {

@@ -43,7 +43,7 @@ KIP_INLINE F32 loadFloats(const int16_t* from) {
   return hn::ConvertTo(Tag<float>(), hn::Add(v, set<int32_t>(32768)));
 }
 KIP_INLINE F32 loadFloats(const float* from) {
-  return hn::Min(hn::Max(hn::LoadU(Tag<float>(), from), set(-4.f)), set(4.f));
+  return atMost(numberAtLeast(hn::LoadU(Tag<float>(), from), set(-4.f)), set(4.f));
 }
 
 /// Levels, saturated to full vectors of samples, in order.
@@ -56,25 +56,25 @@ KIP_INLINE I16 samplesFrom(const I32 (&v)[2], int16_t) {
 /// v x factor + 0.000009 in double precision, rounded down; 0 where it is negative. Whole factors below 2^16 only.
 KIP_INLINE F32 preciseProduct(F32 v, float factor) {
   constexpr double kTolerance = 9e-6;
-#if HWY_TARGET == HWY_AVX2 || KIP_AVX512
-  // One whole number is within half of the product, or a little more. How far the product is beyond it, rounded once,
-  // is exact where that is near the tolerance: v is at least 2^-16 there, the distance a multiple of 2^-40 and below
-  // 2^-16.
-  const F32 whole = hn::Round(hn::Mul(v, set(factor)));
-  const F32 beyond = hn::MulSub(v, set(factor), whole);
-  const auto above = hn::Lt(beyond, set(static_cast<float>(-kTolerance)));
-  return hn::Max(addWhere(above, whole, set(-1.f)), set(0.f));
-#else
-  const Tag<double> d;
-  const hn::Half<Tag<float>> halfFloats;
-  const auto product = [&](hn::Vec<decltype(halfFloats)> half) KIP_INLINE_LAMBDA {
-    const auto sum = hn::Add(hn::Mul(hn::PromoteTo(d, half), hn::Set(d, factor)), hn::Set(d, kTolerance));
-    return hn::DemoteTo(hn::Half<Tag<int32_t>>(), sum);
-  };
-  const I32 whole =
-      hn::Combine(Tag<int32_t>(), product(hn::UpperHalf(halfFloats, v)), product(hn::LowerHalf(halfFloats, v)));
-  return hn::ConvertTo(Tag<float>(), hn::Max(whole, set(0)));
-#endif
+  if constexpr (kHasFusedMultiplyAdd) {
+    // One whole number is within half of the product, or a little more. How far the product is beyond it, rounded once,
+    // is exact where that is near the tolerance: v is at least 2^-16 there, the distance a multiple of 2^-40 and below
+    // 2^-16.
+    const F32 whole = hn::Round(hn::Mul(v, set(factor)));
+    const F32 beyond = hn::MulSub(v, set(factor), whole);
+    const auto above = hn::Lt(beyond, set(static_cast<float>(-kTolerance)));
+    return hn::Max(addWhere(above, whole, set(-1.f)), set(0.f));
+  } else {
+    const Tag<double> d;
+    const hn::Half<Tag<float>> halfFloats;
+    const auto product = [&](hn::Vec<decltype(halfFloats)> half) KIP_INLINE_LAMBDA {
+      const auto sum = hn::Add(hn::Mul(hn::PromoteTo(d, half), hn::Set(d, factor)), hn::Set(d, kTolerance));
+      return hn::DemoteTo(hn::Half<Tag<int32_t>>(), sum);
+    };
+    const I32 whole =
+        hn::Combine(Tag<int32_t>(), product(hn::UpperHalf(halfFloats, v)), product(hn::LowerHalf(halfFloats, v)));
+    return hn::ConvertTo(Tag<float>(), hn::Max(whole, set(0)));
+  }
 }
 
 /// Samples on the scale 0 .. 1, single precision: no dither.

@@ -14,6 +14,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 /// The methods that reduce each sample by itself: rows first .. last - 1.
 template <class S, class D>
@@ -32,7 +33,7 @@ struct ReduceEach {
     return Levels<S, D, Precise<S, D>>::rows(job, first, last);
   }
 };
-#if KIP_AVX512
+#if KIP_HAS_64_ENTRY_TABLES
 template <>
 struct ReduceEach<Kip8u, Kip8u> : ReduceBytes {};
 #endif
@@ -47,6 +48,7 @@ struct Reduce {
   }
 };
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

@@ -10,6 +10,7 @@
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
+namespace {
 
 /// As many floats as there are bytes in a vector.
 struct Floats : C1<float> {
@@ -46,6 +47,7 @@ void scale(const Job& job, int first, int last) {
 void scaleToLowByte(const Job& job, int first, int last) { scale<LowByte>(job, first, last); }
 void scaleClamped(const Job& job, int first, int last) { scale<Clamped>(job, first, last); }
 
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();
