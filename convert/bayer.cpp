@@ -64,7 +64,9 @@ void BayerRows::demosaic(int first, int rows) {
                    {plan_.width, plan_.height},
                    {0, first, plan_.width, rows}};
   if (bayer.packedBits != 0) {
-    const int from = std::max(0, first - kBayerMargin), to = std::min(plan_.height, first + rows + kBayerMargin);
+    // An even number of rows further up, so that the pattern stays.
+    const int from = std::max(0, first / 2 * 2 - kBayerMargin),
+              to = std::min(plan_.height, first + rows + kBayerMargin);
     unpack(from, to);
     sensor = {scratch_ + bayer.rawOffset,
               static_cast<ptrdiff_t>(bayer.rawStep),

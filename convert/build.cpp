@@ -403,7 +403,7 @@ class Builder {
     bayer.rgbOffset = take(bayer.rgbStep * kBayerBlockRows);
     if (bayer.packedBits == 0) return;
     bayer.rawStep = aligned(size_t(plan_.width) * 2);
-    bayer.rawOffset = take(bayer.rawStep * (kBayerBlockRows + 2 * kBayerMargin));
+    bayer.rawOffset = take(bayer.rawStep * (1 + kBayerBlockRows + 2 * kBayerMargin));
   }
 
   KipPlan& plan_;
