@@ -1,6 +1,7 @@
 // Grey from colour: Y = 0.299 R + 0.587 G + 0.114 B, or a weighted sum with the caller's weights.
 
 #include <algorithm>
+#include <cmath>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "colormodels/gray.cpp"
@@ -20,8 +21,9 @@ inline const float* grayWeights(const Job& job) {
   return job.parameters ? static_cast<const float*>(job.parameters) : kBt601;
 }
 
-/// A weight x 2^12, rounded, as the signed 16-bit number that it is kept in.
+/// A weight x 2^12, rounded, as the signed 16-bit number that it is kept in; 0 for NaN.
 inline int weight12(float weight) {
+  if (std::isnan(weight)) return 0;
   const double scaled = std::clamp(weight * 4096.0 + 0.5, -2147483648.0, 2147483647.0);
   return static_cast<int16_t>(static_cast<int32_t>(scaled));
 }
@@ -128,12 +130,8 @@ constexpr Rules kGray = {};
 constexpr Rules kGrayFloats = {.stepUnit = sizeof(float)};
 }  // namespace kip
 
-// With the caller's weights, null for those of BT.601, as last argument.
-#define KIP_WEIGHTS_C_C(T)                                                                      \
-  (const T* pSrc, int srcStep, T* pDst, int dstStep, KipiSize roiSize, const Kip32f coeffs[3]), \
-      interleaved(pSrc, srcStep), interleaved(pDst, dstStep), {                                 \
-    .parameters = coeffs                                                                        \
-  }
+// The caller's weights, null for those of BT.601.
+#define KIP_WEIGHTS (const Kip32f coeffs[3]), ({.parameters = coeffs})
 #endif
 
 #define KIP_FUNCTIONS "colormodels/gray-functions.inc"

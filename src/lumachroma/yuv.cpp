@@ -297,12 +297,7 @@ using Decode4 = DecodeRuns<8, Inverse4, Inverse4Rest, Src, C4<>>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "engine/convert.h"
-
-namespace kip {
-constexpr Rules kEveryPixel = {};
-constexpr Rules kWholeBlocks420 = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
-}  // namespace kip
+#include "lumachroma/rules.h"
 #endif
 
 #define KIP_FUNCTIONS "lumachroma/yuv-functions.inc"
