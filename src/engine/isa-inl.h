@@ -103,7 +103,9 @@ using I16 = Vector<int16_t>;
 using U16 = Vector<uint16_t>;
 using I32 = Vector<int32_t>;
 using U32 = Vector<uint32_t>;
+using I64 = Vector<int64_t>;
 using F32 = Vector<float>;
+using F64 = Vector<double>;
 
 /// Samples of type T in a vector.
 template <class T>
@@ -146,7 +148,10 @@ KIP_INLINE Vector<T> keepInRegister(T value) {
 
 /// Barrier: keeps independent chains interleaved. GCC would group each chain and exhaust the processor's out-of-order
 /// window. With fewer than the 32 registers of AVX-512 it is right to.
-KIP_INLINE F32 schedulingBarrier(F32 v) { return KIP_ISA == KIP_ISA_AVX512 ? opaque(v) : v; }
+template <class V>
+KIP_INLINE V schedulingBarrier(V v) {
+  return KIP_ISA == KIP_ISA_AVX512 ? opaque(v) : v;
+}
 
 /// Barrier: what is in memory is loaded when it is needed, not kept in registers that would have to be spilled.
 KIP_INLINE void reloadBarrier() {
@@ -400,13 +405,21 @@ KIP_INLINE V blendInBlocks(V first, V second) {
 // Look-ups. On x86, loads of single entries, with the places stored first and then taken one by one, are faster than
 // gather instructions.
 
+/// Places that have been stored stay in memory: the compiler would take them out of the vector after all.
+template <size_t kCount>
+KIP_INLINE void keepInMemory([[maybe_unused]] uint32_t (&places)[kCount]) {
+#if HWY_TARGET != HWY_EMU128  // where vectors are in memory
+  asm("" : "+m"(places));
+#endif
+}
+
 #if KIP_ISA_SSE2 <= KIP_ISA && KIP_ISA <= KIP_ISA_AVX2
 /// The places of a table in memory.
 class Places {
  public:
   KIP_INLINE explicit Places(I32 places) {
     hn::Store(as<uint32_t>(places), Tag<uint32_t>(), at_);
-    asm("" : "+m"(at_));  // or the compiler takes them out of the vector after all
+    keepInMemory(at_);
   }
 
   KIP_INLINE I32 entries(const int32_t* table) const {
@@ -498,6 +511,33 @@ KIP_INLINE F32 lookUpInTwo(const float* table, I32 place) {
 #else
   return hn::GatherIndex(Tag<float>(), table, hn::And(place, set<int32_t>(2 * kLanes<float> - 1)));
 #endif
+}
+KIP_INLINE F64 lookUpInTwo(const double* table, I64 place) {
+#if KIP_ISA == KIP_ISA_AVX512
+  return F64{_mm512_permutex2var_pd(_mm512_load_pd(table), place.raw, _mm512_load_pd(table + kLanes<double>))};
+#else
+  return hn::GatherIndex(Tag<double>(), table, hn::And(place, set<int64_t>(2 * kLanes<double> - 1)));
+#endif
+}
+
+/// The pairs of doubles at the places of the next lanes, counted in doubles, of a table that is aligned to pairs: the
+/// first of each, and the second of each.
+KIP_INLINE void lookUpPairs(const double* table, const uint32_t* places, F64& first, F64& second) {
+  const auto pair = [&](int i) KIP_INLINE_LAMBDA { return hn::Load(hn::CappedTag<double, 2>(), table + places[i]); };
+  // The pairs of lanes 0, 2, 4 ... and of lanes 1, 3, 5 ..., a block each.
+  const auto blocks = [&](int from) KIP_INLINE_LAMBDA {
+#if KIP_ISA == KIP_ISA_AVX512
+    const auto half = [&](int i)
+                          KIP_INLINE_LAMBDA { return hn::Combine(hn::CappedTag<double, 4>(), pair(i + 2), pair(i)); };
+    return hn::Combine(Tag<double>(), half(from + 4), half(from));
+#elif KIP_ISA == KIP_ISA_AVX2
+    return hn::Combine(Tag<double>(), pair(from + 2), pair(from));
+#else
+    return pair(from);
+#endif
+  };
+  const F64 even = blocks(0), odd = blocks(1);
+  first = hn::InterleaveLower(even, odd), second = hn::InterleaveUpper(Tag<double>(), even, odd);
 }
 
 }  // namespace HWY_NAMESPACE
