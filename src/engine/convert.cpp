@@ -93,6 +93,7 @@ KipStatus convert(Kernel kernel, const Rules& rules, const ImageArg& src, const 
   roundSteps(job.src, rules.stepUnit);
   roundSteps(job.dst, rules.stepUnit);
   job.alpha = extras.alpha;
+  job.reversed = rules.reversed;
   job.parameters = extras.parameters;
   runKernel(kernel, job, size.height / rules.rowsPerGroup, splitsRows(rules.threads, size));
   return size.width % rules.warnWidth || size.height % rules.warnHeight ? kipStatusOddSize : kipStatusOk;
