@@ -69,6 +69,7 @@ template <class T, class Model>
 class ToHue {
  public:
   using Lane = T;
+  static constexpr bool kOutOfLine = true;
   using V = Vector<T>;
   KIP_INLINE ToHue() {}
 
@@ -293,6 +294,7 @@ template <class T, class Shades>
 class FromHue {
  public:
   using Lane = T;
+  static constexpr bool kOutOfLine = true;
   KIP_INLINE FromHue() {}
   KIP_INLINE Pixels<Vector<T>> operator()(const Pixels<Vector<T>>& px) const {
     return Shades::channels(sextants_, px, applyWidened(shades_, px));
@@ -310,6 +312,7 @@ class FromHue {
 class ToHls32f {
  public:
   using Lane = float;
+  static constexpr bool kOutOfLine = true;
   static constexpr int kInterleavedChains = 4;
   KIP_INLINE ToHls32f() {}
 
@@ -370,6 +373,7 @@ template <class Sixtieth>
 class FromHls32f {
  public:
   using Lane = float;
+  static constexpr bool kOutOfLine = true;
   static constexpr int kInterleavedChains = 4;
   KIP_INLINE FromHls32f() {}
 

@@ -78,6 +78,7 @@ KipStatus convert(Kernel kernel, const Rules& rules, const ImageArg& src, const 
   roundSteps(job.src, rules.stepUnit);
   roundSteps(job.dst, rules.stepUnit);
   job.alpha = extras.alpha;
+  job.reversed = rules.reversed;
   job.parameters = extras.parameters;
   const Team team = splitsRows(rules.threads, size) ? Team::kProcessors : Team::kCallerOnly;
   runKernel(kernel, job, size.height / rules.rowsPerGroup, team);

@@ -22,8 +22,15 @@ struct Rules {
   int rowsPerGroup = 1;                ///< rows that a kernel takes at a time; rows beyond the last group stay
   int warnWidth = 1;                   ///< kipStatusOddSize when the width is no multiple of this,
   int warnHeight = 1;                  ///< or the height of this
+  bool reversed = false;               ///< the kernel's interleaved pixels are B, G, R instead of R, G, B
   Threads threads = Threads::kOne;
 };
+
+/// The same for the reverse order of channels: kernels of layouts that can be both (Job::reversed) serve two functions.
+constexpr Rules reversed(Rules rules) {
+  rules.reversed = true;
+  return rules;
+}
 
 /// The first failing check of a call in its family's order, or kipStatusOk.
 KipStatus checkArguments(const Rules& rules, const ImageArg& src, const ImageArg& dst, KipiSize size,

@@ -71,6 +71,7 @@ struct Job {
   int width = 0;
   int height = 0;
   int alpha = 0;                     ///< what layouts with a given fourth sample write there
+  bool reversed = false;             ///< B, G, R instead of R, G, B, for layouts that can be both
   const void* parameters = nullptr;  ///< what else the family's arithmetic needs
 };
 

@@ -20,10 +20,9 @@ struct Fields {
 constexpr Fields k565 = {5, 6, 5}, k555 = {5, 5, 5}, k444 = {4, 4, 4};
 
 /// The words of a space whose name begins with its lowest field: R of RGB565 and B of BGR565.
-template <const Fields& kFields, Order kOrder>
+template <const Fields& kFields>
 struct WordsOf : Interleaved<Tag<uint8_t>, 2> {
   static constexpr int kMiddleAt = kFields.low, kHighAt = kMiddleAt + kFields.middle, kEnd = kHighAt + kFields.high;
-  static constexpr bool kReversed = kOrder == Order::kReverse;
 };
 
 /// kBits bits that end at bit kEnd of each word.
@@ -100,16 +99,17 @@ class Dithered {
   Steps steps5_{31, 2105}, steps6_{63, 1036}, steps4_{15, 4352};
 };
 
-/// Pixels to words, each channel quantized to its field.
-template <const Fields& kFields, Order kOrder, class Quantizer = Truncated>
-struct ToWords : WordsOf<kFields, kOrder> {
-  using W = WordsOf<kFields, kOrder>;
-  Quantizer quantizer;
+/// Pixels to words, each channel quantized to its field. The job says which channel is the lowest field.
+template <const Fields& kFields, class Quantizer = Truncated>
+struct ToWords : WordsOf<kFields> {
+  using W = WordsOf<kFields>;
 
-  KIP_INLINE explicit ToWords(Quantizer q = {}) : quantizer(q) {}
+  KIP_INLINE explicit ToWords(const Job& job, Quantizer q = {})
+      : quantizer(q), reversed_(keepInRegister<uint8_t>(job.reversed ? 0xFF : 0)) {}
 
   KIP_INLINE void store(const Pixels<U8>& px, const Rows<Kip8u, 1>& to) const {
-    const U8 low = W::kReversed ? px.c : px.a, high = W::kReversed ? px.a : px.c;
+    const U8 difference = hn::And(hn::Xor(px.a, px.c), reversed_);
+    const U8 low = hn::Xor(px.a, difference), high = hn::Xor(px.c, difference);
     const Tag<uint8_t> d;
     const U8 zero = hn::Zero(d);
     const auto words = [&](U8 l, U8 m, U8 h) KIP_INLINE_LAMBDA {
@@ -123,6 +123,11 @@ struct ToWords : WordsOf<kFields, kOrder> {
               hn::InterleaveUpper(d, zero, high)),
         to.at[0]);
   }
+
+  Quantizer quantizer;
+
+ private:
+  U8 reversed_;  ///< all bits, or none
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -130,15 +135,16 @@ struct ToWords : WordsOf<kFields, kOrder> {
 
 /// Each field at the top of its byte, the bits below zero.
 template <const Fields& kFields, Order kOrder>
-struct FromWords : WordsOf<kFields, kOrder> {
-  using W = WordsOf<kFields, kOrder>;
+struct FromWords : WordsOf<kFields> {
+  using W = WordsOf<kFields>;
+  static constexpr bool kReversed = kOrder == Order::kReverse;
 
   /// In 16-bit lanes, the lower and the upper half of each block.
   KIP_INLINE static Pixels<I16> loadLanes(const Rows<const Kip8u, 1>& from, int half) {
     const U16 words = as<uint16_t>(loadBlocks(from.at[0] + 16 * half, 32));
     const I16 low = topOfByte<W::kMiddleAt, kFields.low>(words), high = topOfByte<W::kEnd, kFields.high>(words);
     const I16 middle = topOfByte<W::kHighAt, kFields.middle>(words);
-    return W::kReversed ? Pixels<I16>(high, middle, low) : Pixels<I16>(low, middle, high);
+    return kReversed ? Pixels<I16>(high, middle, low) : Pixels<I16>(low, middle, high);
   }
   KIP_INLINE Pixels<U8> load(const Rows<const Kip8u, 1>& from) const {
     return pack(loadLanes(from, 0), loadLanes(from, 1));

@@ -89,30 +89,30 @@ struct RowsOf420 : Planar422 {
 };
 
 /// Rows in groups of kGroup, and columns too.
-template <class Src, template <class> class Words, int kGroup = 1>
+template <class Src, const Fields& kFields, int kGroup = 1>
 struct Dither {
-  using Dst = Words<Dithered>;
+  using Dst = ToWords<kFields, Dithered>;
 
   static void rows(const Job& job, int first, int last) {
     const Src src;
     for (int y = first * kGroup; y < last * kGroup; ++y) {
-      walk(src, Src::rows(job.src, y), Dst::rows(job.dst, y), Dithered(0, y), job.width / kGroup * kGroup);
+      const Dst dst(job, Dithered(0, y));
+      walk(src, dst, Src::rows(job.src, y), Dst::rows(job.dst, y), job.width / kGroup * kGroup);
     }
   }
 
   template <class From>
-  KIP_INLINE static void walk(const Src& src, const From& from, const Rows<Kip8u, 1>& to, const Dithered& dithered,
+  KIP_INLINE static void walk(const Src& src, const Dst& dst, const From& from, const Rows<Kip8u, 1>& to,
                               size_t width) {
-    const Dst dst(dithered);
     forBlocks<Src, Dst>(from, to, 0, width,
                         [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA { dst.store(src.pixels(in), out); });
   }
 };
 
 /// Packed 4:2:2, and the last pixel of an odd width.
-template <class Src, template <class> class Words>
+template <class Src, const Fields& kFields>
 struct DitherPacked {
-  using Walk = Dither<Src, Words>;
+  using Walk = Dither<Src, kFields>;
   using Dst = typename Walk::Dst;
 
   static void rows(const Job& job, int first, int last) {
@@ -120,12 +120,12 @@ struct DitherPacked {
     const int pairs = wholeGroups<Src>(job.width);
     for (int y = first; y < last; ++y) {
       const auto to = Dst::rows(job.dst, y);
-      Walk::walk(src, Src::rows(job.src, y), to, Dithered(0, y), pairs);
+      Walk::walk(src, Dst(job, Dithered(0, y)), Src::rows(job.src, y), to, pairs);
       if (pairs == job.width) continue;
       Kip8u pair[4];
       lastPair<Src>(job, y, pair);
       PaddedBlock<Dst> out;
-      Walk::walk(src, Rows<const Kip8u, 1>{{pair}}, out.rows, Dithered(pairs, y), 2);
+      Walk::walk(src, Dst(job, Dithered(pairs, y)), Rows<const Kip8u, 1>{{pair}}, out.rows, 2);
       out.copyTo(advance<Dst>(to, pairs), 1);
     }
   }
@@ -134,29 +134,20 @@ struct DitherPacked {
 // ---------------------------------------------------------------------------------------------------------------------
 // As the table of functions has them
 
-template <class Quantizer = Truncated>
-using Rgb565 = ToWords<k565, Order::kForward, Quantizer>;
-template <class Quantizer = Truncated>
-using Rgb555 = ToWords<k555, Order::kForward, Quantizer>;
-template <class Quantizer = Truncated>
-using Rgb444 = ToWords<k444, Order::kForward, Quantizer>;
-template <class Quantizer = Truncated>
-using Bgr565 = ToWords<k565, Order::kReverse, Quantizer>;
-template <class Quantizer = Truncated>
-using Bgr555 = ToWords<k555, Order::kReverse, Quantizer>;
-template <class Quantizer = Truncated>
-using Bgr444 = ToWords<k444, Order::kReverse, Quantizer>;
+using Words565 = ToWords<k565>;
+using Words555 = ToWords<k555>;
+using Words444 = ToWords<k444>;
 
-template <class Src, template <class> class Words>
-using DitherFull = Dither<FromFull<Floored13, Src>, Words>;
-template <template <class> class Words>
-using DitherC2 = DitherPacked<FromPairs<Floored13, YCbYCr>, Words>;
-template <template <class> class Words>
-using Dither422 = Dither<FromPairs<Floored13, Planar422>, Words>;
-template <template <class> class Words>
-using Dither420 = Dither<FromPairs<Floored13, RowsOf420>, Words>;
-template <template <class> class Words>
-using DitherYuv420 = Dither<FromPairs<yuv::Inverse2, RowsOf420>, Words, 2>;
+template <class Src, const Fields& kFields>
+using DitherFull = Dither<FromFull<Floored13, Src>, kFields>;
+template <const Fields& kFields>
+using DitherC2 = DitherPacked<FromPairs<Floored13, YCbYCr>, kFields>;
+template <const Fields& kFields>
+using Dither422 = Dither<FromPairs<Floored13, Planar422>, kFields>;
+template <const Fields& kFields>
+using Dither420 = Dither<FromPairs<Floored13, RowsOf420>, kFields>;
+template <const Fields& kFields>
+using DitherYuv420 = Dither<FromPairs<yuv::Inverse2, RowsOf420>, kFields, 2>;
 
 }  // namespace
 }  // namespace HWY_NAMESPACE
