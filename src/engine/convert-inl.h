@@ -159,7 +159,7 @@ class Convert {
   KIP_INLINE void pixels(int y, size_t first, size_t last) const {
     forBlocks<Blocks<Src>, Blocks<Dst>>(Src::rows(job_.src, y), Dst::rows(job_.dst, y), first, last,
                                         [this](const auto& from, const auto& to)
-                                            KIP_INLINE_LAMBDA { block(from, to); });
+                                            KIP_INLINE_LAMBDA { this->block(from, to); });
   }
 
  private:
