@@ -22,7 +22,6 @@ demo: configure-x86-64
 	build/x86-64/gallery gallery $(if $(IMAGE),"$(IMAGE)")
 
 check: DEPENDENCIES = build examples
-# x86-64 comes first: the other builds compare their results with its.
 check: $(CHECKED:%=check-%)
 
 check-x86-64-clang: DEPENDENCIES = build clang

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "support/registry.h"
@@ -20,6 +21,7 @@ struct Plane {
 struct Call {
   int width = 0, height = 0;
   Plane src[4], dst[4];
+  std::string target;  ///< the SIMD target that the library is measured with
 };
 
 constexpr size_t kPage = 4096;

@@ -1,19 +1,21 @@
 // Measures every exported function on one thread, each in turns with its peers and with memcpy of as many bytes.
 //
-//   kipcc_bench [--all_sizes] [--markdown] [--rounds=N] [--target=name] [--benchmark_filter=regex]
-//               [options of Google Benchmark]
+//   kipcc_bench [--all_sizes] [--markdown] [--rounds=N] [--target=name] [--against=library.so]
+//               [--benchmark_filter=regex] [options of Google Benchmark]
 //
 // Without --all_sizes only 1920x1080 is measured. With --markdown the ratios are printed as a page for docs/. The
-// target is a set of kernels such as AVX2 that is to be measured instead of the best one. Names are function/size or
-// function/method/size.
+// target is a set of kernels such as AVX2 that is to be measured instead of the best one. With --against another build
+// of the library, whose file is named, takes the place of the peers. Names are function/size or function/method/size.
 
 #include <benchmark/benchmark.h>
+#include <dlfcn.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -35,34 +37,70 @@ constexpr Size kOthers[] = {{640, 480}, {64, 64}};  // in the cache; small enoug
 
 struct Options {
   bool allSizes = false, markdown = false;
-  int rounds = 25;
-  std::string target;
+  int rounds = 10;
+  std::string target, against;
 };
 
 std::string figureOf(const Peer& peer) { return kTimes + (peer.result == Result::kCoarser ? "~" : "") + peer.name; }
 
+/// Another build of the library.
+class OtherBuild {
+ public:
+  /// None when the file has no name. The functions that it calls are its own, whatever ours are called.
+  explicit OtherBuild(const std::string& file)
+      : library_(file.empty() ? nullptr : dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND)) {
+    if (!file.empty() && !library_) throw std::runtime_error(dlerror());
+  }
+
+  explicit operator bool() const { return library_; }
+  /// Null when it lacks the function.
+  kip::Function::Call find(const kip::Function& function) const {
+    void* address = dlsym(library_, function.name.c_str());
+    return address ? function.callAt(address) : nullptr;
+  }
+
+ private:
+  void* library_;
+};
+
+/// What all benchmarks are told.
+struct Terms {
+  int rounds;
+  std::string target;
+  OtherBuild other;
+};
+
 /// Ours first, then memcpy, then the peers.
-std::vector<Contestant> contestantsOf(const Subject& subject, Setting& setting) {
+std::vector<Contestant> contestantsOf(const Subject& subject, Setting& setting, const OtherBuild& other) {
   std::vector<Contestant> contestants = {{subject.name, [&setting] { setting.run(); }},
                                          {kMemcpy, [&setting] { setting.copy(); }}};
+  if (other) {
+    if (const auto call = other.find(*subject.function)) {
+      contestants.push_back({kTimes + "the other build", [&setting, call] { setting.run(call); }});
+    }
+    return contestants;
+  }
   for (const Peer& peer : peersOf(subject.name)) {
     if (auto run = peer.prepare(setting.call())) contestants.push_back({figureOf(peer), run});
   }
   return contestants;
 }
 
-void measure(benchmark::State& state, const Subject& subject, Size size, int rounds) {
-  Setting setting(subject, size.width, size.height);
+void measure(benchmark::State& state, const Subject& subject, Size size, const Terms& terms) {
+  Setting setting(subject, size.width, size.height, terms.target);
   if (setting.run() != kipStatusOk) state.SkipWithError("not converted");
-  std::vector<Contestant> contestants = contestantsOf(subject, setting);
-  const double& ours = contestants.front().seconds;
+  std::vector<Contestant> contestants = contestantsOf(subject, setting, terms.other);
   for (auto _ : state) {
-    race(contestants, rounds);
-    state.SetIterationTime(ours);
+    race(contestants, terms.rounds);
+    state.SetIterationTime(contestants.front().fastest());
   }
+  const double ours = contestants.front().fastest();
   state.counters[kSpeed] = size.width * size.height / ours * 1e-6;
   state.counters[kTraffic] = static_cast<double>(setting.bytes()) / ours * 1e-9;
-  for (size_t i = 1; i < contestants.size(); ++i) state.counters[contestants[i].name] = contestants[i].seconds / ours;
+  state.counters[kSpread] = contestants.front().spread();
+  for (size_t i = 1; i < contestants.size(); ++i) {
+    state.counters[contestants[i].name] = contestants[i].fastest() / ours;
+  }
 }
 
 /// Takes our own options out of the arguments.
@@ -78,6 +116,8 @@ Options takeOptions(int& argc, char** argv) {
       options.rounds = std::max(1, std::atoi(argv[i] + 9));
     } else if (std::strncmp(argv[i], "--target=", 9) == 0) {
       options.target = argv[i] + 9;
+    } else if (std::strncmp(argv[i], "--against=", 10) == 0) {
+      options.against = argv[i] + 10;
     } else {
       argv[kept++] = argv[i];
     }
@@ -98,9 +138,10 @@ std::string selectKernels(const std::string& name) {
   return "";
 }
 
-void add(const Subject& subject, Size size, int rounds) {
+void add(const Subject& subject, Size size, const Terms& terms) {
   const std::string name = subject.name + "/" + std::to_string(size.width) + "x" + std::to_string(size.height);
-  benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) { measure(state, subject, size, rounds); })
+  benchmark::RegisterBenchmark(name.c_str(),
+                               [=, &terms](benchmark::State& state) { measure(state, subject, size, terms); })
       ->UseManualTime()
       ->Iterations(1);
 }
@@ -108,22 +149,24 @@ void add(const Subject& subject, Size size, int rounds) {
 }  // namespace
 }  // namespace bench
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   const bench::Options options = bench::takeOptions(argc, argv);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  const std::string kernels = bench::selectKernels(options.target);
-  if (kernels.empty()) {
-    std::fprintf(stderr, "%s: not on this processor\n", options.target.c_str());
-    return 1;
-  }
+  const std::string target = bench::selectKernels(options.target);
+  if (target.empty()) throw std::runtime_error(options.target + ": not on this processor");
+  const bench::Terms terms = {options.rounds, target, bench::OtherBuild(options.against)};
   kipSetNumThreads(1);
   for (const bench::Subject& subject : bench::allSubjects()) {
-    bench::add(subject, bench::kLarge, options.rounds);
+    bench::add(subject, bench::kLarge, terms);
     if (!options.allSizes) continue;
-    for (const bench::Size size : bench::kOthers) bench::add(subject, size, options.rounds);
+    for (const bench::Size size : bench::kOthers) bench::add(subject, size, terms);
   }
-  bench::Table table(kernels);
-  bench::Page page(kernels);
+  const std::string platform = bench::platform(target);
+  bench::Table table(platform);
+  bench::Page page(platform);
   benchmark::RunSpecifiedBenchmarks(options.markdown ? static_cast<benchmark::BenchmarkReporter*>(&page) : &table);
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "kipcc_bench: %s\n", error.what());
+  return 1;
 }

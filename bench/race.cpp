@@ -7,8 +7,10 @@
 namespace bench {
 namespace {
 
-constexpr double kTurn = 1e-3;     // seconds of a contestant's turn, or one run if that takes longer
-constexpr double kPatience = 1.0;  // seconds after which no further round begins
+constexpr int kUntimedRuns = 4, kTimings = 4;  // of a turn
+constexpr double kTiming = 0.5e-3;             // seconds that a timing takes, or one run if that takes longer
+constexpr double kLongTurn = 20e-3;            // seconds after which untimed runs, or timings, are not gone on with
+constexpr double kPatience = 1.0;              // seconds after which no further round begins
 constexpr int kFewestRounds = 3;
 
 /// Processor time of this thread in seconds: what other processes take does not count.
@@ -24,20 +26,35 @@ double secondsOf(const std::function<void()>& run, int times) {
   return (now() - begin) / times;
 }
 
-/// Seconds of one run in a turn. The first run fetches the images into the caches and counts only if it alone is a
-/// turn.
-double takeTurn(const std::function<void()>& run) {
-  const double first = secondsOf(run, 1);
-  return first > kTurn ? first : secondsOf(run, 1 + static_cast<int>(kTurn / first));
+void takeTurn(Contestant& contestant) {
+  double begin = now(), last = kTiming;
+  for (int i = 0; i < kUntimedRuns && now() - begin < kLongTurn; ++i) last = secondsOf(contestant.run, 1);
+  begin = now();
+  for (int i = 0; i < kTimings && now() - begin < kLongTurn; ++i) {
+    contestant.timings.push_back(secondsOf(contestant.run, 1 + static_cast<int>(kTiming / last)));
+  }
 }
 
 }  // namespace
 
+double Contestant::fastest() const { return *std::min_element(timings.begin(), timings.end()); }
+
+double Contestant::spread() const {
+  std::vector<double> sorted = timings;
+  std::nth_element(sorted.begin(), sorted.begin() + sorted.size() / 2, sorted.end());
+  return sorted[sorted.size() / 2] / fastest() - 1;
+}
+
 void race(std::vector<Contestant>& contestants, int rounds) {
+  std::vector<Contestant*> order;
+  for (Contestant& contestant : contestants) order.push_back(&contestant);
   const double begin = now();
   for (int round = 0; round < rounds; ++round) {
     if (round >= kFewestRounds && now() - begin > kPatience) break;
-    for (Contestant& one : contestants) one.seconds = std::min(one.seconds, takeTurn(one.run));
+    for (Contestant* contestant : order) takeTurn(*contestant);
+    // Everyone comes first once, and after each of its neighbours.
+    std::rotate(order.begin(), order.begin() + 1, order.end());
+    if (round % 2 == 1) std::reverse(order.begin(), order.end());
   }
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -11,10 +10,16 @@ namespace bench {
 struct Contestant {
   std::string name;
   std::function<void()> run;
-  double seconds = std::numeric_limits<double>::infinity();  ///< of one run, the fastest of all rounds
+  std::vector<double> timings = {};  ///< seconds of one run, in the order they were taken
+
+  double fastest() const;
+  /// How much slower the median timing is than the fastest, as a part of the fastest.
+  double spread() const;
 };
 
-/// Runs the contestants in turns, so that what else happens on the machine hits all alike.
+/// Lets the contestants take turns, so that what else happens on the machine hits all alike. Each turn starts with
+/// untimed runs, which put the contestant's own data and code where the one before had its own. The order changes from
+/// round to round.
 void race(std::vector<Contestant>& contestants, int rounds);
 
 }  // namespace bench

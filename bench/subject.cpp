@@ -37,7 +37,8 @@ std::vector<Subject> allSubjects() {
   return subjects;
 }
 
-Setting::Setting(const Subject& subject, int width, int height) : function_(*subject.function) {
+Setting::Setting(const Subject& subject, int width, int height, const std::string& target)
+    : function_(*subject.function) {
   const KipiSize size = {width, height};
   const bool inPlace = function_.shape.inPlace();
   const auto from = function_.planes(inPlace ? kip::Side::kDestination : kip::Side::kSource, size);
@@ -56,7 +57,7 @@ Setting::Setting(const Subject& subject, int width, int height) : function_(*sub
     return image;
   };
   kip::ImageArgument unused;
-  call_.width = width, call_.height = height;
+  call_.width = width, call_.height = height, call_.target = target;
   source_ = make(inPlace ? kip::Side::kDestination : kip::Side::kSource, from, 0, call_.src,
                  inPlace ? unused : arguments_.source);
   destination_ = make(kip::Side::kDestination, to, kPage / 2, call_.dst, arguments_.destination);

@@ -21,9 +21,11 @@ std::vector<Subject> allSubjects();
 /// A subject with images to work on.
 class Setting {
  public:
-  Setting(const Subject& subject, int width, int height);
+  Setting(const Subject& subject, int width, int height, const std::string& target);
 
-  KipStatus run() { return function_.call(arguments_); }
+  KipStatus run() { return run(function_.call); }
+  /// The same by another build of the function.
+  KipStatus run(const kip::Function::Call& call) { return call(arguments_); }
   const Call& call() const { return call_; }
 
   /// Read and written by one run.

@@ -30,11 +30,14 @@ class EveryFunction : public testing::TestWithParam<const Function*> {
 
   const Function& function() const { return *GetParam(); }
 
-  /// Cases of these sizes, with the optional arguments in turn.
-  std::vector<Case> casesOf(const std::vector<KipiSize>& sizes) const {
+  /// Cases of these sizes, with the optional arguments and the kinds of values in turn.
+  std::vector<Case> casesOf(const std::vector<KipiSize>& sizes, std::span<const Values> values) const {
     const std::vector<Arguments> settings = settingsOf(function());
     std::vector<Case> cases;
-    for (const KipiSize size : sizes) cases.emplace_back(function(), size, settings[cases.size() % settings.size()]);
+    for (const KipiSize size : sizes) {
+      const size_t i = cases.size();
+      cases.emplace_back(function(), size, settings[i % settings.size()], values[i / settings.size() % values.size()]);
+    }
     return cases;
   }
 
@@ -59,7 +62,7 @@ class EveryFunction : public testing::TestWithParam<const Function*> {
 /// remainder of a row, against unmapped pages.
 TEST_P(EveryFunction, GivesTheSameBytesOnEveryTargetInAnyMemory) {
   int variation = 0;
-  for (const Case& that : casesOf(awkwardSizes(function()))) {
+  for (const Case& that : casesOf(awkwardSizes(function()), valuesOf(function()))) {
     fallbackTarget().select();
     const Outcome reference = outcomeOf(that);
     const Content expected = reference.over(contentBefore(that));
@@ -83,7 +86,7 @@ TEST_P(EveryFunction, GivesTheSameBytesOnEveryTargetInAnyMemory) {
 TEST_P(EveryFunction, WritesWhatItPromisesAndReportsIt) {
   const Contract& contract = function().contract;
   const int sample = bytesOf(function().shape.destination.sample), pixel = 4 * sample;
-  for (const Case& that : casesOf(awkwardSizes(function()))) {
+  for (const Case& that : casesOf(awkwardSizes(function()), valuesOf(function()).first(1))) {
     const Outcome outcome = outcomeOf(that);
     EXPECT_EQ(outcome.status, contract.success(that.size)) << that.text();
     if (function().shape.inPlace()) continue;

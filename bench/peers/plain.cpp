@@ -1,12 +1,39 @@
-// What a plain loop reaches, for conversions that no library has in the same form.
+// What a plain loop reaches, for conversions that no library has in the same form: some loops here, some compiled for
+// each SIMD target.
 
 #include <cmath>
 #include <utility>
 
+#include "peers/loops.h"
 #include "peers/peers.h"
 
 namespace bench {
+
+// loops.inc has a line KIP_LOOPS(target) for every target that loops are compiled for.
+#define KIP_LOOPS(target) extern const Loops kLoops##target;
+#include "loops.inc"
+#undef KIP_LOOPS
+
 namespace {
+
+#define KIP_LOOPS(target) &kLoops##target,
+constexpr const Loops* kLoops[] = {
+#include "loops.inc"
+};
+#undef KIP_LOOPS
+
+/// A loop as it is compiled for the library's target; the emulated target has none.
+Prepare compiled(Loop Loops::*member) {
+  return [member](const Call& call) -> std::function<void()> {
+    for (const Loops* loops : kLoops) {
+      if (call.target != loops->target) continue;
+      return [loop = loops->*member, images = LoopImages{call.src[0].at, call.dst[0].at, call.width, call.height}] {
+        loop(images);
+      };
+    }
+    return {};
+  };
+}
 
 /// The BT.709 curve on 0..1 in double precision.
 double encode(double linear) { return linear < 0.018 ? 4.5 * linear : 1.099 * std::pow(linear, 0.45) - 0.099; }
@@ -90,6 +117,32 @@ const PeerTable table(
         {{"kipiGammaInv_16u_C3R", "kipiGammaInv_16u_P3R"}, "65536 x pow", Result::kExact, direct(curveOfWords<decode>)},
         {{"kipiReduceBits_8u_C3R/FS"}, "loop", Result::kExact, direct(diffuse<floydSteinberg>)},
         {{"kipiReduceBits_8u_C3R/Stucki"}, "loop", Result::kExact, direct(diffuse<stucki>)},
+        {{"kipiToneMapLinear_32f8u_C1R"}, "loop", Result::kExact, compiled(&Loops::toneMapLinear)},
+        {{"kipiToneMapMean_32f8u_C1R"}, "loop", Result::kExact, compiled(&Loops::toneMapMean)},
+        {{"kipiRGBToYCC_8u_C3R"}, "loop", Result::kExact, compiled(&Loops::encodeYcc8u)},
+        {{"kipiYCCToRGB_8u_C3R"}, "loop", Result::kExact, compiled(&Loops::decodeYcc8u)},
+        {{"kipiRGBToYCC_16u_C3R"}, "loop", Result::kExact, compiled(&Loops::encodeYcc16u)},
+        {{"kipiYCCToRGB_16u_C3R"}, "loop", Result::kExact, compiled(&Loops::decodeYcc16u)},
+        {{"kipiRGBToYCC_16s_C3R"}, "loop", Result::kExact, compiled(&Loops::encodeYcc16s)},
+        {{"kipiYCCToRGB_16s_C3R"}, "loop", Result::kExact, compiled(&Loops::decodeYcc16s)},
+        {{"kipiRGBToYCC_32f_C3R"}, "loop", Result::kExact, compiled(&Loops::encodeYcc32f)},
+        {{"kipiYCCToRGB_32f_C3R"}, "loop", Result::kExact, compiled(&Loops::decodeYcc32f)},
+        {{"kipiRGBToLUV_16u_C3R"}, "loop", Result::kExact, compiled(&Loops::encodeLuv16u)},
+        {{"kipiLUVToRGB_16u_C3R"}, "loop", Result::kExact, compiled(&Loops::decodeLuv16u)},
+        {{"kipiRGBToLUV_16s_C3R"}, "loop", Result::kExact, compiled(&Loops::encodeLuv16s)},
+        {{"kipiLUVToRGB_16s_C3R"}, "loop", Result::kExact, compiled(&Loops::decodeLuv16s)},
+        {{"kipiBGRToLab_8u16u_C3R"}, "loop", Result::kExact, compiled(&Loops::encodeLab8u16u)},
+        {{"kipiLabToBGR_16u8u_C3R"}, "loop", Result::kExact, compiled(&Loops::decodeLab16u8u)},
+        {{"kipiRGBToHLS_16u_C3R"}, "loop", Result::kExact, compiled(&Loops::encodeHls16u)},
+        {{"kipiHLSToRGB_16u_C3R"}, "loop", Result::kExact, compiled(&Loops::decodeHls16u)},
+        {{"kipiRGBToHLS_16s_C3R"}, "loop", Result::kExact, compiled(&Loops::encodeHls16s)},
+        {{"kipiHLSToRGB_16s_C3R"}, "loop", Result::kExact, compiled(&Loops::decodeHls16s)},
+        {{"kipiRGBToHSV_16u_C3R"}, "loop", Result::kExact, compiled(&Loops::encodeHsv16u)},
+        {{"kipiHSVToRGB_16u_C3R"}, "loop", Result::kExact, compiled(&Loops::decodeHsv16u)},
+        {{"kipiReduceBits_8u_C3R/BayerNoise"}, "loop", Result::kExact, compiled(&Loops::noise8u)},
+        {{"kipiReduceBits_16u_C3R/BayerNoise"}, "loop", Result::kExact, compiled(&Loops::noise16u)},
+        {{"kipiReduceBits_16u8u_C3R/BayerNoise"}, "loop", Result::kExact, compiled(&Loops::noise16u8u)},
+        {{"kipiReduceBits_32f8u_C3R/BayerNoise"}, "loop", Result::kExact, compiled(&Loops::noise32f8u)},
     });
 
 }  // namespace

@@ -1,26 +1,13 @@
-// One call under test: a function, a size, optional arguments and a source; run in any memory, compared anywhere.
+// One call under test: run in any memory, compared anywhere.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "support/cases.h"
 #include "support/memory.h"
 
 namespace kip {
-
-constexpr uint8_t kFill = 0xA5;  ///< the known byte around, and before a call also in, the destination
-
-struct Case {
-  Case(const Function& function, KipiSize size, const Arguments& settings);  ///< with a random source
-  Case(const Function& function, KipiSize size, const Arguments& settings, Content source);
-
-  const Function& function;
-  KipiSize size;
-  Arguments settings;
-  Content source;  ///< of functions in place: what the image holds before
-
-  std::string text() const;
-};
 
 /// A destination after a call, and which of its bytes the call wrote.
 struct Outcome {
@@ -40,9 +27,9 @@ class Trial {
   /// Calls the function over a destination of `fill`. A touched unmapped page is a failure of the test.
   KipStatus operator()(uint8_t fill = kFill);
 
-  /// Fails the test unless the destination is as expected and everything around it, and the source, is as before.
-  /// Rows and gaps are overwritten.
-  void expect(const Content& destination, const std::string& who) const;
+  /// Fails the test unless the destination is as expected and everything around it, and the source, is as before. Any
+  /// NaN stands for any other. Rows and gaps are overwritten.
+  void expect(Content destination, const std::string& who) const;
 
   Content destination() const;
 
@@ -65,11 +52,5 @@ std::vector<Placement> placementsFor(const Case& that);
 
 /// The first kind, which every case fits in.
 Placement plainPlacement(const Function& function);
-
-/// Widths around the vector sizes with a few heights, one long and one high region; none below the function's minimum.
-std::vector<KipiSize> awkwardSizes(const Function& function);
-
-/// The size as the function accepts it.
-KipiSize allowed(const Function& function, KipiSize size);
 
 }  // namespace kip

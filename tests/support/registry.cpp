@@ -12,6 +12,11 @@ Plane chromaPlane(Chroma chroma, KipiSize size, int bytesPerSample) {
 }
 
 template <class F>
+Function::Call callOf(F* function) {
+  return [function](const Arguments& arguments) { return callWith(function, arguments); };
+}
+
+template <class F>
 Function describe(const char* group, const char* name, F* function) {
   const NameParts parts(name);
   const Shape shape = shapeOf(function);
@@ -23,7 +28,8 @@ Function describe(const char* group, const char* name, F* function) {
           source,
           destination,
           Contract(parts, source, destination, shape),
-          [function](const Arguments& arguments) { return callWith(function, arguments); }};
+          callOf(function),
+          [](void* address) { return callOf(reinterpret_cast<F*>(address)); }};
 }
 
 }  // namespace

@@ -25,7 +25,9 @@ struct Function {
   Shape shape;
   Layout source, destination;
   Contract contract;
-  std::function<KipStatus(const Arguments&)> call;
+  using Call = std::function<KipStatus(const Arguments&)>;
+  Call call;
+  std::function<Call(void* address)> callAt;  ///< the same function of another build of the library
 
   const Layout& layout(Side side) const { return side == Side::kSource ? source : destination; }
   /// The side that the samples to convert are on before a call.
