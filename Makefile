@@ -2,15 +2,20 @@
 #
 #   make demo [IMAGE=photo.jpg]   builds the library and writes gallery/index.html
 #   make check                    builds and tests for 64 and 32 bits, and with sanitizers
+#   make check-debian13           builds and tests in a root of Debian 13: g++ 14, Highway 1.2
+#   make check-aarch64            cross-compiles by clang and tests under qemu
+#   make check-x86-64-clang       builds and tests by clang
 #   make bench                    measures every function beside other libraries
 #   make docs                     writes the reference pages, build/x86-64/docs/html/index.html
 
 IMAGE ?=
 DEPENDENCIES = build
 CHECKED = x86-64 i386 x86-64-sanitize
+COMPILERS = x86-64-clang aarch64
 
 .NOTPARALLEL:
-.PHONY: demo check bench docs dependencies $(CHECKED:%=check-%) $(CHECKED:%=configure-%)
+.PHONY: demo check bench docs dependencies check-debian13 $(CHECKED:%=check-%) $(CHECKED:%=configure-%)
+.PHONY: $(COMPILERS:%=check-%) $(COMPILERS:%=configure-%)
 
 demo: configure-x86-64
 	cmake --build --preset x86-64 --target gallery
@@ -19,9 +24,15 @@ demo: configure-x86-64
 check: DEPENDENCIES = build examples
 check: $(CHECKED:%=check-%)
 
-$(CHECKED:%=check-%): check-%: configure-%
+check-x86-64-clang: DEPENDENCIES = build clang
+check-aarch64: DEPENDENCIES = build aarch64
+
+$(CHECKED:%=check-%) $(COMPILERS:%=check-%): check-%: configure-%
 	cmake --build --preset $*
 	ctest --test-dir build/$* --parallel 2 --output-on-failure --no-tests=error
+
+check-debian13:
+	cmake/check-debian13.sh build/debian13
 
 bench: DEPENDENCIES = build bench
 bench: configure-x86-64
@@ -31,7 +42,7 @@ docs: DEPENDENCIES = build docs
 docs: configure-x86-64
 	cmake --build --preset x86-64 --target docs
 
-$(CHECKED:%=configure-%): configure-%: dependencies
+$(CHECKED:%=configure-%) $(COMPILERS:%=configure-%): configure-%: dependencies
 	cmake --preset $*
 
 dependencies:

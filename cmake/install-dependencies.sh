@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs the Debian packages that are missing, and does nothing when none is.
-# Usage: install-dependencies.sh build|examples|bench|docs...
+# Usage: install-dependencies.sh build|examples|bench|docs|clang|aarch64...
 set -eu
 
 build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
@@ -11,6 +11,9 @@ examples="ffmpeg libraw-dev libtiff-dev"
 # What the benchmark compares with; it runs without them as well.
 bench="libopencv-imgproc-dev libyuv-dev libswscale-dev libzimg-dev libraw-dev"
 docs="doxygen"
+clang="clang libomp-dev"
+# To cross-compile for 64-bit Arm by clang, and to run what comes of it.
+aarch64="$clang lld cmake ninja-build qemu-user libc6-dev:arm64 libstdc++-12-dev:arm64 libhwy-dev:arm64 libgtest-dev:arm64"
 
 say() { echo "install-dependencies: $*" >&2; }
 
@@ -33,7 +36,9 @@ update() {
 }
 
 install() {
-  dpkg --print-foreign-architectures | grep -qx i386 || dpkg --add-architecture i386
+  for architecture in $(printf '%s\n' "$@" | sed -n 's/.*://p' | sort -u); do
+    dpkg --print-foreign-architectures | grep -qx "$architecture" || dpkg --add-architecture "$architecture"
+  done
   update
   DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "$@"
 }
@@ -54,3 +59,15 @@ for group in "$@"; do
   say "installing" $packages
   install $packages || { [ "$group" = bench ] && say "the benchmark goes on without some of its peers"; }
 done
+
+# Debian installs clang's OpenMP runtime for one architecture only; the other one is unpacked where aarch64.cmake looks.
+case " $* " in
+  *" aarch64 "*)
+    runtime=$(dirname "$0")/../build/aarch64-runtime
+    [ -e "$runtime/usr" ] && exit 0
+    mkdir -p "$runtime"
+    cd "$runtime"
+    apt-get download libomp5-14:arm64
+    dpkg -x libomp5-14_*_arm64.deb .
+    ;;
+esac

@@ -12,6 +12,31 @@
 
 #include "colormodels/cie-inl.h"
 
+#ifndef KIP_COLORMODELS_CIE_LUV_ONCE
+#define KIP_COLORMODELS_CIE_LUV_ONCE
+namespace kip {
+
+/// A factor of 16-bit samples, over 65535. One 65535th is 2^-16 and a small rest: the sum of the two products is the
+/// rounded quotient of each of the samples.
+struct Over65535 {
+  float times, large = times / 65536, rest = static_cast<float>(times * 2.32834215e-10);
+
+  constexpr bool isExact() const {
+    for (int i = 0; i < 65536; ++i) {
+      const float v = i, product = v * times, most = v * large, least = v * rest;
+      if (most + least != product / 65535) return false;
+    }
+    return true;
+  }
+};
+constexpr Over65535 kL{100}, kU{354}, kV{262};
+static_assert(kL.isExact());
+static_assert(kU.isExact());
+static_assert(kV.isExact());
+
+}  // namespace kip
+#endif
+
 HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
@@ -174,33 +199,14 @@ struct Bytes {
   }
 };
 
-/// 16-bit samples times a number, over 65535. One 65535th is 2^-16 and a small rest: the sum of the two products is the
-/// rounded quotient of each of the samples.
-struct Over65535 {
-  float times;
-
-  KIP_INLINE F32 operator()(F32 v) const { return v * large() + v * rest(); }
-
-  constexpr bool isExact() const {
-    for (int i = 0; i < 65536; ++i) {
-      const float v = i, product = v * times, most = v * large(), least = v * rest();
-      if (most + least != product / 65535) return false;
-    }
-    return true;
+struct Words {
+  static constexpr float kFull = 65535;
+  KIP_INLINE static Pixels<F32> luv(const Pixels<F32>& px) {
+    return {times(px.a, kL), times(px.b, kU) - 134.f, times(px.c, kV) - 140.f};
   }
 
  private:
-  constexpr float large() const { return times / 65536; }
-  constexpr float rest() const { return static_cast<float>(times * 2.32834215e-10); }
-};
-
-struct Words {
-  static constexpr float kFull = 65535;
-  KIP_INLINE static Pixels<F32> luv(const Pixels<F32>& px) { return {kL(px.a), kU(px.b) - 134.f, kV(px.c) - 140.f}; }
-
- private:
-  static constexpr Over65535 kL{100}, kU{354}, kV{262};
-  static_assert(kL.isExact() && kU.isExact() && kV.isExact());
+  KIP_INLINE static F32 times(F32 v, const Over65535& factor) { return v * factor.large + v * factor.rest; }
 };
 
 struct DecodeFloats {

@@ -416,6 +416,8 @@ struct Reversed : Layout {
   KIP_INLINE P load(const From& from) const {
     return reverse(Layout::load(from));
   }
+  template <class From>
+  void loadWide(const From&) const = delete;  // the layout's own would not reverse
   template <class To>
   KIP_INLINE void store(const P& px, const To& to) const {
     Layout::store(reverse(px), to);

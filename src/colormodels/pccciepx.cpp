@@ -127,7 +127,7 @@ struct EncodeBytes {
   /// The integer next to factor v + offset, which is between 0 and 255.5, and where that is within 2^-kMargin of
   /// halfway to another.
   template <int kMargin>
-  KIP_INLINE static auto round(float factor, F32 v, float offset, I32& nearest) {
+  KIP_INLINE static hn::Mask<Tag<int32_t>> round(float factor, F32 v, float offset, I32& nearest) {
     // In floats from 256 to 512 there are 15 bits after the point.
     constexpr float kMagic = 256.5f + 1.f / (1 << kMargin);
     constexpr int kFraction = (1 << 15) - 1, kBelowMargin = (1 << (16 - kMargin)) - 1;

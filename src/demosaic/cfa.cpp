@@ -134,7 +134,7 @@ template <class T, bool kOwnIsRed, bool kSteered>
 void interpolateRow(const RowJob<T>& job) {
   const auto [left, top, right, bottom] = job.region;
   const int firstInner = kGradientReach, lastInner = std::max(job.imageWidth - kGradientReach, firstInner);
-  const auto within = [&](int first, int last, auto&& convert) {
+  const auto within = [&, left = left, right = right](int first, int last, auto&& convert) {
     first = std::max(first, left), last = std::min(last, right);
     if (first < last) convert(job, first, last);
   };

@@ -195,8 +195,8 @@ class Convert {
  private:
   KIP_INLINE void row(const Rows<const Kip8u, Src::kPointers>& from, const Rows<Kip8u, Dst::kPointers>& to,
                       size_t first, size_t last) const {
-    forBlocks<Blocks<Src>, Blocks<Dst>>(from, to, first, last,
-                                        [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { block(in, out); });
+    forBlocks<Blocks<Src>, Blocks<Dst>>(
+        from, to, first, last, [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { this->block(in, out); });
   }
 
   /// Samples that are floats make one vector per load: there it takes several loads to get several vectors.

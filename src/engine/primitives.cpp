@@ -9,6 +9,7 @@
 #include "hwy/foreach_target.h"
 #include "hwy/highway.h"
 
+#include "engine/extendedsum.h"
 #include "engine/simd-inl.h"
 
 #ifndef KIP_ENGINE_PRIMITIVES_ONCE
@@ -78,10 +79,10 @@ float largest(const float* plane, int step, KipiSize size) {
 
 /// Column x is added to partial sum x mod 16, whatever the size of a vector. Some rows at a time, so that the sums of
 /// one need not wait for each other.
-long double sum(const float* plane, int step, KipiSize size) {
+ExtendedSum sum(const float* plane, int step, KipiSize size) {
   constexpr int kInterleavedChains = kLanes<float> == 4 ? 2 : 4;  // as many as there are registers for
   using Sums = Samples<kInterleavedChains, 16 / kLanes<float>>;
-  long double total = 0;
+  ExtendedSum total;
   for (int y = 0; y < size.height; y += kInterleavedChains) {
     const float* rows[kInterleavedChains];
     for (int i = 0; i < kInterleavedChains; ++i) rows[i] = rowOf(plane, step, std::min(y + i, size.height - 1));
@@ -91,7 +92,7 @@ long double sum(const float* plane, int step, KipiSize size) {
       float p[Sums::kCount], lane[4];
       sums.store(row, p);
       for (int i = 0; i < 4; ++i) lane[i] = (p[i] + p[4 + i]) + (p[8 + i] + p[12 + i]);
-      total += (lane[0] + lane[1]) + (lane[2] + lane[3]);
+      total.add((lane[0] + lane[1]) + (lane[2] + lane[3]));
     }
   }
   return total;
@@ -115,13 +116,13 @@ KipStatus checkPlane(const void* plane, const void* result, KipiSize size) {
 }
 
 /// Even and odd columns apart, the last column of an odd width with the even ones.
-long double accurateSum(const float* plane, int step, KipiSize size) {
-  long double total = 0;
+ExtendedSum accurateSum(const float* plane, int step, KipiSize size) {
+  ExtendedSum total;
   for (int y = 0; y < size.height; ++y) {
     const float* row = rowOf(plane, step, y);
     double even = 0, odd = 0;
     for (int x = 0; x < size.width; ++x) (x % 2 ? odd : even) += row[x];
-    total += even + odd;
+    total.add(even + odd);
   }
   return total;
 }

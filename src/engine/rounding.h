@@ -1,19 +1,23 @@
 // The processor's rounding of floats.
 #pragma once
 
-#include <xmmintrin.h>
+#include <cfenv>
 
 namespace kip {
 
-/// Makes the processor round to nearest for as long as it lives, whatever the caller's mode is.
+/// Makes the processor round to nearest for as long as it lives, whatever the caller's mode is. All of the caller's
+/// floating-point state is as before afterwards.
 class RoundToNearest {
  public:
-  RoundToNearest() : callers_(_MM_GET_ROUNDING_MODE()) { _MM_SET_ROUNDING_MODE(_MM_ROUND_NEAREST); }
-  ~RoundToNearest() { _MM_SET_ROUNDING_MODE(callers_); }
+  RoundToNearest() {
+    std::fegetenv(&callers_);
+    std::fesetround(FE_TONEAREST);
+  }
+  ~RoundToNearest() { std::fesetenv(&callers_); }
   RoundToNearest(const RoundToNearest&) = delete;
 
  private:
-  unsigned callers_;
+  std::fenv_t callers_;
 };
 
 }  // namespace kip

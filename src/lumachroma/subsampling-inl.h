@@ -311,7 +311,7 @@ class Decode {
   KIP_INLINE void group(const Rows<const Kip8u, Src::kPointers>& from, const Rows<Kip8u, GroupOf::kPointers>& to,
                         size_t first, size_t last) const {
     forBlocks<Src, GroupOf>(from, to, first, last,
-                            [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { block(in, out); });
+                            [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { this->block(in, out); });
   }
 
  private:

@@ -58,7 +58,8 @@ class WeighPairs {
 /// least divisor that does. A factor without one is left as it is.
 constexpr int scaleOf(int factor) {
   for (int scale = 1; scale <= 127; ++scale) {
-    if (factor % scale == 0 && std::abs(factor / scale) <= 32767) return scale;
+    const int scaled = factor / scale;
+    if (factor % scale == 0 && -32767 <= scaled && scaled <= 32767) return scale;
   }
   return 1;
 }
@@ -88,7 +89,7 @@ constexpr ForwardSet kBt709Csc = {{11993, 40239, 4063}, 16, {-6619, -22151, 2877
 constexpr ForwardSet kBt709Hdtv = {{13959, 46858, 4719}, 0, {-7668, -25821, 33489}, {33489, -30409, -3080}};
 
 /// A chroma sum from pairs (B - G, R - G): the factors of R, G and B add up to zero, so these differences say all.
-template <const Row& kRow>
+template <Row kRow>
 struct WeighDifferences : WeighPairs<kRow.b, kRow.r> {
   static_assert(kRow.r + kRow.g + kRow.b == 0);
   KIP_INLINE WeighDifferences() {}
