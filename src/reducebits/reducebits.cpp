@@ -9,6 +9,7 @@
 
 #include "reducebits/bytes-inl.h"
 #include "reducebits/diffusion-inl.h"
+#include "reducebits/fewlevels-inl.h"
 #include "reducebits/levels-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -21,9 +22,9 @@ template <class S, class D>
 struct ReduceEach {
   static void rows(const Job& job, int first, int last) {
     const auto& reduction = *static_cast<const Reduction*>(job.parameters);
-    if (reduction.method == kipDitherNone) return Levels<S, D, Plain<S, D>>::rows(job, first, last);
+    if (reduction.method == kipDitherNone) return withoutNoise<Plain<S, D>>(reduction, job, first, last);
     if constexpr (!std::is_same_v<S, float>) {
-      if (reduction.noise == nullptr) return Levels<S, D, Scaled<S, D>>::rows(job, first, last);
+      if (reduction.noise == nullptr) return withoutNoise<Scaled<S, D>>(reduction, job, first, last);
     }
     if constexpr (sizeof(D) == 1) {
       if (PreciseBytes<S>::suffices(reduction.intervals)) {
@@ -31,6 +32,20 @@ struct ReduceEach {
       }
     }
     return Levels<S, D, Precise<S, D>>::rows(job, first, last);
+  }
+
+ private:
+  static constexpr int kWorthwhile = 1 << 12;  // samples, for which the constants of few levels are looked for
+
+  template <class Op>
+  static void withoutNoise(const Reduction& reduction, const Job& job, int first, int last) {
+    if constexpr (!std::is_same_v<S, float> && sizeof(D) == 1) {
+      if (int64_t{last - first} * job.width * reduction.channels.perPixel >= kWorthwhile) {
+        const FewLevels<S> few(Op(reduction.intervals), reduction);
+        if (few.suffice()) return ReduceToFew<S>::rows(few, job, first, last);
+      }
+    }
+    Levels<S, D, Op>::rows(job, first, last);
   }
 };
 #if KIP_HAS_64_ENTRY_TABLES

@@ -9,6 +9,8 @@
 #include "engine/random.h"
 #include "kipcore.h"
 #include "reducebits/plain.h"
+#include "support/allocation.h"
+#include "support/targets.h"
 
 namespace kip {
 namespace {
@@ -102,6 +104,30 @@ TYPED_TEST(ReduceBits, FollowsTheFormulas) {
         if (this->HasFailure()) return;
       }
     }
+  }
+}
+
+/// Up to 16 levels of bytes are found in integers: every value at every place of the dither's matrix.
+TYPED_TEST(ReduceBits, TakesEveryValueToFewLevelsOfBytes) {
+  using S = typename TypeParam::S;
+  using D = typename TypeParam::D;
+  if constexpr (!std::is_same_v<S, Kip32f> && sizeof(D) == 1) {
+    constexpr int kWidth = 4 << (8 * sizeof(S)), kSamples = 4 * kWidth;
+    std::vector<S> src(kSamples);
+    for (int i = 0; i < kSamples; ++i) src[i] = static_cast<S>(i % kWidth / 4);
+    std::vector<D> expected(kSamples), result(kSamples);
+    for (const KipiDitherType method : {kipDitherNone, kipDitherBayer}) {
+      for (const int levels : {2, 4, 6, 8, 10, 14, 15, 16, 17}) {
+        plain::reduce(Raster{kWidth, 4, 1, 1}, Setting{method, 0, levels}, 1, src, expected);
+        for (const Target& target : vectorTargets()) {
+          target.select();
+          TypeParam::kLayouts[0].function(src.data(), kWidth * int{sizeof(S)}, result.data(), kWidth, {kWidth, 4}, 0,
+                                          method, levels);
+          EXPECT_TRUE(result == expected) << target.name() << ", method " << method << ", " << levels << " levels";
+        }
+      }
+    }
+    bestTarget().select();
   }
 }
 
