@@ -4,8 +4,8 @@
 // precision with an exact power: a much faster one is tried first, and kept wherever its error cannot change the
 // single-precision result.
 
-#include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "engine/transfer709.h"
 
@@ -38,9 +38,7 @@ namespace {
 /// Vectors that go through a curve at once: what one of them waits for, the others need not. With AVX-512, a look-up
 /// among bytes waits for next to nothing, and floats leave no registers for a second vector.
 template <class T>
-constexpr int kAtOnce = sizeof(T) == 2      ? 4
-                        : kHas64EntryTables ? 1
-                                            : 2;
+constexpr int kAtOnce = kHas64EntryTables ? 1 : 2;
 template <class T>
 struct Several {
   Vector<T> v[kAtOnce<T>];
@@ -121,21 +119,34 @@ class ByteCurve {
 // 16-bit samples
 
 /// The job's table of all values.
-class WordTable {
- public:
-  KIP_INLINE explicit WordTable(const Job& job) : table_(static_cast<const Kip16u*>(job.parameters)) {}
+struct WordTable {};
 
-  KIP_INLINE void operator()(Several<uint16_t>& s) const {
-    for (U16& v : s.v) {
-      alignas(64) Kip16u values[kLanes<uint16_t>];
-      hn::Store(v, Tag<uint16_t>(), values);
-      for (Kip16u& value : values) value = table_[value];
-      v = hn::Load(Tag<uint16_t>(), values);
+/// Four samples at a time go through a general register: vectors would be taken apart and put together one by one.
+template <int kPlanes, int kChannels, bool kKeepsFourth>
+struct MapSamples<uint16_t, WordTable, kPlanes, kChannels, kKeepsFourth> {
+  static void rows(const Job& job, int first, int last) {
+    const auto* table = static_cast<const Kip16u*>(job.parameters);
+    for (int y = first; y < last; ++y) {
+      for (int p = 0; p < kPlanes; ++p) {
+        row(table, samples<Kip16u>(job.src.row(p, y)), samples<Kip16u>(job.dst.row(p, y)),
+            static_cast<size_t>(kChannels) * job.width);
+      }
     }
   }
 
  private:
-  const Kip16u* table_;
+  static void row(const Kip16u* table, const Kip16u* src, Kip16u* dst, size_t count) {
+    size_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+      uint64_t from, to = 0;
+      std::memcpy(&from, src + i, sizeof from);
+      if constexpr (kKeepsFourth) std::memcpy(&to, dst + i, sizeof to);
+      to = kKeepsFourth ? to & ~uint64_t{0} << 48 : uint64_t{table[from >> 48]} << 48;
+      for (const int bit : {0, 16, 32}) to |= uint64_t{table[from >> bit & 0xFFFF]} << bit;
+      std::memcpy(dst + i, &to, sizeof to);
+    }
+    for (; i < count; ++i) dst[i] = table[src[i]];
+  }
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -258,7 +269,8 @@ const WordValues& wordValues(Curve curve) {
 
 constexpr Rules kBytes = {.planesBeforeSize = true, .steps = StepCheck::kAfterSize};
 
-/// 16-bit samples: as bytes, and each call takes a table of its own.
+/// 16-bit samples: as bytes, but a call fails where there is no memory for a table of its own. None is filled: what
+/// it would hold is constant.
 struct Words {
   Curve curve;
 };
@@ -266,9 +278,7 @@ KipStatus convert(Kernel kernel, Words words, const ImageArg& src, const ImageAr
   if (const KipStatus status = checkArguments(kBytes, src, dst, size)) return status;
   const Scratch<Kip16u> table(kipsMalloc_16u(kWordValues));
   if (!table) return kipStatusNoMemory;
-  const WordValues& values = wordValues(words.curve);
-  std::copy(values.begin(), values.end(), table.get());
-  return convert(kernel, kBytes, src, dst, size, {.parameters = table.get()});
+  return convert(kernel, kBytes, src, dst, size, {.parameters = wordValues(words.curve).data()});
 }
 
 /// Floats: the value range is looked at before anything else.

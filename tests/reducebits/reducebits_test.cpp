@@ -9,7 +9,6 @@
 #include "engine/random.h"
 #include "kipcore.h"
 #include "reducebits/plain.h"
-#include "support/allocation.h"
 #include "support/targets.h"
 
 namespace kip {
