@@ -1,5 +1,6 @@
 // Peers from OpenCV: cvtColor, transform, LUT and demosaicing. Its 4:2:0 encoder takes the chroma of the top-left pixel
-// of a block; its 8-bit luma and chroma have 14 or 15 bits per coefficient.
+// of a block; its 8-bit luma and chroma have 14 or 15 bits per coefficient. On the way back to RGB it takes three
+// channels, also where it makes four.
 
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
@@ -60,10 +61,12 @@ const PeerTable table("OpenCV", {
   // RGB, YUV and YCbCr
   {{"kipiRGBToYUV_8u_C3R", "kipiRGBToYUV_8u_C3P3R", "kipiRGBToYUV_8u_P3R"}, "RGB2YUV", kSame, color(cv::COLOR_RGB2YUV, kC3, kC3)},
   {{"kipiRGBToYUV_8u_AC4R", "kipiRGBToYUV_8u_AC4P4R"}, "RGB2YUV", kSame, color(cv::COLOR_RGB2YUV, kC4, kC3)},
-  {{"kipiYUVToRGB_8u_C3R", "kipiYUVToRGB_8u_P3C3R", "kipiYUVToRGB_8u_P3R", "kipiYUVToRGB_8u_AC4R"}, "YUV2RGB", kSame, color(cv::COLOR_YUV2RGB, kC3, kC3)},
+  {{"kipiYUVToRGB_8u_C3R", "kipiYUVToRGB_8u_P3C3R", "kipiYUVToRGB_8u_P3R"}, "YUV2RGB", kSame, color(cv::COLOR_YUV2RGB, kC3, kC3)},
+  {{"kipiYUVToRGB_8u_AC4R"}, "YUV2RGB", kSame, color(cv::COLOR_YUV2RGB, kC3, kC4)},
   {{"kipiRGBToYCbCr_8u_C3R", "kipiRGBToYCbCr_8u_C3P3R", "kipiRGBToYCbCr_8u_P3R"}, "RGB2YCrCb", kSame, color(cv::COLOR_RGB2YCrCb, kC3, kC3)},
   {{"kipiRGBToYCbCr_8u_AC4R", "kipiRGBToYCbCr_8u_AC4P3R"}, "RGB2YCrCb", kSame, color(cv::COLOR_RGB2YCrCb, kC4, kC3)},
-  {{"kipiYCbCrToRGB_8u_C3R", "kipiYCbCrToRGB_8u_AC4R", "kipiYCbCrToRGB_8u_P3C3R", "kipiYCbCrToRGB_8u_P3R"}, "YCrCb2RGB", kSame, color(cv::COLOR_YCrCb2RGB, kC3, kC3)},
+  {{"kipiYCbCrToRGB_8u_C3R", "kipiYCbCrToRGB_8u_P3C3R", "kipiYCbCrToRGB_8u_P3R"}, "YCrCb2RGB", kSame, color(cv::COLOR_YCrCb2RGB, kC3, kC3)},
+  {{"kipiYCbCrToRGB_8u_AC4R"}, "YCrCb2RGB", kSame, color(cv::COLOR_YCrCb2RGB, kC3, kC4)},
   {{"kipiYCbCrToRGB_8u_P3C4R"}, "YCrCb2RGB", kSame, color(cv::COLOR_YCrCb2RGB, kC3, kC4)},
   {{"kipiYCbCrToBGR_8u_P3C3R", "kipiYCbCrToBGR_709CSC_8u_P3C3R"}, "YCrCb2BGR", kSame, color(cv::COLOR_YCrCb2BGR, kC3, kC3)},
   {{"kipiYCbCrToBGR_8u_P3C4R", "kipiYCbCrToBGR_709CSC_8u_P3C4R"}, "YCrCb2BGR", kSame, color(cv::COLOR_YCrCb2BGR, kC3, kC4)},
@@ -98,15 +101,20 @@ const PeerTable table("OpenCV", {
   {{"kipiRGBToXYZ_16u_AC4R"}, "RGB2XYZ", kSame, color(cv::COLOR_RGB2XYZ, k16C4, k16C3)},
   {{"kipiRGBToXYZ_32f_C3R"}, "RGB2XYZ", kSame, color(cv::COLOR_RGB2XYZ, kF3, kF3)},
   {{"kipiRGBToXYZ_32f_AC4R"}, "RGB2XYZ", kSame, color(cv::COLOR_RGB2XYZ, kF4, kF3)},
-  {{"kipiXYZToRGB_8u_C3R", "kipiXYZToRGB_8u_AC4R"}, "XYZ2RGB", kSame, color(cv::COLOR_XYZ2RGB, kC3, kC3)},
-  {{"kipiXYZToRGB_16u_C3R", "kipiXYZToRGB_16u_AC4R"}, "XYZ2RGB", kSame, color(cv::COLOR_XYZ2RGB, k16C3, k16C3)},
-  {{"kipiXYZToRGB_32f_C3R", "kipiXYZToRGB_32f_AC4R"}, "XYZ2RGB", kSame, color(cv::COLOR_XYZ2RGB, kF3, kF3)},
+  {{"kipiXYZToRGB_8u_C3R"}, "XYZ2RGB", kSame, color(cv::COLOR_XYZ2RGB, kC3, kC3)},
+  {{"kipiXYZToRGB_8u_AC4R"}, "XYZ2RGB", kSame, color(cv::COLOR_XYZ2RGB, kC3, kC4)},
+  {{"kipiXYZToRGB_16u_C3R"}, "XYZ2RGB", kSame, color(cv::COLOR_XYZ2RGB, k16C3, k16C3)},
+  {{"kipiXYZToRGB_16u_AC4R"}, "XYZ2RGB", kSame, color(cv::COLOR_XYZ2RGB, k16C3, k16C4)},
+  {{"kipiXYZToRGB_32f_C3R"}, "XYZ2RGB", kSame, color(cv::COLOR_XYZ2RGB, kF3, kF3)},
+  {{"kipiXYZToRGB_32f_AC4R"}, "XYZ2RGB", kSame, color(cv::COLOR_XYZ2RGB, kF3, kF4)},
   {{"kipiRGBToLUV_8u_C3R"}, "LRGB2Luv", kSame, color(cv::COLOR_LRGB2Luv, kC3, kC3)},
   {{"kipiRGBToLUV_8u_AC4R"}, "LRGB2Luv", kSame, color(cv::COLOR_LRGB2Luv, kC4, kC3)},
   {{"kipiRGBToLUV_32f_C3R"}, "LRGB2Luv", kSame, color(cv::COLOR_LRGB2Luv, kF3, kF3)},
   {{"kipiRGBToLUV_32f_AC4R"}, "LRGB2Luv", kSame, color(cv::COLOR_LRGB2Luv, kF4, kF3)},
-  {{"kipiLUVToRGB_8u_C3R", "kipiLUVToRGB_8u_AC4R"}, "Luv2LRGB", kSame, color(cv::COLOR_Luv2LRGB, kC3, kC3)},
-  {{"kipiLUVToRGB_32f_C3R", "kipiLUVToRGB_32f_AC4R"}, "Luv2LRGB", kSame, color(cv::COLOR_Luv2LRGB, kF3, kF3)},
+  {{"kipiLUVToRGB_8u_C3R"}, "Luv2LRGB", kSame, color(cv::COLOR_Luv2LRGB, kC3, kC3)},
+  {{"kipiLUVToRGB_8u_AC4R"}, "Luv2LRGB", kSame, color(cv::COLOR_Luv2LRGB, kC3, kC4)},
+  {{"kipiLUVToRGB_32f_C3R"}, "Luv2LRGB", kSame, color(cv::COLOR_Luv2LRGB, kF3, kF3)},
+  {{"kipiLUVToRGB_32f_AC4R"}, "Luv2LRGB", kSame, color(cv::COLOR_Luv2LRGB, kF3, kF4)},
   {{"kipiBGRToLab_8u_C3R", "kipiBGRToLab_8u16u_C3R"}, "LBGR2Lab", kSame, color(cv::COLOR_LBGR2Lab, kC3, kC3)},
   {{"kipiBGRToLab_8u_C3R", "kipiBGRToLab_8u16u_C3R"}, "BGR2Lab", kSame, color(cv::COLOR_BGR2Lab, kC3, kC3)},
   {{"kipiLabToBGR_8u_C3R", "kipiLabToBGR_16u8u_C3R"}, "Lab2LBGR", kSame, color(cv::COLOR_Lab2LBGR, kC3, kC3)},
@@ -119,10 +127,12 @@ const PeerTable table("OpenCV", {
   {{"kipiRGBToHLS_32f_AC4R"}, "RGB2HLS", kSame, color(cv::COLOR_RGB2HLS, kF4, kF3)},
   {{"kipiHLSToRGB_8u_C3R", "kipiHLSToBGR_8u_C3P3R", "kipiHLSToBGR_8u_P3C3R", "kipiHLSToBGR_8u_P3R"}, "HLS2RGB_FULL", kSame, color(cv::COLOR_HLS2RGB_FULL, kC3, kC3)},
   {{"kipiHLSToRGB_8u_AC4R", "kipiHLSToBGR_8u_AC4P4R", "kipiHLSToBGR_8u_AP4C4R", "kipiHLSToBGR_8u_AP4R"}, "HLS2RGB_FULL", kSame, color(cv::COLOR_HLS2RGB_FULL, kC3, kC4)},
-  {{"kipiHLSToRGB_32f_C3R", "kipiHLSToRGB_32f_AC4R"}, "HLS2RGB", kSame, color(cv::COLOR_HLS2RGB, kF3, kF3)},
+  {{"kipiHLSToRGB_32f_C3R"}, "HLS2RGB", kSame, color(cv::COLOR_HLS2RGB, kF3, kF3)},
+  {{"kipiHLSToRGB_32f_AC4R"}, "HLS2RGB", kSame, color(cv::COLOR_HLS2RGB, kF3, kF4)},
   {{"kipiRGBToHSV_8u_C3R"}, "RGB2HSV_FULL", kSame, color(cv::COLOR_RGB2HSV_FULL, kC3, kC3)},
   {{"kipiRGBToHSV_8u_AC4R"}, "RGB2HSV_FULL", kSame, color(cv::COLOR_RGB2HSV_FULL, kC4, kC3)},
-  {{"kipiHSVToRGB_8u_C3R", "kipiHSVToRGB_8u_AC4R"}, "HSV2RGB_FULL", kSame, color(cv::COLOR_HSV2RGB_FULL, kC3, kC3)},
+  {{"kipiHSVToRGB_8u_C3R"}, "HSV2RGB_FULL", kSame, color(cv::COLOR_HSV2RGB_FULL, kC3, kC3)},
+  {{"kipiHSVToRGB_8u_AC4R"}, "HSV2RGB_FULL", kSame, color(cv::COLOR_HSV2RGB_FULL, kC3, kC4)},
 
   // Grey, colour twist, gamma
   {{"kipiRGBToGray_8u_C3C1R", "kipiColorToGray_8u_C3C1R"}, "RGB2GRAY", kSame, color(cv::COLOR_RGB2GRAY, kC3, kC1)},
