@@ -4,7 +4,6 @@
 #include <gst/video/gstvideopool.h>
 #include <gst/video/video.h>
 
-#include <atomic>
 #include <memory>
 
 #include "bayerconverter.h"
@@ -25,12 +24,11 @@ constexpr char kBayerCaps[] = "video/x-bayer";
 constexpr char kRawCaps[] = "video/x-raw";
 constexpr int kSmallest = 2;  // one cell of the pattern
 
-// The order of preference, among those with 8 bits and among those with 16.
-constexpr const char* kBytes[] = {"RGBx", "xRGB", "BGRx", "xBGR", "RGBA", "ARGB", "BGRA", "ABGR", "RGB", "BGR"};
-constexpr const char* kWords[] = {"ARGB64", "ARGB64_LE", "RGBA64_LE", "BGRA64_LE", "ABGR64_LE"};
+// In the order of preference.
+constexpr const char* k8BitFormats[] = {"RGBx", "xRGB", "BGRx", "xBGR", "RGBA", "ARGB", "BGRA", "ABGR", "RGB", "BGR"};
+constexpr const char* k16BitFormats[] = {"ARGB64", "ARGB64_LE", "RGBA64_LE", "BGRA64_LE", "ABGR64_LE"};
 
 enum Property { kMethod = 1, kThreads };
-constexpr BayerMethod kDefaultMethod = gstkip::kBayerBilinear;
 
 struct KipBayer2Rgb {
   GstBaseTransform transform;
@@ -38,9 +36,7 @@ struct KipBayer2Rgb {
 };
 
 struct State {
-  // Set by any thread, read for each picture.
-  std::atomic<BayerMethod> method = kDefaultMethod;
-  std::atomic<unsigned> threads = gstkip::kDefaultThreads;
+  gstkip::Properties properties;
   // Of the streaming thread.
   GstVideoInfo out;
   size_t pictureBytes;
@@ -97,9 +93,9 @@ bool isDeep(const GstStructure* structure) {
 /// 16 bits come first for deep samples, else 8.
 void appendRaw(GstCaps* caps, const GstStructure* bayer) {
   const bool deep = isDeep(bayer);
-  if (deep) appendWith(caps, bayer, kRawCaps, kWords);
-  appendWith(caps, bayer, kRawCaps, kBytes);
-  if (!deep) appendWith(caps, bayer, kRawCaps, kWords);
+  if (deep) appendWith(caps, bayer, kRawCaps, k16BitFormats);
+  appendWith(caps, bayer, kRawCaps, k8BitFormats);
+  if (!deep) appendWith(caps, bayer, kRawCaps, k16BitFormats);
 }
 
 GstCaps* transformCaps(GstBaseTransform*, GstPadDirection direction, GstCaps* caps, GstCaps* filter) {
@@ -173,8 +169,9 @@ gboolean decideAllocation(GstBaseTransform* transform, GstQuery* query) {
 // Pictures.
 
 KipStatus convert(State& state, const GstMapInfo& picture, GstVideoFrame* frame) {
-  state.workers.setCount(state.threads);
-  return state.converter->run(picture.data, frame, state.method, state.workers);
+  state.workers.setCount(state.properties[kThreads]);
+  const auto method = static_cast<BayerMethod>(state.properties[kMethod]);
+  return state.converter->run(picture.data, frame, method, state.workers);
 }
 
 GstFlowReturn transformPicture(GstBaseTransform* transform, GstBuffer* in, GstBuffer* out) {
@@ -214,33 +211,11 @@ gboolean stop(GstBaseTransform* transform) {
 
 // The object.
 
-void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
-  State& state = stateOf(object);
-  switch (id) {
-    case kMethod:
-      state.method = static_cast<BayerMethod>(g_value_get_enum(value));
-      break;
-    case kThreads:
-      state.threads = g_value_get_uint(value);
-      break;
-    default:
-      G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
-  }
+void setProperty(GObject* object, guint id, const GValue* value, GParamSpec*) {
+  stateOf(object).properties.set(id, value);
 }
 
-void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
-  const State& state = stateOf(object);
-  switch (id) {
-    case kMethod:
-      g_value_set_enum(value, state.method);
-      break;
-    case kThreads:
-      g_value_set_uint(value, state.threads);
-      break;
-    default:
-      G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
-  }
-}
+void getProperty(GObject* object, guint id, GValue* value, GParamSpec*) { stateOf(object).properties.get(id, value); }
 
 void finalize(GObject* object) {
   delete static_cast<KipBayer2Rgb*>(static_cast<void*>(object))->state;
@@ -264,7 +239,7 @@ void installProperties(GObjectClass* object) {
   object->get_property = getProperty;
   g_object_class_install_property(object, kMethod,
                                   g_param_spec_enum("method", "Method", "How the missing colours are interpolated",
-                                                    methodType(), kDefaultMethod, gstkip::kPropertyFlags));
+                                                    methodType(), gstkip::kBayerBilinear, gstkip::kPropertyFlags));
   g_object_class_install_property(object, kThreads, gstkip::threadsProperty());
 }
 

@@ -4,7 +4,6 @@
 #include <gst/video/video.h>
 
 #include <algorithm>
-#include <atomic>
 #include <optional>
 #include <string_view>
 
@@ -22,8 +21,6 @@ namespace {
 using gstkip::Conversion;
 
 enum Property { kThreads = 1, kDither, kChromaFilter };
-constexpr KipDitherType kDefaultDither = kipDitherBayer;
-constexpr KipChromaFilter kDefaultChroma = kipChromaLinear;
 
 /// What plans depend on besides the caps.
 struct Settings {
@@ -33,16 +30,15 @@ struct Settings {
 };
 
 struct State {
-  // Set by any thread, read for each frame.
-  std::atomic<unsigned> threads = gstkip::kDefaultThreads;
-  std::atomic<KipDitherType> dither = kDefaultDither;
-  std::atomic<KipChromaFilter> chroma = kDefaultChroma;
+  gstkip::Properties properties;
   // Of the streaming thread.
   std::optional<Settings> planned;  // none without plans
   Conversion frames, fields[2];
   gstkip::Workers workers;
 
-  Settings settings() const { return {dither, chroma}; }
+  Settings settings() const {
+    return {static_cast<KipDitherType>(properties[kDither]), static_cast<KipChromaFilter>(properties[kChromaFilter])};
+  }
 };
 
 struct KipConvert {
@@ -160,7 +156,7 @@ KipStatus convert(State& state, GstVideoFrame* in, GstVideoFrame* out) {
 
 GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* in, GstVideoFrame* out) {
   State& state = stateOf(filter);
-  state.workers.setCount(state.threads);
+  state.workers.setCount(state.properties[kThreads]);
   KipStatus status = kipStatusOk;
   if (state.planned != state.settings()) status = makePlans(state, filter->in_info, filter->out_info);
   if (status == kipStatusOk) status = convert(state, in, out);
@@ -190,39 +186,11 @@ gboolean stop(GstBaseTransform* transform) {
 
 // The object.
 
-void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
-  State& state = stateOf(object);
-  switch (id) {
-    case kThreads:
-      state.threads = g_value_get_uint(value);
-      break;
-    case kDither:
-      state.dither = static_cast<KipDitherType>(g_value_get_enum(value));
-      break;
-    case kChromaFilter:
-      state.chroma = static_cast<KipChromaFilter>(g_value_get_enum(value));
-      break;
-    default:
-      G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
-  }
+void setProperty(GObject* object, guint id, const GValue* value, GParamSpec*) {
+  stateOf(object).properties.set(id, value);
 }
 
-void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
-  const State& state = stateOf(object);
-  switch (id) {
-    case kThreads:
-      g_value_set_uint(value, state.threads);
-      break;
-    case kDither:
-      g_value_set_enum(value, state.dither);
-      break;
-    case kChromaFilter:
-      g_value_set_enum(value, state.chroma);
-      break;
-    default:
-      G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
-  }
-}
+void getProperty(GObject* object, guint id, GValue* value, GParamSpec*) { stateOf(object).properties.get(id, value); }
 
 void finalize(GObject* object) {
   delete static_cast<KipConvert*>(static_cast<void*>(object))->state;
@@ -255,11 +223,11 @@ void installProperties(GObjectClass* object) {
   g_object_class_install_property(object, kThreads, gstkip::threadsProperty());
   g_object_class_install_property(
       object, kDither,
-      g_param_spec_enum("dither", "Dither", "How samples lose bits", ditherType(), kDefaultDither, kPropertyFlags));
+      g_param_spec_enum("dither", "Dither", "How samples lose bits", ditherType(), kipDitherBayer, kPropertyFlags));
   g_object_class_install_property(
       object, kChromaFilter,
       g_param_spec_enum("chroma-filter", "Chroma filter", "How chroma is interpolated and averaged", chromaType(),
-                        kDefaultChroma, kPropertyFlags));
+                        kipChromaLinear, kPropertyFlags));
   gst_type_mark_as_plugin_api(ditherType(), static_cast<GstPluginAPIFlags>(0));
   gst_type_mark_as_plugin_api(chromaType(), static_cast<GstPluginAPIFlags>(0));
 }
