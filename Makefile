@@ -21,7 +21,7 @@ demo: configure-x86-64
 	cmake --build --preset x86-64 --target gallery
 	build/x86-64/gallery gallery $(if $(IMAGE),"$(IMAGE)")
 
-check: DEPENDENCIES = build examples
+check: DEPENDENCIES = build examples gstreamer
 check: $(CHECKED:%=check-%)
 
 check-x86-64-clang: DEPENDENCIES = build clang

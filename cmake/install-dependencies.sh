@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs the Debian packages that are missing, and does nothing when none is.
-# Usage: install-dependencies.sh build|examples|bench|docs|clang|aarch64...
+# Usage: install-dependencies.sh build|examples|gstreamer|bench|docs|clang|aarch64...
 set -eu
 
 build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
@@ -8,6 +8,9 @@ build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
        libgomp1:i386 libpng-dev libturbojpeg0-dev"
 # What the examples need beyond that, and their tests.
 examples="ffmpeg libraw-dev libtiff-dev"
+# What the GStreamer elements need, and their tests.
+gstreamer="libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev gstreamer1.0-tools
+           gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad"
 # What the benchmark compares with; it runs without them as well.
 bench="libopencv-imgproc-dev libyuv-dev libswscale-dev libzimg-dev libraw-dev"
 docs="doxygen"

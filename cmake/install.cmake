@@ -1,5 +1,6 @@
-# What is installed, and the Debian packages: `kipcc` has the libraries, `kipcc-dev` what a compiler needs. Libraries go
-# to the multiarch folder, so that the 32-bit and the 64-bit packages stand side by side.
+# What is installed, and the Debian packages: `kipcc` has the libraries, `kipcc-dev` what a compiler needs,
+# `gstreamer1.0-kipcc` the GStreamer elements. Libraries go to the multiarch folder, so that the 32-bit and the 64-bit
+# packages stand side by side.
 include(CMakePackageConfigHelpers)
 
 set_target_properties(kipcct7 PROPERTIES EXPORT_NAME kipcc INSTALL_RPATH "$ORIGIN")
@@ -27,6 +28,10 @@ configure_file(cmake/kipcc.pc.in kipcc.pc @ONLY)
 configure_file(cmake/kipconvert.pc.in kipconvert.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/kipcc.pc ${CMAKE_BINARY_DIR}/kipconvert.pc DESTINATION ${PKGCONFIG_DIR} COMPONENT development)
 
+if(TARGET gstkipcc)
+  install(TARGETS gstkipcc LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/gstreamer-1.0 COMPONENT gstreamer)
+endif()
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
 # Debian wants an address; this one is in a domain that belongs to nobody. Who distributes packages gives his own.
@@ -50,7 +55,12 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME kipcc-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "Headers, and files for pkg-config and CMake.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "kipcc (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_GSTREAMER_PACKAGE_NAME gstreamer1.0-kipcc)
+set(CPACK_DEBIAN_GSTREAMER_DESCRIPTION "GStreamer elements for colour conversion and demosaicing.")
+set(CPACK_DEBIAN_GSTREAMER_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_GSTREAMER_PACKAGE_DEPENDS "kipcc (= ${PROJECT_VERSION})")
 # This CPack has no variable for the Multi-Arch field, so that it travels with another one.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION "libs\nMulti-Arch: same")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION "libdevel\nMulti-Arch: same")
+set(CPACK_DEBIAN_GSTREAMER_PACKAGE_SECTION "libs\nMulti-Arch: same")
 include(CPack)

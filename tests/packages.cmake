@@ -1,5 +1,5 @@
 # Makes the Debian packages and looks at what they say and hold.
-# -DBUILD=folder -DARCHITECTURE=amd64|i386 -DLIBDIR=lib/... -DVERSION=...
+# -DBUILD=folder -DARCHITECTURE=amd64|i386 -DLIBDIR=lib/... -DVERSION=... -DGSTREAMER=0|1
 
 function(run OUTPUT)
   execute_process(COMMAND ${ARGN} WORKING_DIRECTORY ${BUILD} OUTPUT_VARIABLE TEXT COMMAND_ERROR_IS_FATAL ANY)
@@ -33,3 +33,8 @@ set(PACKAGE_DIR ${LIBDIR}/cmake/kipcc)
 check(kipcc-dev
   "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: kipcc \\(= ${VERSION}\\)"
   "share/doc/kipcc-dev/copyright;include/kipcc.h;include/kipconvert.h;include/kipcore.h;${LIBDIR}/libkipcct7.so;${LIBDIR}/libkipconvert.so;${LIBDIR}/libkipcore.so;${LIBDIR}/pkgconfig/kipcc.pc;${LIBDIR}/pkgconfig/kipconvert.pc;${PACKAGE_DIR}/kipccConfig.cmake;${PACKAGE_DIR}/kipccConfig-release.cmake;${PACKAGE_DIR}/kipccConfigVersion.cmake")
+if(GSTREAMER)
+  check(gstreamer1.0-kipcc
+    "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: [^\n]*kipcc \\(= ${VERSION}\\);Depends: [^\n]*libgstreamer-plugins-base1.0-0 "
+    "${LIBDIR}/gstreamer-1.0/libgstkipcc.so;share/doc/gstreamer1.0-kipcc/copyright")
+endif()

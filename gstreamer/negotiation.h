@@ -1,0 +1,16 @@
+// Which caps a converter has on one side, given those on the other.
+#pragma once
+
+#include <gst/gst.h>
+
+namespace gstkip {
+
+/// What these caps may become, in the order of preference: format and colours may change in system memory, elsewhere
+/// frames only pass through. Nothing that `filter`, unless it is null, excludes.
+GstCaps* otherCaps(GstCaps* caps, GstCaps* filter);
+
+/// The best of `others`, fixed: those that pass frames through, or else the format that loses least and the colours
+/// that `caps` have. `side` is the pad of the fixed `caps`. Takes `others` over.
+GstCaps* bestCaps(GstPadDirection side, GstCaps* caps, GstCaps* others);
+
+}  // namespace gstkip
