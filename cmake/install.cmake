@@ -1,6 +1,8 @@
 # What is installed, and the Debian packages: `kipcc` has the libraries, `kipcc-dev` what a compiler needs,
 # `gstreamer1.0-kipcc` the GStreamer elements. Libraries go to the multiarch folder, so that the 32-bit and the 64-bit
 # packages stand side by side.
+# `kipcc-tools` the programs. Libraries go to the multiarch folder, so that the 32-bit and the 64-bit packages stand
+# side by side.
 include(CMakePackageConfigHelpers)
 
 set_target_properties(kipcct7 PROPERTIES EXPORT_NAME kipcc INSTALL_RPATH "$ORIGIN")
@@ -59,6 +61,11 @@ set(CPACK_DEBIAN_GSTREAMER_PACKAGE_NAME gstreamer1.0-kipcc)
 set(CPACK_DEBIAN_GSTREAMER_DESCRIPTION "GStreamer elements for colour conversion and demosaicing.")
 set(CPACK_DEBIAN_GSTREAMER_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_GSTREAMER_PACKAGE_DEPENDS "kipcc (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME kipcc-tools)
+set(CPACK_DEBIAN_TOOLS_DESCRIPTION "Programs that use the libraries, or check them.")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "kipcc (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
 # This CPack has no variable for the Multi-Arch field, so that it travels with another one.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION "libs\nMulti-Arch: same")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION "libdevel\nMulti-Arch: same")

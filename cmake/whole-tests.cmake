@@ -24,9 +24,10 @@ foreach(WAY cmake pkg-config)
   set_tests_properties(consumer.${WAY} PROPERTIES FIXTURES_REQUIRED installed)
 endforeach()
 
-if(TARGET y4m)
-  add_test(NAME example.y4m COMMAND bash ${PROJECT_SOURCE_DIR}/tests/examples/y4m.sh $<TARGET_FILE:y4m>)
-  set_tests_properties(example.y4m PROPERTIES SKIP_RETURN_CODE 77)
+if(TARGET kipconvert_command)
+  add_test(NAME kipconvert COMMAND bash ${PROJECT_SOURCE_DIR}/tests/tools/kipconvert.sh
+    $<TARGET_FILE:kipconvert_command> ${PROJECT_SOURCE_DIR})
+  set_tests_properties(kipconvert PROPERTIES SKIP_RETURN_CODE 77)
 endif()
 
 if(TARGET gallery)
@@ -38,7 +39,7 @@ find_program(SHLIBDEPS dpkg-shlibdeps)
 if(SHLIBDEPS)
   add_test(NAME packages COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR}
     -DARCHITECTURE=${CPACK_DEBIAN_PACKAGE_ARCHITECTURE} -DLIBDIR=${CMAKE_INSTALL_LIBDIR} -DVERSION=${PROJECT_VERSION}
-    -DGSTREAMER=$<TARGET_EXISTS:gstkipcc>
+    -DGSTREAMER=$<TARGET_EXISTS:gstkipcc> -DHAS_KIPCONVERT=$<TARGET_EXISTS:kipconvert_command>
     -P ${PROJECT_SOURCE_DIR}/tests/packages.cmake)
 endif()
 

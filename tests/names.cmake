@@ -6,7 +6,8 @@ cmake_minimum_required(VERSION 3.25)
 # Functions, enumerators and types, by what follows them.
 file(READ ${ROOT}/include/kipcc.h HEADER)
 file(READ ${ROOT}/include/kipcore.h CORE)
-string(REGEX MATCHALL "[A-Za-z0-9_]+(\\(| = -?[0-9]|;)" DECLARED "${HEADER}${CORE}")
+file(READ ${ROOT}/include/kipconvert.h CONVERT)
+string(REGEX MATCHALL "[A-Za-z0-9_]+(\\(| = -?[0-9]|;| \\(\\(KipStatus)" DECLARED "${HEADER}${CORE}${CONVERT}")
 list(TRANSFORM DECLARED REPLACE "[^A-Za-z0-9_].*$" "")
 
 file(GLOB PAGES RELATIVE ${ROOT} ${ROOT}/*.md ${ROOT}/docs/*.md)

@@ -1,5 +1,5 @@
 # Makes the Debian packages and looks at what they say and hold.
-# -DBUILD=folder -DARCHITECTURE=amd64|i386 -DLIBDIR=lib/... -DVERSION=... -DGSTREAMER=0|1
+# -DBUILD=folder -DARCHITECTURE=amd64|i386 -DLIBDIR=lib/... -DVERSION=... -DGSTREAMER=0|1 -DHAS_KIPCONVERT=0|1
 
 function(run OUTPUT)
   execute_process(COMMAND ${ARGN} WORKING_DIRECTORY ${BUILD} OUTPUT_VARIABLE TEXT COMMAND_ERROR_IS_FATAL ANY)
@@ -29,6 +29,11 @@ run(IGNORED ${CMAKE_CPACK_COMMAND})
 check(kipcc
   "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: [^\n]*libc6 ;Depends: [^\n]*libgomp1 ;Depends: [^\n]*libhwy1 "
   "${LIBDIR}/libkipcct7.so.6.1;${LIBDIR}/libkipconvert.so.1;${LIBDIR}/libkipcore.so.6.1;share/doc/kipcc/copyright")
+if(HAS_KIPCONVERT)
+  check(kipcc-tools
+    "Architecture: ${ARCHITECTURE};Depends: [^\n]*kipcc \\(= ${VERSION}\\);Depends: [^\n]*libpng16-16 "
+    "bin/kipconvert;share/doc/kipcc-tools/copyright;share/man/man1/kipconvert.1")
+endif()
 set(PACKAGE_DIR ${LIBDIR}/cmake/kipcc)
 check(kipcc-dev
   "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: kipcc \\(= ${VERSION}\\)"
