@@ -21,7 +21,7 @@ from ._errors import ConversionWarning, Error
 from .names import *
 from . import _native
 from ._native import *
-from ._native import convert, kipSetNumThreads, ownGetNumThreads, version
+from ._native import convert, kipSetNumThreads, ownGetNumThreads, planes_of, version
 
 Format = namedtuple(
     "Format", "name other_names order family planes has_alpha source_only columns_per_chroma rows_per_chroma"
@@ -37,3 +37,8 @@ functions = {
     name: Function(name, *row[:3], *(side and Side(*side) for side in row[3:]))
     for name, row in _native.functions().items()
 }
+
+
+def format_of(name):
+    """The row of `formats` for any of a format's names, in upper or lower case: "NV12", "I420", "YUY2"."""
+    return formats[_native.format_name(name)]

@@ -91,7 +91,7 @@ const KipFormatInfo& formatOf(PyObject* name) {
   if (!text) throw Raised();
   const KipFormat format = kipFormatByName(text);
   if (format == kipFormatUnknown) {
-    throw Refused{kipStatusUnknownFormat, std::string("there is no format '") + text + "'; kipcc.formats() has all"};
+    throw Refused{kipStatusUnknownFormat, std::string("there is no format '") + text + "'; kipcc.formats has all"};
   }
   const Ref number = owned(PyLong_FromLong(format));
   if (PyDict_SetItem(known, name, number.get()) < 0) throw Raised();
@@ -221,10 +221,22 @@ PyObject* formats(PyObject*, PyObject*) {
   });
 }
 
+PyObject* formatName(PyObject*, PyObject* name) {
+  return guarded("format_of", [&] { return PyUnicode_FromString(formatOf(name).name); });
+}
+
+PyObject* planesOf(PyObject*, PyObject* arguments) {
+  return guarded("planes_of", [&] {
+    PyObject *name, *size;
+    if (!PyArg_ParseTuple(arguments, "OO", &name, &size)) throw Raised();
+    return describePlanes(formatOf(name), sizeOf(size).value_or(KipiSize{1, 1})).release();
+  });
+}
+
 const char* const convertDoc =
     "convert(source, source_format, result_format, *, size=None, matrix=None, range=None, site=None, to_matrix=None, "
     "to_range=None, to_site=None, dither=None, chroma='linear', demosaic='bilinear', out=None, threads=1)\n--\n\n"
-    "Converts a picture between any two formats, such as 'nv12' and 'rgb24'; kipcc.formats() has their names.\n\n"
+    "Converts a picture between any two formats, such as 'nv12' and 'rgb24'; kipcc.formats has their names.\n\n"
     "source: an array, anything with the buffer protocol or DLPack on the processor, or a tuple of planes.\n"
     "    One plane: (height, width), or (height, width, samples); packed 4:2:2 has 2 samples a pixel.\n"
     "    Chroma planes: (rows, columns), or (rows, columns, 2) where they hold pairs.\n"
@@ -241,6 +253,8 @@ const char* const convertDoc =
     "Returns the result in the shape that is described for sources; a tuple of planes where a size is odd and chroma\n"
     "has planes of its own. Other Python threads run in the meantime. Raises kipcc.Error with nothing written.";
 
-const char* const formatsDoc = "formats()\n--\n\nThe formats of kipcc.convert, as rows of a table.";
+const char* const planesDoc =
+    "planes_of(format, size, /)\n--\n\n"
+    "The shape and the type of each plane of a picture, whose size is (width, height).";
 
 }  // namespace kip::python

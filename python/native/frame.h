@@ -15,9 +15,6 @@ struct Frame {
   KipiSize size;
   KipPlanes planes = {};
   bool writeable = true;
-
-  /// What Python gets: an array, or a tuple of the planes.
-  Ref result() const;
 };
 
 /// The picture that an object is: an array of the whole picture, or a sequence of its planes. The size is that of the
@@ -26,5 +23,8 @@ Frame readFrame(const KipFormatInfo& format, PyObject* object, std::optional<Kip
 
 /// New arrays: one for the whole picture where numpy users know its shape, else one for each plane.
 Frame makeFrame(const KipFormatInfo& format, KipiSize size);
+
+/// A list of (shape, type) for the planes.
+Ref describePlanes(const KipFormatInfo& format, KipiSize size);
 
 }  // namespace kip::python

@@ -1,4 +1,4 @@
-"""Makes what the module has from the public headers: generate.py briefs|names|manual HEADER..., to standard output.
+"""Makes what the module has from the public headers: headers.py briefs|names|manual HEADER..., to standard output.
 
 briefs: one C string for each function, in the header's order; the header comes through docs/describe.awk.
 names:  the module kipcc.names, the enumerations of the headers.

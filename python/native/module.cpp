@@ -94,7 +94,9 @@ PyObject* functions(PyObject*, PyObject*) {
 
 PyMethodDef others[] = {
     {"convert", asMethod(convert), METH_FASTCALL | METH_KEYWORDS, convertDoc},
-    {"formats", formats, METH_NOARGS, formatsDoc},
+    {"planes_of", planesOf, METH_VARARGS, planesDoc},
+    {"format_name", formatName, METH_O, "format_name(name, /)\n--\n\nThe first name of a format that has several."},
+    {"formats", formats, METH_NOARGS, "formats()\n--\n\nThe formats of convert as rows of a table."},
     {"kipSetNumThreads", setThreads, METH_O,
      "kipSetNumThreads(count, /)\n--\n\nSets the number of threads that functions which split their rows use."},
     {"ownGetNumThreads", getThreads, METH_NOARGS,

@@ -210,14 +210,30 @@ class Reader {
   Frame frame_;
 };
 
-Ref zeros(const ArrayFormat& format, std::initializer_list<npy_intp> shape) {
-  const int dimensions = static_cast<int>(shape.size()) - (std::data(shape)[shape.size() - 1] == 1 && shape.size() > 2);
-  return owned(PyArray_ZEROS(dimensions, const_cast<npy_intp*>(shape.begin()), format.type, false));
+/// The shape of a plane's array; the third axis is missing where it would be 1.
+std::vector<npy_intp> shapeOf(const ArrayFormat& format, int plane, KipiSize size) {
+  const npy_intp depth = format.depth(plane);
+  std::vector<npy_intp> shape = {format.rows(plane, size), format.columns(plane, size.width) / depth};
+  if (depth > 1) shape.push_back(depth);
+  return shape;
 }
 
-Ref newPlane(const ArrayFormat& format, int plane, KipiSize size) {
-  const int depth = format.depth(plane);
-  return zeros(format, {format.rows(plane, size), format.columns(plane, size.width) / depth, depth});
+Ref zeros(const ArrayFormat& format, std::vector<npy_intp> shape) {
+  return owned(PyArray_ZEROS(static_cast<int>(shape.size()), shape.data(), format.type, false));
+}
+
+Ref newArrays(const ArrayFormat& format, KipiSize size) {
+  const KipFormatInfo& info = format.info;
+  if (info.planes == 1) return zeros(format, shapeOf(format, 0, size));
+  if (format.planesAlike()) return zeros(format, {info.planes, size.height, size.width});
+  const npy_intp columns = format.columns(0, size.width), total = format.total(size);
+  const bool wholeGroups = size.width % (1 << info.chromaShiftX) == 0 && size.height % (1 << info.chromaShiftY) == 0;
+  if (wholeGroups && total % columns == 0) return zeros(format, {total / columns, columns});
+  Ref planes = owned(PyTuple_New(info.planes));
+  for (int i = 0; i < info.planes; ++i) {
+    PyTuple_SET_ITEM(planes.get(), i, zeros(format, shapeOf(format, i, size)).release());
+  }
+  return planes;
 }
 
 }  // namespace
@@ -227,24 +243,23 @@ Frame readFrame(const KipFormatInfo& format, PyObject* object, std::optional<Kip
 }
 
 Frame makeFrame(const KipFormatInfo& info, KipiSize size) {
+  const Ref arrays = newArrays(ArrayFormat(info), size);
+  return readFrame(info, arrays.get(), size, "out");
+}
+
+Ref describePlanes(const KipFormatInfo& info, KipiSize size) {
   const ArrayFormat format(info);
-  if (info.planes == 1) {
-    const Ref array = newPlane(format, 0, size);
-    return readFrame(info, array.get(), size, "out");
+  Ref list = owned(PyList_New(0));
+  for (int i = 0; i < info.planes; ++i) {
+    const std::vector<npy_intp> lengths = shapeOf(format, i, size);
+    Ref shape = owned(PyTuple_New(static_cast<Py_ssize_t>(lengths.size())));
+    for (size_t axis = 0; axis < lengths.size(); ++axis) {
+      PyTuple_SET_ITEM(shape.get(), static_cast<Py_ssize_t>(axis), owned(PyLong_FromSsize_t(lengths[axis])).release());
+    }
+    const Ref row = owned(Py_BuildValue("(NN)", shape.release(), PyArray_DescrFromType(format.type)));
+    if (PyList_Append(list.get(), row.get()) < 0) throw Raised();
   }
-  if (format.planesAlike()) {
-    const Ref array = zeros(format, {info.planes, size.height, size.width});
-    return readFrame(info, array.get(), size, "out");
-  }
-  const npy_intp columns = format.columns(0, size.width), total = format.total(size);
-  const bool wholeGroups = size.width % (1 << info.chromaShiftX) == 0 && size.height % (1 << info.chromaShiftY) == 0;
-  if (wholeGroups && total % columns == 0) {
-    const Ref array = zeros(format, {total / columns, columns});
-    return readFrame(info, array.get(), size, "out");
-  }
-  const Ref planes = owned(PyTuple_New(info.planes));
-  for (int i = 0; i < info.planes; ++i) PyTuple_SET_ITEM(planes.get(), i, newPlane(format, i, size).release());
-  return readFrame(info, planes.get(), size, "out");
+  return list;
 }
 
 }  // namespace kip::python
