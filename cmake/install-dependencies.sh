@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs the Debian packages that are missing, and does nothing when none is.
-# Usage: install-dependencies.sh build|examples|bench|docs...
+# Usage: install-dependencies.sh build|examples|python|bench|docs...
 set -eu
 
 build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
@@ -8,8 +8,11 @@ build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
        libgomp1:i386 libpng-dev libturbojpeg0-dev"
 # What the examples need beyond that, and their tests.
 examples="ffmpeg libraw-dev"
+# The Python module, its tests, and what kipcc-batch and kipcc.dask run on.
+python="python3-dev python3-numpy python3-pytest python3-dask python3-distributed python3-pil python3-setuptools
+        python3-pip python3-wheel libraw-dev"
 # What the benchmark compares with; it runs without them as well.
-bench="libopencv-imgproc-dev libyuv-dev libswscale-dev libzimg-dev libraw-dev"
+bench="libopencv-imgproc-dev libyuv-dev libswscale-dev libzimg-dev libraw-dev python3-opencv python3-av"
 docs="doxygen"
 
 say() { echo "install-dependencies: $*" >&2; }

@@ -43,6 +43,17 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME kipcc-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "Headers, and files for pkg-config and CMake.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "kipcc (= ${PROJECT_VERSION})")
+# Extension modules work with the version of Python that they were built for only.
+if(KIPCC_PYTHON)
+  math(EXPR NEXT_MINOR "${Python3_VERSION_MINOR} + 1")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-kipcc)
+  set(CPACK_DEBIAN_PYTHON_DESCRIPTION "Module for Python, and the command kipcc-batch.")
+  string(CONCAT CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "kipcc (= ${PROJECT_VERSION}), python3-numpy, "
+    "python3 (>= 3.${Python3_VERSION_MINOR}), python3 (<< 3.${NEXT_MINOR})")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "python3-dask, python3-distributed, python3-pil")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+endif()
 # This CPack has no variable for the Multi-Arch field, so that it travels with another one.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION "libs\nMulti-Arch: same")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION "libdevel\nMulti-Arch: same")

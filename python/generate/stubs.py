@@ -6,7 +6,7 @@ import sys
 import kipcc
 from kipcc import _native
 
-HEAD = '''from collections.abc import Sequence
+HEAD = """from collections.abc import Sequence
 from typing import Any
 
 import numpy
@@ -15,7 +15,7 @@ from numpy.typing import ArrayLike, NDArray
 Picture = Any  # an array, or something with the buffer protocol or DLPack
 Planes = Sequence[Picture]
 
-'''
+"""
 TYPES = {
     "copy": "bool", "aval": "int", "coeffs": "ArrayLike | None", "twist": "ArrayLike", "vMin": "float", "vMax": "float",
     "noise": "int", "dtype": "int", "levels": "int", "grid": "int", "srcRoi": "tuple[int, int, int, int] | None",
@@ -49,7 +49,8 @@ def stub(name):
             out=f"{picture_type(function.result)} | None",
         )
     parameters = [
-        p.replace(annotation=types.get(p.name, "Any")) for p in inspect.signature(getattr(_native, name)).parameters.values()
+        p.replace(annotation=types.get(p.name, "Any"))
+        for p in inspect.signature(getattr(_native, name)).parameters.values()
     ]
     text = str(inspect.Signature(parameters)).replace("'", "")
     defaults = {p.default for p in parameters if isinstance(p.default, str)}

@@ -23,3 +23,7 @@ class Error(ValueError):
 
 class ConversionWarning(UserWarning):
     """The picture was converted, but not all of it: sizes that are not whole chroma groups, or nothing to do."""
+
+
+for _class in (Error, ConversionWarning):
+    _class.__module__ = "kipcc"  # where users find them

@@ -15,6 +15,7 @@ import kipcc
 Job = collections.namedtuple("Job", "source result")
 
 
+_COLOURS = ("matrix", "range", "site", "to_matrix", "to_range", "to_site", "dither", "chroma", "demosaic")
 _MODES = {1: "L", 3: "RGB", 4: "RGBA"}  # of Pillow, by the samples of a pixel
 
 
@@ -38,8 +39,7 @@ class Convert:
     """Files of frames, one after the other, to files of frames of another format."""
 
     def __init__(self, arguments):
-        names = ("matrix", "range", "site", "to_matrix", "to_range", "to_site", "dither", "chroma", "demosaic")
-        self.options = {name: getattr(arguments, name) for name in names if getattr(arguments, name) is not None}
+        self.options = {name: value for name in _COLOURS if (value := getattr(arguments, name)) is not None}
         self.source, self.result, self.size = arguments.source_format, arguments.result_format, arguments.size
         self._convert(numpy.zeros(_frame_bytes(self.source, self.size), "u1"))  # refuses what does not fit, at once
 
@@ -185,32 +185,40 @@ def setting(text):
     return name, ast.literal_eval(value)
 
 
+def add_command(commands, work, fill):
+    """A command with its own arguments before those that all have."""
+    command = commands.add_parser(work.__name__.lower(), help=work.__doc__, description=work.__doc__)
+    fill(command)
+    command.add_argument("files", nargs="+", metavar="FILE")
+    command.add_argument("--out", required=True, metavar="FOLDER", help="where the results go")
+    command.add_argument("--scheduler", metavar="ADDRESS", help="of a Dask cluster, such as tcp://host:8786")
+    command.add_argument("--workers", type=int, metavar="N", help="processes on this machine; one for each processor")
+    command.add_argument("--again", action="store_true", help="convert also what is there already")
+    command.set_defaults(work=work)
+
+
+def fill_develop(command):
+    command.add_argument("--method", choices=("linear", "ahd"), default="ahd", help="of demosaicing")
+
+
+def fill_convert(command):
+    command.add_argument("--from", dest="source_format", required=True, metavar="FORMAT")
+    command.add_argument("--to", dest="result_format", required=True, metavar="FORMAT")
+    command.add_argument("--size", type=size, required=True, metavar="WIDTHxHEIGHT")
+    for name in _COLOURS:
+        command.add_argument(f"--{name.replace('_', '-')}", help="as in kipcc.convert")
+
+
+def fill_apply(command):
+    command.add_argument("function", metavar="FUNCTION")
+    command.add_argument("--set", type=setting, action="append", default=[], metavar="NAME=VALUE", help="an argument")
+
+
 def parser():
-    common = argparse.ArgumentParser(add_help=False)
-    common.add_argument("files", nargs="+", metavar="FILE")
-    common.add_argument("--out", required=True, metavar="FOLDER", help="where the results go")
-    common.add_argument("--scheduler", metavar="ADDRESS", help="of a Dask cluster that sees the same files, such as tcp://host:8786")
-    common.add_argument("--workers", type=int, metavar="N", help="processes on this machine; one for each processor")
-    common.add_argument("--again", action="store_true", help="convert also what is there already")
     whole = argparse.ArgumentParser(prog="kipcc-batch", description=__doc__)
-    commands = whole.add_subparsers(dest="command", required=True)
-
-    develop = commands.add_parser("develop", parents=[common], help=Develop.__doc__)
-    develop.add_argument("--method", choices=("linear", "ahd"), default="ahd", help="of demosaicing")
-    develop.set_defaults(work=Develop)
-
-    convert = commands.add_parser("convert", parents=[common], help=Convert.__doc__)
-    convert.add_argument("--from", dest="source_format", required=True, metavar="FORMAT")
-    convert.add_argument("--to", dest="result_format", required=True, metavar="FORMAT")
-    convert.add_argument("--size", type=size, required=True, metavar="WIDTHxHEIGHT")
-    for name in ("matrix", "range", "site", "to-matrix", "to-range", "to-site", "dither", "chroma", "demosaic"):
-        convert.add_argument(f"--{name}", help="as in kipcc.convert")
-    convert.set_defaults(work=Convert)
-
-    apply = commands.add_parser("apply", parents=[common], help=Apply.__doc__)
-    apply.add_argument("function", metavar="FUNCTION")
-    apply.add_argument("--set", type=setting, action="append", default=[], metavar="NAME=VALUE", help="an argument by name")
-    apply.set_defaults(work=Apply)
+    commands = whole.add_subparsers(required=True)
+    for work, fill in ((Develop, fill_develop), (Convert, fill_convert), (Apply, fill_apply)):
+        add_command(commands, work, fill)
     return whole
 
 

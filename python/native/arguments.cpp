@@ -12,8 +12,8 @@ namespace {
 constexpr struct {
   const char* name;
   const char* standard;
-} kTable[kParameters] = {{"out", "None"}, {"copy", "False"}, {"aval", ""},          {"coeffs", "None"},
-                         {"twist", nullptr}, {"vMin", "0.0"},   {"vMax", "1.0"},       {"noise", "0"},
+} kTable[kParameters] = {{"out", "None"},    {"copy", "False"},   {"aval", ""},      {"coeffs", "None"},
+                         {"twist", nullptr}, {"vMin", "0.0"},     {"vMax", "1.0"},   {"noise", "0"},
                          {"dtype", "0"},     {"levels", nullptr}, {"grid", nullptr}, {"srcRoi", "None"}};
 
 int opaque(const Function& function) {
@@ -43,8 +43,8 @@ Ref floats(PyObject* object, npy_intp rows, npy_intp columns, const char* name) 
   Ref array = owned(PyArray_FROMANY(object, NPY_FLOAT32, 1, 2, NPY_ARRAY_CARRAY_RO | NPY_ARRAY_FORCECAST));
   const int dimensions = PyArray_NDIM(array.array());
   const npy_intp* shape = PyArray_DIMS(array.array());
-  const bool fits = rows == 1 ? dimensions == 1 && shape[0] == columns
-                              : dimensions == 2 && shape[0] == rows && shape[1] == columns;
+  const bool fits =
+      rows == 1 ? dimensions == 1 && shape[0] == columns : dimensions == 2 && shape[0] == rows && shape[1] == columns;
   if (!fits) {
     const std::string wanted = (rows > 1 ? std::to_string(rows) + " x " : "") + std::to_string(columns);
     throw Refused{kipStatusBadArgument, std::string(name) + " must be " + wanted + " numbers"};
@@ -119,8 +119,9 @@ Settings::Settings(const Function& function, const Parameters& parameters, const
   using enum Parameter;
   if (values[kCopy]) copy = PyObject_IsTrue(values[kCopy]) == 1;
   if (parameters.has(kAlpha)) arguments.alpha = opaque(function);
-  if (values[kAlpha]) arguments.alpha = integer(values[kAlpha], opaque(function) == 255 ? 0 : -opaque(function) - 1,
-                                                opaque(function), "aval");
+  if (values[kAlpha])
+    arguments.alpha =
+        integer(values[kAlpha], opaque(function) == 255 ? 0 : -opaque(function) - 1, opaque(function), "aval");
   if (values.given(kWeights)) {
     weights_ = floats(values[kWeights], 1, 3, "coeffs");
     arguments.weights = static_cast<const float*>(PyArray_DATA(weights_.array()));

@@ -15,9 +15,9 @@ void fillAlpha(const Callable& callable, const Picture& source, Picture& destina
   static constexpr Kip16u kFull16 = 65535;
   static constexpr Kip16s kFull16s = 32767;
   static constexpr Kip8u kFull8 = 255;
-  const void* full = bytes == 1                                    ? static_cast<const void*>(&kFull8)
+  const void* full = bytes == 1                               ? static_cast<const void*>(&kFull8)
                      : callable.destination.type == NPY_INT16 ? static_cast<const void*>(&kFull16s)
-                                                                   : &kFull16;
+                                                              : &kFull16;
   const size_t rowBytes = destination.size.width * pixelBytes;
   for (npy_intp y = 0; y < destination.size.height; ++y) {
     char* to = static_cast<char*>(destination.argument.plane[0]) + y * destination.argument.step[0];

@@ -16,7 +16,7 @@ struct Callable {
   const Function& function;
   PictureShape source, destination;
   Parameters parameters;
-  bool sameImage;  ///< source and destination may be one image
+  bool sameImage;   ///< source and destination may be one image
   std::string doc;  ///< begins with the signature, as CPython has it
 };
 

@@ -51,7 +51,8 @@ std::string docOf(const Function& function, const PictureShape& source, const Pi
     if (parameters.has(parameter)) doc += std::string(text) + "\n";
   }
   if (!inPlace && function.contract.alpha == Alpha::kUntouched) {
-    doc += "Alpha is left as it is in `out`; in new arrays it is the source's where it has the same type, else opaque.\n";
+    doc +=
+        "Alpha is left as it is in `out`; in new arrays it is the source's where it has the same type, else opaque.\n";
   }
   return doc + "\nMore: print(kipcc.manual.PAGES[\"" + function.group + "\"])";
 }

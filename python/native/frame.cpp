@@ -19,9 +19,7 @@ struct ArrayFormat {
     type = info.isFloat ? NPY_FLOAT32 : elementBytes == 1 ? NPY_UINT8 : NPY_UINT16;
   }
 
-  npy_intp rows(int plane, KipiSize size) const {
-    return ceilDivide(size.height, npy_intp{1} << info.rowShift[plane]);
-  }
+  npy_intp rows(int plane, KipiSize size) const { return ceilDivide(size.height, npy_intp{1} << info.rowShift[plane]); }
   npy_intp columns(int plane, npy_intp width) const {
     return ceilDivide(width, info.groupPixels[plane]) * info.groupBytes[plane] / elementBytes;
   }
@@ -125,7 +123,8 @@ class Reader {
     const int dimensions = PyArray_NDIM(array), depth = format_.depth(plane);
     if (dimensions < 2) refuse("an array of 2 or 3 dimensions is wanted");
     if (!size_) {
-      const bool known = !format_.sharedBytes() && (depth > 1 ? dimensions == 3 && PyArray_DIM(array, 2) == depth : dimensions == 2);
+      const bool known =
+          !format_.sharedBytes() && (depth > 1 ? dimensions == 3 && PyArray_DIM(array, 2) == depth : dimensions == 2);
       if (!known) refuse("its size cannot be read off this shape; give size=(width, height)");
       takeSize(PyArray_DIM(array, 1), PyArray_DIM(array, 0));
     }
@@ -162,13 +161,15 @@ class Reader {
     const npy_intp rows = PyArray_DIM(array, 0), columns = PyArray_DIM(array, 1);
     if (!size_) takeSize(columns, heightOf(rows, columns));
     if (columns != format_.columns(0, size_->width) || format_.total(*size_) != rows * columns) {
-      refuse("this shape is not that of its planes one above the other; give a tuple of planes, or size=(width, height)");
+      refuse(
+          "this shape is not that of its planes one above the other; give a tuple of planes, or size=(width, height)");
     }
     if (contiguousFrom(array, 0)) return setSequence(PyArray_BYTES(array));
     if (!contiguousFrom(array, 1)) refuse("the pixels of a row are not contiguous");
     npy_intp offset = 0;
     for (int i = 0; i < format_.info.planes; ++i) {
-      if (format_.columns(i, size_->width) != columns) refuse("the planes have rows of different lengths, so gaps cannot be");
+      if (format_.columns(i, size_->width) != columns)
+        refuse("the planes have rows of different lengths, so gaps cannot be");
       set(i, PyArray_BYTES(array) + offset, PyArray_STRIDE(array, 0));
       offset += format_.rows(i, *size_) * PyArray_STRIDE(array, 0);
     }
@@ -178,8 +179,10 @@ class Reader {
   npy_intp heightOf(npy_intp rows, npy_intp columns) const {
     constexpr int kRows = 4;  // the most rows that a chroma sample serves
     npy_intp elements = 0;
-    for (int i = 0; i < format_.info.planes; ++i) elements += format_.columns(i, columns) * (kRows >> format_.info.rowShift[i]);
-    return elements == 0 || rows > kLargest || rows * columns * kRows % elements ? 0 : rows * columns * kRows / elements;
+    for (int i = 0; i < format_.info.planes; ++i)
+      elements += format_.columns(i, columns) * (kRows >> format_.info.rowShift[i]);
+    return elements == 0 || rows > kLargest || rows * columns * kRows % elements ? 0
+                                                                                 : rows * columns * kRows / elements;
   }
 
   /// All samples one after the other, without gaps.

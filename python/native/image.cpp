@@ -129,7 +129,8 @@ bool overlap(const Ref& a, const Ref& b) {
 
 /// Whether two arrays of a kind and size have the same rows.
 bool sameArray(const Ref& a, const Ref& b) {
-  return PyArray_DATA(a.array()) == PyArray_DATA(b.array()) && PyArray_STRIDE(a.array(), 0) == PyArray_STRIDE(b.array(), 0);
+  return PyArray_DATA(a.array()) == PyArray_DATA(b.array()) &&
+         PyArray_STRIDE(a.array(), 0) == PyArray_STRIDE(b.array(), 0);
 }
 
 }  // namespace
@@ -257,7 +258,8 @@ void expectApart(std::span<const Ref> sources, std::span<const Ref> destinations
     }
     for (size_t j = 0; j < sources.size(); ++j) {
       if (sameImage && i == j && sameArray(sources[j], destinations[i])) continue;
-      if (overlap(destinations[i], sources[j])) throw Refused{kipStatusBadArgument, "out shares memory with the source"};
+      if (overlap(destinations[i], sources[j]))
+        throw Refused{kipStatusBadArgument, "out shares memory with the source"};
     }
   }
 }

@@ -49,8 +49,8 @@ std::vector<PyMethodDef> methods(std::index_sequence<kIndex...>) {
   std::vector<PyMethodDef> made;
   for (const Vector function : {&entry<kIndex>...}) {
     const Callable& callable = callables()[made.size()];
-    made.push_back({callable.function.name.c_str(), asMethod(function), METH_FASTCALL | METH_KEYWORDS,
-                    callable.doc.c_str()});
+    made.push_back(
+        {callable.function.name.c_str(), asMethod(function), METH_FASTCALL | METH_KEYWORDS, callable.doc.c_str()});
   }
   made.push_back({});
   return made;
@@ -82,10 +82,9 @@ PyObject* functions(PyObject*, PyObject*) {
     Ref all = owned(PyDict_New());
     for (const Callable& callable : callables()) {
       const Function& function = callable.function;
-      const Ref row = owned(Py_BuildValue("(sssNN)", function.group.c_str(), function.parts.source.c_str(),
-                                          function.parts.destination.c_str(),
-                                          sideOf(callable.source, !function.shape.inPlace()),
-                                          sideOf(callable.destination, true)));
+      const Ref row = owned(Py_BuildValue(
+          "(sssNN)", function.group.c_str(), function.parts.source.c_str(), function.parts.destination.c_str(),
+          sideOf(callable.source, !function.shape.inPlace()), sideOf(callable.destination, true)));
       if (PyDict_SetItemString(all.get(), function.name.c_str(), row.get()) < 0) throw Raised();
     }
     return all.release();
@@ -105,8 +104,8 @@ PyMethodDef others[] = {
     {"functions", functions, METH_NOARGS, "functions()\n--\n\nThe functions of kipcc.h as rows of a table."},
     {}};
 
-PyModuleDef definition = {PyModuleDef_HEAD_INIT, "kipcc._native", nullptr, -1, others, nullptr, nullptr, nullptr,
-                          nullptr};
+PyModuleDef definition = {
+    PyModuleDef_HEAD_INIT, "kipcc._native", nullptr, -1, others, nullptr, nullptr, nullptr, nullptr};
 
 PyObject* makeModule() {
   if (PyArray_API == nullptr && _import_array() < 0) throw Raised();

@@ -42,9 +42,9 @@ enum Argument {
   kThreads,
   kArguments
 };
-constexpr const char* kNames[kArguments] = {"source",   "source_format", "result_format", "size",    "matrix",
-                                            "range",    "site",          "to_matrix",     "to_range", "to_site",
-                                            "dither",   "chroma",        "demosaic",      "out",     "threads"};
+constexpr const char* kNames[kArguments] = {"source", "source_format", "result_format", "size",     "matrix",
+                                            "range",  "site",          "to_matrix",     "to_range", "to_site",
+                                            "dither", "chroma",        "demosaic",      "out",      "threads"};
 constexpr int kByPlace = 3;
 
 struct Given {
@@ -177,13 +177,13 @@ void setSize(Recipe& recipe, KipiSize size) {
 
 PyObject* convertFrame(const Given& given) {
   Recipe recipe = recipeOf(given);
-  const Frame source = readFrame(*kipFormatInfo(recipe.from.format), given.value[kSource],
-                                 sizeOf(given.value[kSize]), "source");
+  const Frame source =
+      readFrame(*kipFormatInfo(recipe.from.format), given.value[kSource], sizeOf(given.value[kSize]), "source");
   setSize(recipe, source.size);
   const Plan plan = planOf(recipe);
   const KipFormatInfo& to = *kipFormatInfo(recipe.to.format);
-  const Frame result = given.has(kOut) ? readFrame(to, given.value[kOut], source.size, "out")
-                                       : makeFrame(to, source.size);
+  const Frame result =
+      given.has(kOut) ? readFrame(to, given.value[kOut], source.size, "out") : makeFrame(to, source.size);
   if (!result.writeable) throw Refused{kipStatusBadArgument, "out is read-only"};
   expectApart(source.arrays, result.arrays, false);
   KipStatus status;

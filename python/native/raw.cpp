@@ -45,8 +45,8 @@ PyMethodDef methods[] = {
      "file cannot be read."},
     {}};
 
-PyModuleDef definition = {PyModuleDef_HEAD_INIT, "kipcc._raw", nullptr, -1, methods, nullptr, nullptr, nullptr,
-                          nullptr};
+PyModuleDef definition = {
+    PyModuleDef_HEAD_INIT, "kipcc._raw", nullptr, -1, methods, nullptr, nullptr, nullptr, nullptr};
 
 }  // namespace
 }  // namespace kip::python

@@ -4,7 +4,7 @@ import dask
 import dask.array
 import numpy
 import pytest
-from test_functions import PROTOTYPES, argument, options_of, planes_of, source_of, without_gaps
+from test_functions import PROTOTYPES, argument, options_of, planes_of, source_of
 
 import kipcc
 import kipcc.dask

@@ -232,9 +232,11 @@ def refusals():
     yield "3 planes", lambda out: planes(rgb, out=(out[..., 0], chroma))
     yield "share memory", lambda out: planes(rgb, out=(numpy.zeros((8, 8), "u1"), chroma, chroma))
     yield "4 rows of 4", lambda out: planes(rgb, out=(numpy.zeros((8, 8), "u1"), chroma, chroma[:3]))
-    yield "one step", lambda out: kipcc.kipiRGBToYCbCr_8u_P3R([rgb[:, :, 0].copy(), rgb[:, :, 1].copy(), tall.ravel()[:96].reshape(8, 12)[:, :8]])
+    unlike = [chroma, chroma.copy(), tall.ravel()[:24].reshape(4, 6)[:, :4]]
+    yield "one step", lambda out: kipcc.kipiRGBToYCbCr_8u_P3R(unlike)
     yield "3 x 4", lambda out: kipcc.kipiColorTwist32f_8u_C3R(rgb, out=out, twist=TWIST)
-    yield "within the source", lambda out: kipcc.kipiCFAToRGB_8u_C1C3R(rgb[:, :, 0].copy(), grid=0, srcRoi=(1, 0, 8, 8), out=out)
+    roi = {"grid": 0, "srcRoi": (1, 0, 8, 8)}
+    yield "within the source", lambda out: kipcc.kipiCFAToRGB_8u_C1C3R(chroma.repeat(2, 0).repeat(2, 1), out=out, **roi)
     yield "levels", lambda out: kipcc.kipiReduceBits_8u_C3R(rgb, levels=1, out=out)
 
 
