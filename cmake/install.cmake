@@ -3,11 +3,12 @@
 include(CMakePackageConfigHelpers)
 
 set_target_properties(kipcct7 PROPERTIES EXPORT_NAME kipcc INSTALL_RPATH "$ORIGIN")
+set_target_properties(kipconvert PROPERTIES INSTALL_RPATH "$ORIGIN")
 target_link_libraries(kipcct7 INTERFACE kipcore)  # applications set the number of threads there
 
-install(TARGETS kipcct7 kipcore EXPORT kipcc
+install(TARGETS kipcct7 kipcore kipconvert EXPORT kipcc
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
-install(FILES include/kipcc.h include/kipcore.h
+install(FILES include/kipcc.h include/kipconvert.h include/kipcore.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 
 set(PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kipcc)
@@ -19,7 +20,8 @@ install(FILES ${CMAKE_BINARY_DIR}/kipccConfigVersion.cmake DESTINATION ${PACKAGE
 set(PKGCONFIG_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH PREFIX_FROM_PKGCONFIG /${PKGCONFIG_DIR} /)
 configure_file(cmake/kipcc.pc.in kipcc.pc @ONLY)
-install(FILES ${CMAKE_BINARY_DIR}/kipcc.pc DESTINATION ${PKGCONFIG_DIR} COMPONENT development)
+configure_file(cmake/kipconvert.pc.in kipconvert.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/kipcc.pc ${CMAKE_BINARY_DIR}/kipconvert.pc DESTINATION ${PKGCONFIG_DIR} COMPONENT development)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)

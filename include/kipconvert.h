@@ -289,14 +289,14 @@ KIPAPI KipStatus kipPictureLayout(const KipPicture* picture, size_t alignment, K
 #define kipStatusUnknownFormat ((KipStatus)-40) /**< the format is none of KipFormat */
 #define kipStatusSourceOnly ((KipStatus)-39)    /**< the format cannot be a result: Bayer */
 #define kipStatusSizesDiffer ((KipStatus)-38)   /**< source and destination have different sizes */
-#define kipStatusNeedsMatrix ((KipStatus)-37)   /**< a matrix must be said, and is not */
-#define kipStatusBadMatrix ((KipStatus)-36)    /**< no matrix of KipMatrix, or one for RGB, or the identity for YCbCr */
-#define kipStatusNeedsRange ((KipStatus)-35)   /**< a range must be said, and is not */
-#define kipStatusBadRange ((KipStatus)-34)     /**< no range of KipRange, or limited for floats or Bayer */
-#define kipStatusBadSite ((KipStatus)-33)      /**< no site of KipChromaSite */
-#define kipStatusBadOptions ((KipStatus)-32)   /**< an option that does not exist: size, filter, demosaic, threads */
-#define kipStatusDitherMethod ((KipStatus)-31) /**< error diffusion, which rows by themselves cannot have */
-#define kipStatusBadRows ((KipStatus)-30)      /**< rows that are not whole units, or outside the picture */
+#define kipStatusNeedsMatrix ((KipStatus)-37)   /**< a matrix must be said, and is not, or is the identity */
+#define kipStatusBadMatrix ((KipStatus)-36)     /**< no matrix of KipMatrix, or one for RGB */
+#define kipStatusNeedsRange ((KipStatus)-35)    /**< a range must be said, and is not */
+#define kipStatusBadRange ((KipStatus)-34)      /**< no range of KipRange, or limited for floats or Bayer */
+#define kipStatusBadSite ((KipStatus)-33)       /**< no site of KipChromaSite */
+#define kipStatusBadOptions ((KipStatus)-32)    /**< an option that does not exist: size, filter, demosaic, threads */
+#define kipStatusDitherMethod ((KipStatus)-31)  /**< error diffusion, which rows by themselves cannot have */
+#define kipStatusBadRows ((KipStatus)-30)       /**< rows that are not whole units, or outside the picture */
 
 /** How chroma is interpolated and averaged. */
 typedef enum KIP_INT {

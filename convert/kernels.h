@@ -1,0 +1,89 @@
+// The stages' kernels, one set for each SIMD target. Rows are bytes, whatever the samples; every kernel reads and
+// writes exactly the samples that it is asked for.
+#pragma once
+
+#include "formats.h"
+#include "taps.h"
+
+namespace kip::convert {
+
+/// Plane rows to lanes, one lane per sample of a pixel or group, and back.
+using LoadKernel = void (*)(const uint8_t* row, uint8_t* const* lanes, size_t width);
+using StoreKernel = void (*)(const uint8_t* const* lanes, uint8_t* row, size_t width);
+
+/// Weighted sums of rows. Samples of 16 bits are masked and shifted down first.
+struct RowsWork {
+  const uint8_t* row[Taps::kMost];
+  const int* weight;
+  int count;
+  uint16_t mask;
+  int shift;
+  uint8_t* out;
+  size_t samples;
+};
+using RowsKernel = void (*)(const RowsWork& work);
+
+/// Weighted sums of neighbours: result samples 0 to samples - 1. Source samples beyond them are there to be read, where
+/// the taps reach, and a vector further.
+using ColumnsKernel = void (*)(const Taps& taps, const uint8_t* in, uint8_t* out, size_t samples);
+
+/// Integer sums: result o is
+///   (start + sum over i of factor[o][i] * (((input[i] & mask[i]) << raise[i]) - centre[i])) >> shift,
+/// saturated to 0..most and shifted up. Factors of 16-bit results have 14 more bits, in `low`.
+struct IntegerMatrix {
+  static constexpr int kLowBits = 14;
+  uint16_t mask[3], centre[3];
+  int raise[3];
+  int16_t factor[3][3], low[3][3];
+  alignas(16) int32_t start[3][4][4];  ///< with the rounding, or the thresholds of a 4 x 4 pattern
+  int shift[3];
+  uint16_t most[3];
+  int up[3];
+};
+/// `row` of the picture, for the pattern; columns begin at a multiple of 4.
+using MatrixKernel = void (*)(const IntegerMatrix& matrix, const uint8_t* const* in, uint8_t* const* out,
+                              size_t samples, int row);
+
+/// Sums of floats: ((factor[o][0] * in[0] + factor[o][1] * in[1]) + factor[o][2] * in[2]) + constant[o].
+struct FloatMatrix {
+  float factor[3][3], constant[3];
+};
+using FloatMatrixKernel = void (*)(const FloatMatrix& matrix, int inputs, int outputs, const uint8_t* const* in,
+                                   uint8_t* const* out, size_t samples);
+
+/// Floats to integers: floor(v + threshold), saturated to 0..most and shifted up; NaN is 0.
+struct Rounding {
+  alignas(16) float threshold[4][4];
+  float most;
+  int up;
+};
+using RoundKernel = void (*)(const Rounding& rounding, const uint8_t* in, uint8_t* out, size_t samples, int row);
+
+/// Integer sums are compiled for these types of the first input, of the others, and of results.
+enum class MatrixTypes : uint8_t { k888, k8168, k16168, k8816, k81616, k161616 };
+constexpr int kMatrixTypes = 6;
+
+struct LayoutKernels {
+  LoadKernel load[kPackings];    ///< by packing; null for kPlane
+  StoreKernel store[kPackings];  ///< by packing; null for kPlane
+};
+struct ResamplingKernels {
+  RowsKernel rows[3][3];        ///< by sample types: from, to; null where there is none
+  ColumnsKernel columns[3][3];  ///< the same
+};
+struct MatrixKernels {
+  MatrixKernel matrix[kMatrixTypes][3];  ///< by types and by results less one
+  MatrixKernel scale[2][2];              ///< one channel, by integer types: from, to
+};
+struct FloatKernels {
+  FloatMatrixKernel matrix;
+  RoundKernel round[2];  ///< by integer type
+};
+
+/// Those of the processor's best target.
+const LayoutKernels& layoutKernels();
+const ResamplingKernels& resamplingKernels();
+const MatrixKernels& matrixKernels();
+const FloatKernels& floatKernels();
+
+}  // namespace kip::convert
