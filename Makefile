@@ -6,6 +6,7 @@
 #   make check-aarch64            cross-compiles by clang and tests under qemu
 #   make check-x86-64-clang       builds and tests by clang
 #   make bench                    measures every function beside other libraries
+#   make python                   builds the Python module, build/x86-64/python
 #   make docs                     writes the reference pages, build/x86-64/docs/html/index.html
 
 IMAGE ?=
@@ -14,14 +15,14 @@ CHECKED = x86-64 i386 x86-64-sanitize
 COMPILERS = x86-64-clang aarch64
 
 .NOTPARALLEL:
-.PHONY: demo check bench docs dependencies check-debian13 $(CHECKED:%=check-%) $(CHECKED:%=configure-%)
+.PHONY: demo check bench docs python dependencies check-debian13 $(CHECKED:%=check-%) $(CHECKED:%=configure-%)
 .PHONY: $(COMPILERS:%=check-%) $(COMPILERS:%=configure-%)
 
 demo: configure-x86-64
 	cmake --build --preset x86-64 --target gallery
 	build/x86-64/gallery gallery $(if $(IMAGE),"$(IMAGE)")
 
-check: DEPENDENCIES = build examples gstreamer
+check: DEPENDENCIES = build examples gstreamer python
 check: $(CHECKED:%=check-%)
 
 check-x86-64-clang: DEPENDENCIES = build clang
@@ -37,6 +38,12 @@ check-debian13:
 bench: DEPENDENCIES = build bench
 bench: configure-x86-64
 	cmake --build --preset x86-64 --target bench
+
+python: DEPENDENCIES = build python
+python: dependencies
+	cmake --preset x86-64 -DKIPCC_PYTHON=ON
+	cmake --build --preset x86-64 --target kipcc_python
+	@echo "PYTHONPATH=$(CURDIR)/build/x86-64/python python3"
 
 docs: DEPENDENCIES = build docs
 docs: configure-x86-64

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs the Debian packages that are missing, and does nothing when none is.
-# Usage: install-dependencies.sh build|examples|gstreamer|bench|docs|clang|aarch64...
+# Usage: install-dependencies.sh build|examples|gstreamer|python|bench|docs|clang|aarch64...
 set -eu
 
 build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
@@ -11,8 +11,11 @@ examples="ffmpeg libraw-dev libtiff-dev"
 # What the GStreamer elements need, and their tests.
 gstreamer="libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev gstreamer1.0-tools
            gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad"
+# The Python module, its tests, and what kipcc-batch and kipcc.dask run on.
+python="python3-dev python3-numpy python3-pytest python3-dask python3-distributed python3-pil python3-setuptools
+        python3-pip python3-wheel libraw-dev"
 # What the benchmark compares with; it runs without them as well.
-bench="libopencv-imgproc-dev libyuv-dev libswscale-dev libzimg-dev libraw-dev"
+bench="libopencv-imgproc-dev libyuv-dev libswscale-dev libzimg-dev libraw-dev python3-opencv python3-av"
 docs="doxygen"
 clang="clang libomp-dev"
 # To cross-compile for 64-bit Arm by clang, and to run what comes of it.

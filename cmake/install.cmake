@@ -1,8 +1,6 @@
-# What is installed, and the Debian packages: `kipcc` has the libraries, `kipcc-dev` what a compiler needs,
-# `gstreamer1.0-kipcc` the GStreamer elements. Libraries go to the multiarch folder, so that the 32-bit and the 64-bit
-# packages stand side by side.
-# `kipcc-tools` the programs. Libraries go to the multiarch folder, so that the 32-bit and the 64-bit packages stand
-# side by side.
+# What is installed, and the Debian packages: `kipcc` has the libraries, `kipcc-dev` what a compiler needs, `kipcc-tools`
+# the programs, `gstreamer1.0-kipcc` the GStreamer elements, `python3-kipcc` the Python module. Libraries go to the
+# multiarch folder, so that the 32-bit and the 64-bit packages stand side by side.
 include(CMakePackageConfigHelpers)
 
 set_target_properties(kipcct7 PROPERTIES EXPORT_NAME kipcc INSTALL_RPATH "$ORIGIN")
@@ -13,10 +11,6 @@ install(TARGETS kipcct7 kipcore kipconvert EXPORT kipcc
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
 install(FILES include/kipcc.h include/kipconvert.h include/kipcore.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
-
-# Each package has its licence where Debian looks for it.
-install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kipcc RENAME copyright COMPONENT runtime)
-install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kipcc-dev RENAME copyright COMPONENT development)
 
 set(PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kipcc)
 install(EXPORT kipcc NAMESPACE kipcc:: FILE kipccConfig.cmake DESTINATION ${PACKAGE_DIR} COMPONENT development)
@@ -49,25 +43,37 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 4)
 else()
   set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE amd64)
 endif()
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME kipcc)
-set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "Shared libraries.")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR})
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME kipcc-dev)
-set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "Headers, and files for pkg-config and CMake.")
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "kipcc (= ${PROJECT_VERSION})")
-set(CPACK_DEBIAN_GSTREAMER_PACKAGE_NAME gstreamer1.0-kipcc)
-set(CPACK_DEBIAN_GSTREAMER_DESCRIPTION "GStreamer elements for colour conversion and demosaicing.")
-set(CPACK_DEBIAN_GSTREAMER_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_GSTREAMER_PACKAGE_DEPENDS "kipcc (= ${PROJECT_VERSION})")
-set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME kipcc-tools)
-set(CPACK_DEBIAN_TOOLS_DESCRIPTION "Programs that use the libraries, or check them.")
-set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "kipcc (= ${PROJECT_VERSION})")
-set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
-# This CPack has no variable for the Multi-Arch field, so that it travels with another one.
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION "libs\nMulti-Arch: same")
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION "libdevel\nMulti-Arch: same")
-set(CPACK_DEBIAN_GSTREAMER_PACKAGE_SECTION "libs\nMulti-Arch: same")
+
+# A package of what a component installs, with its licence where Debian looks for it.
+macro(debian_package COMPONENT NAME SECTION DEPENDS DESCRIPTION)
+  string(TOUPPER ${COMPONENT} UPPER)
+  install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${NAME} RENAME copyright COMPONENT ${COMPONENT})
+  set(CPACK_DEBIAN_${UPPER}_PACKAGE_NAME ${NAME})
+  set(CPACK_DEBIAN_${UPPER}_PACKAGE_SECTION "${SECTION}")
+  set(CPACK_DEBIAN_${UPPER}_PACKAGE_DEPENDS "${DEPENDS}")
+  set(CPACK_DEBIAN_${UPPER}_DESCRIPTION "${DESCRIPTION}")
+  set(CPACK_DEBIAN_${UPPER}_PACKAGE_SHLIBDEPS ON)
+endmacro()
+
+# This CPack has no variable for the Multi-Arch field, so that it travels with the section.
+set(MULTIARCH "\nMulti-Arch: same")
+set(SAME_VERSION "kipcc (= ${PROJECT_VERSION})")
+debian_package(runtime kipcc "libs${MULTIARCH}" "" "Shared libraries.")
+debian_package(development kipcc-dev "libdevel${MULTIARCH}" "${SAME_VERSION}"
+  "Headers, and files for pkg-config and CMake.")
+debian_package(tools kipcc-tools utils "${SAME_VERSION}" "Programs that use the libraries, or check them.")
+if(TARGET gstkipcc)
+  debian_package(gstreamer gstreamer1.0-kipcc "libs${MULTIARCH}" "${SAME_VERSION}"
+    "GStreamer elements for colour conversion and demosaicing.")
+endif()
+if(KIPCC_PYTHON)
+  # Extension modules work with the version of Python that they were built for only.
+  math(EXPR NEXT_MINOR "${Python3_VERSION_MINOR} + 1")
+  string(CONCAT PYTHON_DEPENDS "${SAME_VERSION}, python3-numpy, "
+    "python3 (>= 3.${Python3_VERSION_MINOR}), python3 (<< 3.${NEXT_MINOR})")
+  debian_package(python python3-kipcc python "${PYTHON_DEPENDS}" "Module for Python, and the command kipcc-batch.")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "python3-dask, python3-distributed, python3-pil")
+endif()
 include(CPack)
