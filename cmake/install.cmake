@@ -1,4 +1,5 @@
-# What is installed, and the Debian packages: `kipcc` has the libraries, `kipcc-dev` what a compiler needs. Libraries go
+# What is installed, and the Debian packages: `kipcc` has the libraries, `kipcc-dev` what a compiler needs,
+# `kipcc-tools` the programs. Libraries go
 # to the multiarch folder, so that the 32-bit and the 64-bit packages stand side by side.
 include(CMakePackageConfigHelpers)
 
@@ -45,6 +46,11 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME kipcc-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "Headers, and files for pkg-config and CMake.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "kipcc (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME kipcc-tools)
+set(CPACK_DEBIAN_TOOLS_DESCRIPTION "Programs that use the libraries, or check them.")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "kipcc (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
 # This CPack has no variable for the Multi-Arch field, so that it travels with another one.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION "libs\nMulti-Arch: same")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION "libdevel\nMulti-Arch: same")

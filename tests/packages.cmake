@@ -29,6 +29,9 @@ run(IGNORED ${CMAKE_CPACK_COMMAND})
 check(kipcc
   "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: [^\n]*libc6 ;Depends: [^\n]*libgomp1 ;Depends: [^\n]*libhwy1 "
   "${LIBDIR}/libkipcct7.so.6.1;${LIBDIR}/libkipconvert.so.1;${LIBDIR}/libkipcore.so.6.1")
+check(kipcc-tools
+  "Architecture: ${ARCHITECTURE};Depends: [^\n]*kipcc \\(= ${VERSION}\\);Depends: [^\n]*libhwy1 "
+  "bin/kipcc-verify;share/man/man1/kipcc-verify.1")
 set(PACKAGE_DIR ${LIBDIR}/cmake/kipcc)
 check(kipcc-dev
   "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: kipcc \\(= ${VERSION}\\)"
