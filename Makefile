@@ -2,26 +2,47 @@
 #
 #   make demo [IMAGE=photo.jpg]   builds the library and writes gallery/index.html
 #   make check                    builds and tests for 64 and 32 bits, and with sanitizers
+#   make check-threads            looks for races, with ThreadSanitizer
+#   make check-memory             looks for reads of what was never written or is not the library's, with valgrind
+#   make fuzz [SECONDS=60]        calls functions with arguments that a fuzzer finds, in fresh memory and in hostile
 #   make bench                    measures every function beside other libraries
 #   make docs                     writes the reference pages, build/x86-64/docs/html/index.html
 
 IMAGE ?=
+SECONDS ?= 60
 DEPENDENCIES = build
 CHECKED = x86-64 i386 x86-64-sanitize
+CONFIGURED = $(CHECKED) x86-64-sanitize-threads x86-64-fuzz
 
 .NOTPARALLEL:
-.PHONY: demo check bench docs dependencies $(CHECKED:%=check-%) $(CHECKED:%=configure-%)
+.PHONY: demo check check-threads check-memory fuzz bench docs dependencies
+.PHONY: $(CHECKED:%=check-%) $(CONFIGURED:%=configure-%)
 
 demo: configure-x86-64
 	cmake --build --preset x86-64 --target gallery
 	build/x86-64/gallery gallery $(if $(IMAGE),"$(IMAGE)")
 
-check: DEPENDENCIES = build examples
+check: DEPENDENCIES = build examples check
 check: $(CHECKED:%=check-%)
 
 $(CHECKED:%=check-%): check-%: configure-%
 	cmake --build --preset $*
 	ctest --test-dir build/$* --parallel 2 --output-on-failure --no-tests=error
+
+check-threads: configure-x86-64-sanitize-threads
+	cmake --build --preset x86-64-sanitize-threads --target kipcc_tests
+	build/x86-64-sanitize-threads/kipcc_tests --gtest_brief=1 --gtest_filter='FirstCalls.*'
+	build/x86-64-sanitize-threads/kipcc_tests --gtest_brief=1 --gtest_filter='*Threads*'
+
+check-memory: DEPENDENCIES = build memory
+check-memory: configure-x86-64
+	cmake --build --preset x86-64 --target kipcc-verify
+	valgrind --quiet --error-exitcode=3 build/x86-64/kipcc-verify lowest
+
+fuzz: DEPENDENCIES = build fuzz
+fuzz: configure-x86-64-fuzz
+	cmake --build --preset x86-64-fuzz --target fuzz
+	fuzz/run.sh build/x86-64-fuzz $(SECONDS)
 
 bench: DEPENDENCIES = build bench
 bench: configure-x86-64
@@ -31,7 +52,7 @@ docs: DEPENDENCIES = build docs
 docs: configure-x86-64
 	cmake --build --preset x86-64 --target docs
 
-$(CHECKED:%=configure-%): configure-%: dependencies
+$(CONFIGURED:%=configure-%): configure-%: dependencies
 	cmake --preset $*
 
 dependencies:

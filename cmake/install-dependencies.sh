@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs the Debian packages that are missing, and does nothing when none is.
-# Usage: install-dependencies.sh build|examples|bench|docs...
+# Usage: install-dependencies.sh build|examples|check|memory|fuzz|bench|docs...
 set -eu
 
 build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
@@ -11,6 +11,9 @@ examples="ffmpeg libraw-dev"
 # What the benchmark compares with; it runs without them as well.
 bench="libopencv-imgproc-dev libyuv-dev libswscale-dev libzimg-dev libraw-dev"
 docs="doxygen"
+check="abigail-tools"
+memory="valgrind"
+fuzz="clang libomp-dev"
 
 say() { echo "install-dependencies: $*" >&2; }
 
