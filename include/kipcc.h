@@ -40,6 +40,11 @@
  * All functions may be called from any thread at any time. A function runs on the thread that calls it, but where its
  * group says that the rows are split over threads: over as many as ownGetNumThreads tells, which kipSetNumThreads sets,
  * and back only when all are done. Within a parallel region of OpenMP none is split.
+ *
+ * @section versions Versions
+ * Within one SONAME, libkipcct7.so.6.1, no function, enumerator or type changes or goes away, and no function makes other
+ * bytes: functions are only added. Anything else gets a library with another SONAME, which installs beside this one.
+ * kipcc-verify checks the bytes on the machine that it runs on.
  */
 #ifndef KIPCC_H
 #define KIPCC_H
