@@ -5,24 +5,29 @@
 #   make check-debian13           builds and tests in a root of Debian 13: g++ 14, Highway 1.2
 #   make check-aarch64            cross-compiles by clang and tests under qemu
 #   make check-x86-64-clang       builds and tests by clang
+#   make check-threads            looks for races, with ThreadSanitizer
+#   make check-memory             looks for reads of what was never written or is not the library's, with valgrind
+#   make fuzz [SECONDS=60]        calls functions with arguments that a fuzzer finds, in fresh memory and in hostile
 #   make bench                    measures every function beside other libraries
 #   make python                   builds the Python module, build/x86-64/python
 #   make docs                     writes the reference pages, build/x86-64/docs/html/index.html
 
 IMAGE ?=
+SECONDS ?= 60
 DEPENDENCIES = build
 CHECKED = x86-64 i386 x86-64-sanitize
 COMPILERS = x86-64-clang aarch64
+CONFIGURED = $(CHECKED) $(COMPILERS) x86-64-sanitize-threads x86-64-fuzz
 
 .NOTPARALLEL:
-.PHONY: demo check bench docs python dependencies check-debian13 $(CHECKED:%=check-%) $(CHECKED:%=configure-%)
-.PHONY: $(COMPILERS:%=check-%) $(COMPILERS:%=configure-%)
+.PHONY: demo check check-debian13 check-threads check-memory fuzz bench docs python dependencies
+.PHONY: $(CHECKED:%=check-%) $(COMPILERS:%=check-%) $(CONFIGURED:%=configure-%)
 
 demo: configure-x86-64
 	cmake --build --preset x86-64 --target gallery
 	build/x86-64/gallery gallery $(if $(IMAGE),"$(IMAGE)")
 
-check: DEPENDENCIES = build examples gstreamer python
+check: DEPENDENCIES = build examples gstreamer python check
 check: $(CHECKED:%=check-%)
 
 check-x86-64-clang: DEPENDENCIES = build clang
@@ -34,6 +39,21 @@ $(CHECKED:%=check-%) $(COMPILERS:%=check-%): check-%: configure-%
 
 check-debian13:
 	cmake/check-debian13.sh build/debian13
+
+check-threads: configure-x86-64-sanitize-threads
+	cmake --build --preset x86-64-sanitize-threads --target kipcc_tests
+	build/x86-64-sanitize-threads/kipcc_tests --gtest_brief=1 --gtest_filter='FirstCalls.*'
+	build/x86-64-sanitize-threads/kipcc_tests --gtest_brief=1 --gtest_filter='*Threads*'
+
+check-memory: DEPENDENCIES = build memory
+check-memory: configure-x86-64
+	cmake --build --preset x86-64 --target kipcc-verify
+	valgrind --quiet --error-exitcode=3 build/x86-64/kipcc-verify lowest
+
+fuzz: DEPENDENCIES = build fuzz
+fuzz: configure-x86-64-fuzz
+	cmake --build --preset x86-64-fuzz --target fuzz
+	fuzz/run.sh build/x86-64-fuzz $(SECONDS)
 
 bench: DEPENDENCIES = build bench
 bench: configure-x86-64
@@ -49,7 +69,7 @@ docs: DEPENDENCIES = build docs
 docs: configure-x86-64
 	cmake --build --preset x86-64 --target docs
 
-$(CHECKED:%=configure-%) $(COMPILERS:%=configure-%): configure-%: dependencies
+$(CONFIGURED:%=configure-%): configure-%: dependencies
 	cmake --preset $*
 
 dependencies:

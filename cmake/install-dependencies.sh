@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs the Debian packages that are missing, and does nothing when none is.
-# Usage: install-dependencies.sh build|examples|gstreamer|python|bench|docs|clang|aarch64...
+# Usage: install-dependencies.sh build|examples|gstreamer|python|check|memory|fuzz|clang|aarch64|bench|docs...
 set -eu
 
 build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
@@ -20,6 +20,10 @@ docs="doxygen"
 clang="clang libomp-dev"
 # To cross-compile for 64-bit Arm by clang, and to run what comes of it.
 aarch64="$clang lld cmake ninja-build qemu-user libc6-dev:arm64 libstdc++-12-dev:arm64 libhwy-dev:arm64 libgtest-dev:arm64"
+# For the tests of the binary interface, under valgrind, and by libFuzzer.
+check="abigail-tools"
+memory="valgrind"
+fuzz="$clang"
 
 say() { echo "install-dependencies: $*" >&2; }
 

@@ -55,6 +55,11 @@
  * The threads of a process are not those of its forked children. A child forked after a call had split its rows converts
  * on the calling thread only. Where the program has had parallel regions of its own, OpenMP may still hang in a child:
  * kipSetNumThreads(1) there keeps the library from using it.
+ *
+ * @section versions Versions
+ * Within one SONAME, libkipcct7.so.6.1, no function, enumerator or type changes or goes away, and no function makes other
+ * bytes: functions are only added. Anything else gets a library with another SONAME, which installs beside this one.
+ * kipcc-verify checks the bytes on the machine that it runs on.
  */
 #ifndef KIPCC_H
 #define KIPCC_H

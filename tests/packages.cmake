@@ -29,11 +29,13 @@ run(IGNORED ${CMAKE_CPACK_COMMAND})
 check(kipcc
   "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: [^\n]*libc6 ;Depends: [^\n]*libgomp1 ;Depends: [^\n]*libhwy1 "
   "${LIBDIR}/libkipcct7.so.6.1;${LIBDIR}/libkipconvert.so.1;${LIBDIR}/libkipcore.so.6.1;share/doc/kipcc/copyright")
+set(TOOLS bin/kipcc-verify share/doc/kipcc-tools/copyright share/man/man1/kipcc-verify.1)
 if(HAS_KIPCONVERT)
-  check(kipcc-tools
-    "Architecture: ${ARCHITECTURE};Depends: [^\n]*kipcc \\(= ${VERSION}\\);Depends: [^\n]*libpng16-16 "
-    "bin/kipconvert;share/doc/kipcc-tools/copyright;share/man/man1/kipconvert.1")
+  list(APPEND TOOLS bin/kipconvert share/man/man1/kipconvert.1)
 endif()
+check(kipcc-tools
+  "Architecture: ${ARCHITECTURE};Depends: [^\n]*kipcc \\(= ${VERSION}\\);Depends: [^\n]*libhwy1 "
+  "${TOOLS}")
 set(PACKAGE_DIR ${LIBDIR}/cmake/kipcc)
 check(kipcc-dev
   "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: kipcc \\(= ${VERSION}\\)"

@@ -15,7 +15,7 @@ std::vector<PlaneMemory> place(const Case& that, Side side, Placement placement,
   for (const Plane& plane : that.function.planes(side, that.size)) {
     const int slot = firstSlot + static_cast<int>(memory.size());
     // All steps differ that may; the bases have every alignment that the sample type allows.
-    const int gap = 1 + (variation + (shape.stepPerPlane ? slot : firstSlot)) % 7;
+    const int gap = 1 + (variation + (shape.stepPerPlane ? slot : firstSlot)) % 16;
     memory.emplace_back(placement, slot, plane, gap * bytesOf(shape.sample));
   }
   return memory;

@@ -27,7 +27,8 @@ const char* nameOf(Placement placement);
 /// One plane laid out in such memory.
 class PlaneMemory {
  public:
-  /// `slot` tells the planes of one call apart. `gap` is the bytes between padded rows, and moves their first one.
+  /// `slot` tells the planes of one call apart. `gap` is the bytes between padded rows, at most 64,
+  /// and moves their first one.
   PlaneMemory(Placement placement, int slot, Plane plane, int gap);
 
   Plane plane;

@@ -3,10 +3,12 @@
 // Highway keeps the choice of the target in its shared object, which the library and this program both use; so the
 // program makes the library run on one target after another. Where the library has Highway linked into it, this cannot
 // be: then the target is checked that the library chooses by itself, and the last line says so.
+#include <algorithm>
 #include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <span>
 #include <sstream>
 #include <string>
 
@@ -21,15 +23,18 @@ using kip::Target;
 using Hashes = std::vector<uint64_t>;
 
 constexpr const char kUsage[] =
-    "Usage: kipcc-verify [--best | --print | --help]\n"
+    "Usage: kipcc-verify [TARGET...]\n"
+    "       kipcc-verify --print\n"
     "Checks that the installed kipcc library makes the promised bytes on this machine: calls every function on\n"
     "generated images with each set of kernels that the processor runs, and compares hashes of the results.\n"
     "\n"
-    "  --best   checks only the kernels that the library chooses by itself\n"
+    "  TARGET   checks only these sets of kernels: names as in the last line of the output, or `best` for the one "
+    "that\n"
+    "           the library chooses by itself, or `lowest` for the one for the oldest processors\n"
     "  --print  prints the hashes instead: a line for each function, with a hash for each set of its calls\n"
     "\n"
     "Prints a line for each difference and one at the end. Exit status: 0 without differences, 1 with differences,\n"
-    "2 for other arguments. Takes less than a minute on most machines.\n";
+    "2 for other arguments.\n";
 
 constexpr const char kGolden[] =
 #include "golden.inc"
@@ -99,11 +104,30 @@ class Verification {
   size_t compared_ = 0, differences_ = 0;
 };
 
-int verify(bool bestOnly) {
+/// The targets of these names, or all; none where this processor or the library lacks one of them.
+std::vector<Target> targetsOf(std::span<char*> names) {
+  const std::vector<Target> vectors = kip::vectorTargets();
+  std::vector<Target> all = vectors, chosen;
+  all.push_back(kip::fallbackTarget());
+  if (names.empty()) return all;
+  for (const std::string name : names) {
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&](const Target& target) { return target.name() == name; });
+    if (name == "best") {
+      chosen.push_back(all.front());
+    } else if (name == "lowest") {
+      chosen.push_back(vectors.empty() ? all.front() : vectors.back());
+    } else if (found == all.end()) {
+      return {};
+    } else {
+      chosen.push_back(*found);
+    }
+  }
+  return chosen;
+}
+
+int verify(const std::vector<Target>& targets) {
   if (!sharesHighway()) return Verification({kip::bestTarget()}, "the library's own target").run();
-  std::vector<Target> targets = kip::vectorTargets();
-  targets.push_back(kip::fallbackTarget());
-  if (bestOnly) targets.erase(targets.begin() + 1, targets.end());
   std::string names = "targets";
   for (const Target& target : targets) names += " " + target.name();
   return Verification(targets, names).run();
@@ -122,10 +146,11 @@ int print() {
 }  // namespace
 
 int main(int count, char** words) {
-  const std::string option = count > 1 ? words[1] : "";
-  if (count == 1 || (count == 2 && option == "--best")) return verify(count == 2);
-  if (count == 2 && option == "--print") return print();
-  const bool asked = count == 2 && option == "--help";
+  const std::string option = count == 2 ? words[1] : "";
+  if (option == "--print") return print();
+  const std::vector<Target> targets = targetsOf(std::span(words, count).subspan(1));
+  if (!targets.empty()) return verify(targets);
+  const bool asked = option == "--help";
   std::fputs(kUsage, asked ? stdout : stderr);
   return asked ? EXIT_SUCCESS : 2;
 }
