@@ -32,14 +32,29 @@
  * first - kipStatusNullPointer. Steps are not checked. A group that departs from this says so. The array of steps of
  * subsampled planes is not checked for null.
  *
+ * @section memory Memory
+ * Source and destination must not overlap, unless the function is in place or its group allows that both are the same
+ * image. Rows may begin at any address, those of 16-bit and 32-bit samples at odd ones too, and steps need not be whole
+ * samples unless a group rounds them.
+ *
  * @section exactness Exactness
  * The same input gives the same bytes on every processor, in 32 and 64 bits, with any number of threads and any
- * alignment, where floats are rounded as they are when a program starts: to nearest, with subnormal numbers.
+ * alignment, where floats are rounded as they are when a program starts: to nearest, with subnormal numbers. There is
+ * one exception, error diffusion (@ref reducebits). A float result that is not a number is some NaN: its sign and its
+ * payload are unspecified, and differ between processors.
+ *
+ * A call computes with its caller's floating-point state - rounding, subnormals, traps - on all its threads, and leaves
+ * the state of every thread as it was; exception flags may be raised.
  *
  * @section threads Threads
  * All functions may be called from any thread at any time. A function runs on the thread that calls it, but where its
  * group says that the rows are split over threads: over as many as ownGetNumThreads tells, which kipSetNumThreads sets,
- * and back only when all are done. Within a parallel region of OpenMP none is split.
+ * or as there are processors where these are fewer, and back only when all are done. Within a parallel region of OpenMP
+ * none is split. OpenMP ends the process when the system refuses it a thread.
+ *
+ * The threads of a process are not those of its forked children. A child forked after a call had split its rows converts
+ * on the calling thread only. Where the program has had parallel regions of its own, OpenMP may still hang in a child:
+ * kipSetNumThreads(1) there keeps the library from using it.
  */
 #ifndef KIPCC_H
 #define KIPCC_H
@@ -691,9 +706,11 @@ KIPAPI KipStatus kipiHLSToBGR_8u_P3R(const Kip8u* pSrc[3], int srcStep, Kip8u* p
  *    saturate and hand on no error. `noise` spreads the threshold, half an interval, by up to so many percent of an
  *    interval up or down.
  *
- *  The noise is the same on every call. Ordered dither is split among threads by rows, error diffusion by channels.
- *  There a thread that has several channels begins each with the errors of the last rows of the one before, so the bytes
- *  of images with more channels than threads depend on the number of threads: the one exception to the rule above.
+ *  The noise is the same on every call. Ordered dither is split among threads by rows, error diffusion by channels, over
+ *  as many threads as ownGetNumThreads tells, however many processors there are. There a thread that has several
+ *  channels begins each with the errors of the last rows of the one before, so the bytes of images with more channels
+ *  than threads depend on the number of threads that OpenMP grants: the one exception to the rule of exactness. The
+ *  destination must not be the source: threads read the channels of a pixel that others write.
  *
  *  Steps are rounded toward zero to whole samples. Checked after the size, in this order: `noise` within 0..100 -
  *  kipStatusNoiseRange; `levels` - kipStatusDitherLevels; a method that does not exist is kipStatusOk, and nothing is

@@ -8,6 +8,8 @@
 #include "kipcore.h"
 #include "support/allocation.h"
 #include "support/faults.h"
+#include "support/float_state.h"
+#include "support/processors.h"
 #include "support/reference.h"
 #include "support/targets.h"
 
@@ -24,9 +26,13 @@ class EveryFunction : public testing::TestWithParam<const Function*> {
 
   void SetUp() override {
     kipSetNumThreads(1);
+    pretendProcessors(8);
     bestTarget().select();
   }
-  void TearDown() override { kipSetNumThreads(0); }
+  void TearDown() override {
+    kipSetNumThreads(0);
+    pretendProcessors(0);
+  }
 
   const Function& function() const { return *GetParam(); }
 
@@ -163,6 +169,14 @@ TEST_P(EveryFunction, MayHaveRowsFarApart) {
   trial.expect(expected, "");
 }
 
+/// The outcome of one thread, with so many.
+void expectSameWithThreads(const Case& that, const Content& expected, int threads) {
+  kipSetNumThreads(threads);
+  Trial trial(that, plainPlacement(that.function));
+  trial();
+  trial.expect(expected, std::to_string(threads) + " threads");
+}
+
 bool diffuses(const Case& that) {
   return that.function.contract.diffusesErrors && that.settings.choice >= 1 && that.settings.choice <= 3;
 }
@@ -173,13 +187,22 @@ TEST_P(EveryFunction, GivesTheSameBytesWithAnyNumberOfThreads) {
     if (diffuses(that)) continue;
     kipSetNumThreads(1);
     const Content expected = outcomeOf(that).over(contentBefore(that));
-    for (const int threads : {2, 3, 5}) {
-      kipSetNumThreads(threads);
-      Trial trial(that, plainPlacement(function()));
-      trial();
-      trial.expect(expected, std::to_string(threads) + " threads");
-    }
+    for (const int threads : {2, 3, 5}) expectSameWithThreads(that, expected, threads);
     if (HasFailure()) return;
+  }
+}
+
+/// Whatever the worker threads' own floating-point state is.
+TEST_P(EveryFunction, RoundsOnEveryThreadAsItsCallerDoes) {
+  constexpr int kThreads = 3;
+  for (const Case& that : fullCases({{132, 140}})) {
+    if (diffuses(that)) continue;
+    kipSetNumThreads(kThreads);
+    convert(function(), that.size, that.source, that.settings);  // starts them in the usual state
+    const UnusualFloatState state;
+    kipSetNumThreads(1);
+    const Content expected = outcomeOf(that).over(contentBefore(that));
+    expectSameWithThreads(that, expected, kThreads);
   }
 }
 

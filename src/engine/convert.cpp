@@ -1,10 +1,6 @@
 #include "engine/convert.h"
 
-#include <omp.h>
-
-#include <algorithm>
-
-#include "kipcore.h"
+#include "engine/threads.h"
 
 namespace kip {
 namespace {
@@ -16,8 +12,10 @@ KipStatus imagePointer(const ImageArg& image) {
 
 KipStatus planePointers(const ImageArg& image) {
   if (image.planes == 1) return kipStatusOk;
-  const bool given = std::all_of(image.many, image.many + image.planesChecked, [](const void* p) { return p; });
-  return given ? kipStatusOk : kipStatusNullPointer;
+  for (int p = 0; p < image.planesChecked; ++p) {
+    if (image.plane(p) == nullptr) return kipStatusNullPointer;
+  }
+  return kipStatusOk;
 }
 
 KipStatus positiveStep(const ImageArg& image) { return image.step > 0 ? kipStatusOk : kipStatusBadStep; }
@@ -33,7 +31,7 @@ template <class Byte>
 Image<Byte> openImage(const ImageArg& arg) {
   Image<Byte> image;
   for (int p = 0; p < arg.planes; ++p) {
-    image.plane[p] = static_cast<Byte*>(const_cast<void*>(arg.planes == 1 ? arg.single : arg.many[p]));
+    image.plane[p] = static_cast<Byte*>(arg.planes == 1 ? const_cast<void*>(arg.single) : arg.plane(p));
     image.step[p] = arg.steps ? arg.steps[p] : arg.step;
   }
   return image;
@@ -72,19 +70,6 @@ Job makeJob(const ImageArg& src, const ImageArg& dst, KipiSize size) {
   return {.src = openImage<const Kip8u>(src), .dst = openImage<Kip8u>(dst), .width = size.width, .height = size.height};
 }
 
-void runKernel(Kernel kernel, const Job& job, int groups, bool threaded) {
-  const int threads = threaded && !omp_in_parallel() ? std::min(ownGetNumThreads(), groups) : 1;
-  if (threads <= 1) return kernel(job, 0, groups);
-#pragma omp parallel num_threads(threads)
-  {
-    // The static partition: contiguous blocks, the larger ones first.
-    const int team = omp_get_num_threads(), me = omp_get_thread_num();
-    const int share = groups / team, larger = groups % team;
-    const int first = me * share + std::min(me, larger);
-    kernel(job, first, first + share + (me < larger ? 1 : 0));
-  }
-}
-
 KipStatus convert(Kernel kernel, const Rules& rules, const ImageArg& src, const ImageArg& dst, KipiSize size,
                   const Extras& extras) {
   if (const KipStatus status = checkArguments(rules, src, dst, size, extras.parameters)) return status;
@@ -94,7 +79,8 @@ KipStatus convert(Kernel kernel, const Rules& rules, const ImageArg& src, const 
   roundSteps(job.dst, rules.stepUnit);
   job.alpha = extras.alpha;
   job.parameters = extras.parameters;
-  runKernel(kernel, job, size.height / rules.rowsPerGroup, splitsRows(rules.threads, size));
+  const Team team = splitsRows(rules.threads, size) ? Team::kProcessors : Team::kCallerOnly;
+  runKernel(kernel, job, size.height / rules.rowsPerGroup, team);
   return size.width % rules.warnWidth || size.height % rules.warnHeight ? kipStatusOddSize : kipStatusOk;
 }
 

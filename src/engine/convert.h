@@ -32,9 +32,6 @@ KipStatus checkArguments(const Rules& rules, const ImageArg& src, const ImageArg
 /// The images of a call whose arguments have been checked.
 Job makeJob(const ImageArg& src, const ImageArg& dst, KipiSize size);
 
-/// Runs the kernel over `groups` row groups, split in contiguous blocks over the worker threads where asked to.
-void runKernel(Kernel kernel, const Job& job, int groups, bool threaded);
-
 /// The optional arguments of a call.
 struct Extras {
   int alpha = 0;

@@ -164,8 +164,9 @@ KIP_INLINE void replaceChannel(const uint16_t* levels, int channel, uint8_t* to)
 template <class T, int kPerPixel>
 KIP_INLINE void putChannel(const uint16_t* levels, uint8_t* to, int count) {
 #pragma GCC unroll 8
-  for (int i = 0; i < count; ++i)
-    samples<T>(to)[i * kPerPixel] = static_cast<T>(levels[i] - (std::is_signed_v<T> ? 32768 : 0));
+  for (int i = 0; i < count; ++i, to += kPerPixel * sizeof(T)) {
+    storeSample(static_cast<T>(levels[i] - (std::is_signed_v<T> ? 32768 : 0)), to);
+  }
 }
 
 }  // namespace HWY_NAMESPACE

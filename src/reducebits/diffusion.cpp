@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <new>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "reducebits/diffusion.cpp"
@@ -156,9 +157,13 @@ struct BandPlaces {
 
 /// A band has more streams than the hardware prefetcher tracks. Their lines go to the second-level cache: in the
 /// first one they would drive out one another.
-KIP_INLINE void prefetchNext(const uint8_t* from, int bytes) {
-  constexpr int kForReading = 0, kSecondLevel = 2, kStepsAhead = 3;
-  for (int i = 0; i < bytes; i += 64) __builtin_prefetch(from + kStepsAhead * bytes + i, kForReading, kSecondLevel);
+KIP_INLINE void prefetchNext(const uint8_t* row, ptrdiff_t offset, int bytes) {
+  constexpr int kForReading = 0, kSecondLevel = 2, kStepsAhead = 3, kCacheLine = 64;
+  // A number: it may be outside the image, where there are no pointers.
+  const uintptr_t from = reinterpret_cast<uintptr_t>(row) + offset + kStepsAhead * bytes;
+  for (int i = 0; i < bytes; i += kCacheLine) {
+    __builtin_prefetch(reinterpret_cast<const void*>(from + i), kForReading, kSecondLevel);
+  }
 }
 
 template <class S, int kPerPixel, class Sample>
@@ -166,11 +171,13 @@ void readSamples(const Job& job, const BandPlaces& band, BandRows<Sample>& sampl
   constexpr int kBytes = kPerPixel * sizeof(S);
   for (int row = 0; row < band.rows; ++row) {
     const Place& place = band.of[row];
-    const uint8_t* from = job.src.row(0, band.y + row) + place.first * kBytes;
-    prefetchNext(from, kSteps * kBytes);
+    const uint8_t* from = job.src.row(0, band.y + row);
+    prefetchNext(from, place.first * kBytes, kSteps * kBytes);
+    if (place.inside() == 0) continue;
+    from += (place.first + place.begin) * kBytes;
     alignas(64) uint8_t inside[kSteps * kBytes];
     if (place.inside() < kSteps) {
-      std::copy(from + place.begin * kBytes, from + place.end * kBytes, inside + place.begin * kBytes);
+      std::copy(from, from + place.inside() * kBytes, inside + place.begin * kBytes);
       from = inside;
     }
     takeChannel<S, kPerPixel>(from, band.channel, samples.at[row]);
@@ -182,18 +189,20 @@ void writeLevels(const Job& job, const BandPlaces& band, const BandRows<uint16_t
   constexpr int kBytes = kPerPixel * sizeof(D);
   for (int row = 0; row < band.rows; ++row) {
     const Place& place = band.of[row];
-    uint8_t* to = job.dst.row(0, band.y + row) + place.first * kBytes;
-    prefetchNext(to, kSteps * kBytes);
-    const int begin = place.begin * kBytes, end = place.end * kBytes;
+    uint8_t* to = job.dst.row(0, band.y + row);
+    prefetchNext(to, place.first * kBytes, kSteps * kBytes);
+    if (place.inside() == 0) continue;
+    to += (place.first + place.begin) * kBytes;
+    const int bytes = place.inside() * kBytes;
     if (band.sharesPixels) {
-      putChannel<D, kPerPixel>(levels.at[row] + place.begin, to + begin + band.channel * sizeof(D), place.inside());
+      putChannel<D, kPerPixel>(levels.at[row] + place.begin, to + band.channel * sizeof(D), place.inside());
     } else if (place.inside() == kSteps) {
       replaceChannel<D, kPerPixel>(levels.at[row], band.channel, to);
     } else {
       alignas(64) uint8_t inside[kSteps * kBytes];
-      std::copy(to + begin, to + end, inside + begin);
+      std::copy_n(to, bytes, inside + place.begin * kBytes);
       replaceChannel<D, kPerPixel>(levels.at[row], band.channel, inside);
-      std::copy(inside + begin, inside + end, to + begin);
+      std::copy_n(inside + place.begin * kBytes, bytes, to);
     }
   }
 }
@@ -205,17 +214,31 @@ struct BandAccess {
   void (*write)(const Job& job, const BandPlaces& band, const BandRows<uint16_t>& levels);
 };
 
+/// The large part of what a band is worked on in.
+template <class Sample>
+struct BandMemory {
+  static constexpr int kMostSkew = 4;
+  static constexpr int kColumns = (kSteps + 3 * kMostSkew + kLanes<float> - 1) / kLanes<float> * kLanes<float>;
+
+  BandRows<Sample> samples;
+  BandRows<uint16_t> levels;
+  alignas(64) float thresholds[kBand][kColumns];
+  BandState<Sample> steps;
+};
+static_assert(sizeof(BandMemory<float>) <= kBandFloats * sizeof(float));
+
 /// Error diffusion of channels one after the other. The errors of the last rows of one are those above the next one.
 template <class Sample>
 class DiffuseChannels {
  public:
   DiffuseChannels(const Job& job, const BandAccess<Sample>& access, const Scale& scale, bool normalize,
-                  float* errorRows)
+                  float* errorRows, float* band)
       : job_(job),
         reduction_(*static_cast<const Reduction*>(job.parameters)),
         access_(access),
         scale_(scale),
-        normalize_(normalize) {
+        normalize_(normalize),
+        memory_(*new (band) BandMemory<Sample>) {
     for (int up = 0; up < kAbove; ++up) above_[up] = errorRows + up * reduction_.errorRowLength;
     std::fill_n(errorRows, kAbove * reduction_.errorRowLength, 0.f);
     band_.thresholdStep = reduction_.noise != nullptr;
@@ -252,12 +275,12 @@ class DiffuseChannels {
     begin();
     for (int64_t s = 0; s < steps; s += kSteps) {
       place(s);
-      access_.read(job_, places_, samples_);
-      toSteps([&](int row) KIP_INLINE_LAMBDA { return samples_.at[row]; }, band_.samples);
+      access_.read(job_, places_, memory_.samples);
+      toSteps([&](int row) KIP_INLINE_LAMBDA { return memory_.samples.at[row]; }, band_.samples);
       if (reduction_.noise != nullptr) readThresholds(s);
       diffuse<kDiffusion>({above_[0] + s, above_[1] + s});
-      toRows(band_.levels, levels_);
-      access_.write(job_, places_, levels_);
+      toRows(band_.levels, memory_.levels);
+      access_.write(job_, places_, memory_.levels);
       for (int up = 1; up <= kAbove; ++up) keepErrors(up, s);
       std::memmove(band_.errors[0], band_.errors[kSteps], kHistory * sizeof(band_.errors[0]));
     }
@@ -329,10 +352,11 @@ class DiffuseChannels {
       for (int i = 0; i < kSteps + 3 * skew_; i += kLanes<float>) {
         F32 noise[4];
         loadNoise(values, columns + i, noise);
-        for (int row = 0; row < 4; ++row) hn::Store(noise[row], Tag<float>(), &thresholds_[group + row][i]);
+        for (int row = 0; row < 4; ++row) hn::Store(noise[row], Tag<float>(), &memory_.thresholds[group + row][i]);
       }
     }
-    toSteps([&](int row) KIP_INLINE_LAMBDA { return thresholds_[row] + (3 - row % 4) * skew_; }, band_.thresholds);
+    toSteps([&](int row) KIP_INLINE_LAMBDA { return memory_.thresholds[row] + (3 - row % 4) * skew_; },
+            band_.thresholds);
   }
 
   /// The errors of the row that is `up` rows above the next band.
@@ -342,9 +366,6 @@ class DiffuseChannels {
     for (int i = place.begin; i < place.end; ++i) above_[up - 1][place.first + i] = band_.errors[kHistory + i][lane];
   }
 
-  static constexpr int kMostTrail = 4;
-  static constexpr int kColumns = (kSteps + 3 * kMostTrail + kLanes<float> - 1) / kLanes<float> * kLanes<float>;
-
   const Job& job_;
   const Reduction& reduction_;
   const BandAccess<Sample> access_;
@@ -353,10 +374,8 @@ class DiffuseChannels {
   float* above_[kAbove];
   int skew_ = 0;
   BandPlaces places_;
-  BandRows<Sample> samples_;
-  BandRows<uint16_t> levels_;
-  alignas(64) float thresholds_[kBand][kColumns];
-  BandState<Sample> band_;
+  BandMemory<Sample>& memory_;
+  BandState<Sample>& band_ = memory_.steps;
 };
 
 template <class Sample, class S, class D>
@@ -380,7 +399,8 @@ void Diffuse<S, D>::channels(const Job& job, int first, int last) {
   const float full = kFullScale<D>;
   const Scale scale = {full, intervalOf(reduction.intervals, full), reduction.intervals / full, kNormal<S>};
   float* errorRows = reduction.errorRows + first * kAbove * reduction.errorRowLength;
-  DiffuseChannels<Sample>(job, accessFor<Sample, S, D>(reduction.channels.perPixel), scale, kNormalize, errorRows)
+  float* band = reduction.bands + first * kBandFloats;
+  DiffuseChannels<Sample>(job, accessFor<Sample, S, D>(reduction.channels.perPixel), scale, kNormalize, errorRows, band)
       .channels(first, last);
 }
 

@@ -53,6 +53,7 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 #include "engine/convert.h"
+#include "engine/threads.h"
 
 namespace kip {
 namespace {
@@ -107,10 +108,23 @@ KipStatus makeNoise(NoiseTables& tables, const Request& request, const Reduction
   return tables.make(percent(50 - request.noise), percent(50 + request.noise));
 }
 
-Scratch<Kip32f> allocateErrorRows(size_t rowLength, int channels) {
-  const size_t count = kErrorRows * rowLength * channels;
-  return Scratch<Kip32f>(count > INT_MAX ? nullptr : kipsMalloc_32f(static_cast<int>(count)));
-}
+/// What error diffusion works in: the caller's rows may be long, and the stacks of threads short.
+struct DiffusionMemory {
+  Scratch<Kip32f> errorRows, bands;
+
+  KipStatus allocate(Reduction& reduction, int width) {
+    const int64_t rowLength = int64_t{width} + kErrorRowPad;
+    const int64_t inRows = kErrorRows * rowLength * reduction.channels.reduced;
+    if (inRows > INT_MAX) return kipStatusNoMemory;
+    errorRows.reset(kipsMalloc_32f(static_cast<int>(inRows)));
+    bands.reset(kipsMalloc_32f(kBandFloats * reduction.channels.reduced));
+    if (!errorRows || !bands) return kipStatusNoMemory;
+    reduction.errorRowLength = static_cast<size_t>(rowLength);
+    reduction.errorRows = errorRows.get();
+    reduction.bands = bands.get();
+    return kipStatusOk;
+  }
+};
 
 /// Steps as whole samples, rounded toward zero.
 ImageArg wholeSamples(ImageArg image, int sampleBytes) {
@@ -132,19 +146,19 @@ KipStatus convert(Kernel kernel, const Depths& depths, const ImageArg& src, cons
     if (const KipStatus status = makeNoise(noise, request, reduction, depths)) return status;
     reduction.noise = &noise;
   }
-  Scratch<Kip32f> errorRows;
+  DiffusionMemory memory;
   if (diffuses(request.method)) {
-    reduction.errorRowLength = static_cast<size_t>(size.width) + kErrorRowPad;
-    errorRows = allocateErrorRows(reduction.errorRowLength, request.channels.reduced);
-    if (!errorRows) return kipStatusNoMemory;
-    reduction.errorRows = errorRows.get();
+    if (const KipStatus status = memory.allocate(reduction, size.width)) return status;
   }
 
   Job job = makeJob(wholeSamples(src, depths.srcBytes), wholeSamples(dst, depths.dstBytes), size);
   job.parameters = &reduction;
-  // Errors are diffused within channels, which the threads share out among them; everything else goes by rows.
-  const int groups = diffuses(request.method) ? request.channels.reduced : size.height;
-  runKernel(kernel, job, groups, request.method != kipDitherNone);
+  if (diffuses(request.method)) {
+    // The threads share out the channels; how many threads there are, the result shows.
+    runKernel(kernel, job, request.channels.reduced, Team::kAsTold);
+  } else {
+    runKernel(kernel, job, size.height, request.method == kipDitherNone ? Team::kCallerOnly : Team::kProcessors);
+  }
   return kipStatusOk;
 }
 

@@ -20,13 +20,16 @@ struct Reduction {
   Channels channels;
   float intervals;  ///< between the levels: one less than there are levels
   const NoiseTables* noise = nullptr;
-  float* errorRows = nullptr;  ///< for error diffusion, of each channel kErrorRows rows
+  // For error diffusion, of each channel:
+  float* errorRows = nullptr;  ///< kErrorRows rows
   size_t errorRowLength = 0;
+  float* bands = nullptr;  ///< kBandFloats, aligned to 64 bytes: what a band of rows is worked on in
 };
 
-constexpr int kErrorRows = 2;      // the rows above a band of rows: as many as the widest diffusion reaches back
-constexpr int kBand = 32;          // rows whose errors are diffused at the same time
-constexpr int kErrorRowPad = 256;  // zeros behind an error row, for the rows behind the first one of a band
+constexpr int kErrorRows = 2;       // the rows above a band of rows: as many as the widest diffusion reaches back
+constexpr int kBandFloats = 20480;  // enough for every target and type of samples
+constexpr int kBand = 32;           // rows whose errors are diffused at the same time
+constexpr int kErrorRowPad = 256;   // zeros behind an error row, for the rows behind the first one of a band
 
 /// The size of an interval on a scale, which the contract wants computed as 65280 / 256 where the scale is 255.
 inline float intervalOf(float intervals, float fullScale) {

@@ -197,6 +197,19 @@ TEST(ReduceBitsOfFloats, SaturatesWhatIsOutsideTheScale) {
   EXPECT_GT(std::accumulate(reduced, reduced + 6, 0), 0);
 }
 
+/// Rows whose errors are more than a size can tell in 32 bits. There are no such pixels: nothing may be touched.
+TEST(ErrorDiffusion, HasNoMemoryForTheLongestRows) {
+  Kip8u pixel[4] = {};
+  struct Row {
+    Function<Kip8u, Kip8u> reduce;
+    int width;
+  };
+  for (const auto& [reduce, width] : {Row{kipiReduceBits_8u_C4R, 1 << 29}, Row{kipiReduceBits_8u_C3R, 715827883},
+                                      Row{kipiReduceBits_8u_C1R, 2147483500}}) {
+    EXPECT_EQ(reduce(pixel, 4, pixel, 4, {width, 1}, 0, kipDitherFS, 2), kipStatusNoMemory) << width;
+  }
+}
+
 TEST(ReduceBitsSteps, AreRoundedTowardZeroToSamples) {
   const Kip16u src[] = {0, 65535, 30000, 40000};
   Kip16u dst[] = {1, 1, 1, 1};
