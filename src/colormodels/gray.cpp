@@ -1,6 +1,7 @@
 // Grey from colour: Y = 0.299 R + 0.587 G + 0.114 B, or a weighted sum with the caller's weights.
 
 #include <algorithm>
+#include <cmath>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "colormodels/gray.cpp"
@@ -19,8 +20,9 @@ inline const float* grayWeights(const Job& job) {
   return job.parameters ? static_cast<const float*>(job.parameters) : kBt601;
 }
 
-/// A weight x 2^12, rounded, as the signed 16-bit number that it is kept in.
+/// A weight x 2^12, rounded, as the signed 16-bit number that it is kept in; 0 for NaN.
 inline int weight12(float weight) {
+  if (std::isnan(weight)) return 0;
   const double scaled = std::clamp(weight * 4096.0 + 0.5, -2147483648.0, 2147483647.0);
   return static_cast<int16_t>(static_cast<int32_t>(scaled));
 }

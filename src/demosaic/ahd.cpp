@@ -121,7 +121,7 @@ KIP_INLINE F32 limit(F32 v, F32 low, F32 high) { return hn::Min(hn::Max(v, low),
 template <class T>
 void samples(const T* row, int width, int64_t first, int64_t last, float* to) {
   const hn::Rebind<T, Tag<float>> d;
-  const auto single = [&](int64_t x) { to[x - first] = row[mirrored(x, width)]; };
+  const auto single = [&](int64_t x) { to[x - first] = loadSample<T>(row + mirrored(x, width)); };
   int64_t x = first;
   for (; x < 0; ++x) single(x);
   for (; x + kFloats <= std::min<int64_t>(last, width); x += kFloats) {

@@ -105,7 +105,7 @@ void fewColumns(const RowJob<T>& job, int first, int last) {
   RowsAround<T> rows;
   for (int i = 0; i < kRows; ++i) {
     for (int64_t x = first - kGradientReach; x < int64_t{last} + kGradientReach; ++x) {
-      around[i][x - first + kGradientReach] = job.rows.at[i][mirrored(x, job.imageWidth)];
+      around[i][x - first + kGradientReach] = loadSample<T>(job.rows.at[i] + mirrored(x, job.imageWidth));
     }
     rows.at[i] = around[i] + kGradientReach;
   }

@@ -353,6 +353,7 @@ KIP_INLINE void forRows(int first, int last, size_t pixels, const RowsAt& rowsAt
 
 /// In pieces below the non-temporal threshold of memcpy, which is slower above it here.
 void copyRow(const Kip8u* from, Kip8u* to, size_t bytes) {
+  if (from == to) return;
   constexpr size_t kPiece = 512 << 10;
   for (size_t at = 0; at < bytes; at += kPiece) std::memcpy(to + at, from + at, std::min(kPiece, bytes - at));
 }

@@ -163,5 +163,13 @@ TEST(Gray, IsTheWeightedSum) {
   EXPECT_EQ(functions, 16);
 }
 
+TEST(Gray, OfBytesTakesAWeightThatIsNoNumberForZero) {
+  const Function& function = *find("kipiColorToGray_8u_C3C1R");
+  const Content source = Case(function, kSize, {}).source;
+  const float weights[3] = {std::numeric_limits<float>::quiet_NaN(), .5f, .5f}, zero[3] = {0, .5f, .5f};
+  expectEqual(convert(function, kSize, source, {.weights = weights}),
+              convert(function, kSize, source, {.weights = zero}), function.name);
+}
+
 }  // namespace
 }  // namespace kip

@@ -79,6 +79,7 @@ void onFault(int signal, siginfo_t* info, void*) {
 
 const char* nameOf(Placement placement) {
   constexpr const char* kNames[] = {"padded rows",
+                                    "padded rows at an odd address",
                                     "tight rows before unmapped memory",
                                     "tight rows behind unmapped memory",
                                     "each row before unmapped memory",
@@ -108,9 +109,9 @@ PlaneMemory::PlaneMemory(Placement placement, int slot, Plane plane, int gap) : 
     const int top = bottomUp ? plane.rows - 1 : 0;
     step = static_cast<int>(bottomUp ? -arena.stride() : arena.stride());
     first = atEnd ? arena.end(top) - rowBytes : arena.begin(top);
-  } else if (placement == Placement::kPadded) {
+  } else if (placement == Placement::kPadded || placement == Placement::kOddPadded) {
     step = static_cast<int>(rowBytes) + gap;
-    first = arena.begin(0) + kMargin + gap;
+    first = arena.begin(0) + kMargin + gap + (placement == Placement::kOddPadded && gap % 2 == 0);
     extents_ = {{arena.begin(0), 2 * kMargin + gap + static_cast<size_t>(step) * plane.rows}};
   } else {
     step = static_cast<int>(rowBytes);

@@ -13,6 +13,7 @@ namespace kip {
 
 enum class Placement {
   kPadded,      ///< gaps between the rows, filled with known bytes
+  kOddPadded,   ///< likewise, at an odd address
   kTightEnd,    ///< no gaps; unmapped memory behind the last row
   kTightStart,  ///< no gaps; unmapped memory in front of the first row
   kRowEnds,     ///< unmapped memory behind every row
