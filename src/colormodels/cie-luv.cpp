@@ -112,7 +112,7 @@ struct FloatScale {
   }
   KIP_INLINE static auto isDark(F32 luma) { return hn::Le(luma, set(cie::kDarkEnd)); }
   KIP_INLINE static F32 darkLightness(F32 luma) { return cie::kDarkSlope * luma; }
-  KIP_INLINE static Pixels<F32> encoded(const Pixels<F32>& luv) { return canonicalizeNaN(luv); }
+  KIP_INLINE static Pixels<F32> encoded(const Pixels<F32>& luv) { return luv; }
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -207,7 +207,6 @@ struct DecodeFloats {
   template <int kCount>
   KIP_INLINE void convert(const Pixels<F32>* luv, Pixels<F32>* rgb) const {
     decode<kWhite, kCount>(luv, rgb);
-    for (int i = 0; i < kCount; ++i) rgb[i] = canonicalizeNaN(rgb[i]);
   }
 };
 

@@ -83,13 +83,13 @@ struct FloatForward {
   using Lane = float;
   KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const {
     const Pixels<F32> xyz = kRgbToXyz(px);
-    return canonicalizeNaN(Pixels<F32>(xyz.a, xyz.b, toUnit(xyz.c)));
+    return {xyz.a, xyz.b, toUnit(xyz.c)};
   }
 };
 
 struct FloatInverse {
   using Lane = float;
-  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const { return canonicalizeNaN(toUnit(kXyzToRgb(px))); }
+  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& px) const { return toUnit(kXyzToRgb(px)); }
 };
 
 }  // namespace

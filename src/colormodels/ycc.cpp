@@ -89,13 +89,11 @@ struct DecodeWords {
 
 struct EncodeFloats {
   using Lane = float;
-  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& rgb) const { return canonicalizeNaN(encode<kFloatScale>(rgb)); }
+  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& rgb) const { return encode<kFloatScale>(rgb); }
 };
 struct DecodeFloats {
   using Lane = float;
-  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& ycc) const {
-    return canonicalizeNaN(toUnit(decode<kFloatScale>(ycc)));
-  }
+  KIP_INLINE Pixels<F32> operator()(const Pixels<F32>& ycc) const { return toUnit(decode<kFloatScale>(ycc)); }
 };
 
 }  // namespace

@@ -40,10 +40,6 @@ KIP_INLINE Pixels<I32> rounded(const Pixels<F32>& px) {
 KIP_INLINE Pixels<F32> toUnit(const Pixels<F32>& px) {
   return eachChannel(px, [](F32 v) KIP_INLINE_LAMBDA { return toUnit(v); });
 }
-KIP_INLINE Pixels<F32> canonicalizeNaN(const Pixels<F32>& px) {
-  if (HWY_LIKELY(!anyNaN(px.a, px.b, px.c))) return px;
-  return eachChannel(px, [](F32 v) KIP_INLINE_LAMBDA { return canonicalizeNaN(v); });
-}
 
 /// Results in two parts, packed to one vector per channel.
 template <class V, class Function>
