@@ -7,7 +7,7 @@ build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
        libhwy-dev libgtest-dev libbenchmark-dev libhwy-dev:i386 libgtest-dev:i386 libbenchmark-dev:i386
        libgomp1:i386 libpng-dev libturbojpeg0-dev"
 # What the examples need beyond that, and their tests.
-examples="ffmpeg libraw-dev"
+examples="ffmpeg libraw-dev libtiff-dev"
 # What the benchmark compares with; it runs without them as well.
 bench="libopencv-imgproc-dev libyuv-dev libswscale-dev libzimg-dev libraw-dev"
 docs="doxygen"

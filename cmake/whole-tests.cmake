@@ -29,6 +29,11 @@ if(TARGET y4m)
   set_tests_properties(example.y4m PROPERTIES SKIP_RETURN_CODE 77)
 endif()
 
+if(TARGET gallery)
+  add_test(NAME example.gallery COMMAND bash ${PROJECT_SOURCE_DIR}/tests/examples/gallery.sh $<TARGET_FILE:gallery>)
+  set_tests_properties(example.gallery PROPERTIES SKIP_RETURN_CODE 77)
+endif()
+
 find_program(SHLIBDEPS dpkg-shlibdeps)
 if(SHLIBDEPS)
   add_test(NAME packages COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR}

@@ -37,8 +37,8 @@ Picture decodePng(const Bytes& bytes) {
 Picture decodeJpeg(const Bytes& bytes) {
   const std::unique_ptr<void, int (*)(tjhandle)> jpeg(tjInitDecompress(), tjDestroy);
   const auto check = [&](int result) {
-    // A truncated file still gives a picture, and a warning.
-    if (result != 0 && tjGetErrorCode(jpeg.get()) == TJERR_FATAL) throw std::runtime_error(tjGetErrorStr2(jpeg.get()));
+    // Warnings too: of a file that is cut short, the decoder gives a picture.
+    if (result != 0) throw std::runtime_error(tjGetErrorStr2(jpeg.get()));
   };
   int width, height, subsampling, space;
   check(tjDecompressHeader3(jpeg.get(), bytes.data(), bytes.size(), &width, &height, &subsampling, &space));

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <png.h>
+#include <tiffio.h>
 #include <unistd.h>
 
 #include <array>
@@ -10,6 +11,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -40,98 +42,16 @@ constexpr int kBlack = 512, kWhite = 16383;
 
 Color cameraWhite() { return kCameraFromXyz * (kXyzFromRgb * Color{1, 1, 1}); }
 
-/// Bytes in little-endian order.
-class Bytes {
- public:
-  template <class T>
-  void put(T value) {
-    for (size_t i = 0; i < sizeof value; ++i) bytes_ += static_cast<char>(static_cast<uint64_t>(value) >> 8 * i);
-  }
-  void append(const std::string& more) { bytes_ += more; }
-  const std::string& string() const { return bytes_; }
-
- private:
-  std::string bytes_;
-};
-
-enum Type : uint16_t { kByte = 1, kText = 2, kShort = 3, kLong = 4, kRatio = 5, kSignedRatio = 10 };
-
-/// A TIFF file of one directory, from entries in ascending order of their tags.
-class Tiff {
- public:
-  void add(uint16_t tag, Type type, const std::vector<int>& values) {
-    Bytes data;
-    for (const int value : values) {
-      if (type == kByte) data.put(static_cast<uint8_t>(value));
-      if (type == kShort) data.put(static_cast<uint16_t>(value));
-      if (type == kLong) data.put(static_cast<uint32_t>(value));
-    }
-    entries_.push_back({tag, type, values.size(), data.string()});
-  }
-  void addText(uint16_t tag, const std::string& text) {
-    entries_.push_back({tag, kText, text.size() + 1, text + '\0'});
-  }
-  void addRatios(uint16_t tag, Type type, const std::vector<Color>& values) {
-    Bytes data;
-    for (const Color& three : values) {
-      for (const double value : three) {
-        data.put(static_cast<int32_t>(std::lround(value * 1000000)));
-        data.put(int32_t{1000000});
-      }
-    }
-    entries_.push_back({tag, type, 3 * values.size(), data.string()});
-  }
-
-  /// The size of what comes before the samples, whatever values the entries have.
-  size_t headSize() const { return write().size(); }
-  std::string write() const {
-    constexpr uint32_t kHeader = 8, kEntry = 12, kAround = 2 + 4, kInPlace = 4;
-    uint32_t end = kHeader + kAround + kEntry * static_cast<uint32_t>(entries_.size());
-    Bytes head, tail;
-    head.append({'I', 'I', 42, 0});
-    head.put(kHeader);
-    head.put(static_cast<uint16_t>(entries_.size()));
-    for (const Entry& entry : entries_) {
-      head.put(entry.tag);
-      head.put(static_cast<uint16_t>(entry.type));
-      head.put(static_cast<uint32_t>(entry.count));
-      std::string data = entry.data;
-      if (data.size() > kInPlace) {
-        head.put(end);
-        data.resize((data.size() + 1) / 2 * 2);
-        tail.append(data);
-        end += static_cast<uint32_t>(data.size());
-      } else {
-        data.resize(kInPlace);
-        head.append(data);
-      }
-    }
-    head.put(uint32_t{0});
-    return head.string() + tail.string();
-  }
-
- private:
-  struct Entry {
-    uint16_t tag;
-    Type type;
-    size_t count;
-    std::string data;
-  };
-
-  std::vector<Entry> entries_;
-};
-
 const std::string kColors = "RGB";
 
-/// A pattern is two columns of letters, row by row.
-int rowsOf(const std::string& pattern) { return static_cast<int>(pattern.size()) / 2; }
+/// The sensor's colour in column x of row y; a pattern is two columns and two rows of letters.
 int filterAt(const std::string& pattern, int y, int x) {
-  return static_cast<int>(kColors.find(pattern[y % rowsOf(pattern) * 2 + x % 2]));
+  return static_cast<int>(kColors.find(pattern[y % 2 * 2 + x % 2]));
 }
 
-std::string samples(const std::string& pattern) {
+std::vector<uint16_t> samples(const std::string& pattern) {
   const double brightest = cameraWhite()[1];
-  Bytes bytes;
+  std::vector<uint16_t> samples;
   for (int y = -kTop; y < kRawHeight - kTop; ++y) {
     for (int x = -kLeft; x < kRawWidth - kLeft; ++x) {
       double light = 0;
@@ -139,47 +59,53 @@ std::string samples(const std::string& pattern) {
         const Color& patch = kPatches[y / kPatch * kColumns + x / kPatch];
         light = (kCameraFromXyz * (kXyzFromRgb * patch))[filterAt(pattern, y, x)] / brightest;
       }
-      bytes.put(static_cast<uint16_t>(std::lround(kBlack + light * (kWhite - kBlack))));
+      samples.push_back(static_cast<uint16_t>(std::lround(kBlack + light * (kWhite - kBlack))));
     }
   }
-  return bytes.string();
+  return samples;
 }
 
-std::string dng(const std::string& pattern, int whiteLevel = kWhite) {
-  std::vector<int> filters;
-  for (size_t i = 0; i < pattern.size(); ++i) filters.push_back(filterAt(pattern, int(i) / 2, int(i) % 2));
-  const auto with = [&](int offset) {
-    Tiff tiff;
-    const Color white = cameraWhite();
-    tiff.add(254, kLong, {0});                           // NewSubfileType: the main image
-    tiff.add(256, kLong, {kRawWidth});                   // ImageWidth
-    tiff.add(257, kLong, {kRawHeight});                  // ImageLength
-    tiff.add(258, kShort, {16});                         // BitsPerSample
-    tiff.add(259, kShort, {1});                          // Compression: none
-    tiff.add(262, kShort, {32803});                      // PhotometricInterpretation: colour filter array
-    tiff.addText(271, "Test");                           // Make
-    tiff.addText(272, "Patches");                        // Model
-    tiff.add(273, kLong, {offset});                      // StripOffsets
-    tiff.add(274, kShort, {1});                          // Orientation
-    tiff.add(277, kShort, {1});                          // SamplesPerPixel
-    tiff.add(278, kLong, {kRawHeight});                  // RowsPerStrip
-    tiff.add(279, kLong, {kRawWidth * kRawHeight * 2});  // StripByteCounts
-    tiff.add(284, kShort, {1});                          // PlanarConfiguration
-    tiff.add(33421, kShort, {rowsOf(pattern), 2});       // CFARepeatPatternDim
-    tiff.add(33422, kByte, filters);                     // CFAPattern, from the origin of ActiveArea
-    tiff.add(50706, kByte, {1, 4, 0, 0});                // DNGVersion
-    tiff.add(50707, kByte, {1, 1, 0, 0});                // DNGBackwardVersion
-    tiff.addText(50708, "Test Patches");                 // UniqueCameraModel
-    tiff.add(50714, kLong, {kBlack});                    // BlackLevel
-    tiff.add(50717, kLong, {whiteLevel});                // WhiteLevel
-    tiff.addRatios(50721, kSignedRatio, {kCameraFromXyz.begin(), kCameraFromXyz.end()});  // ColorMatrix1
-    tiff.addRatios(50728, kRatio, {{white[0] / white[1], 1, white[2] / white[1]}});       // AsShotNeutral
-    tiff.add(50778, kShort, {21});                                                        // CalibrationIlluminant1: D65
-    tiff.add(50829, kLong, {kTop, kLeft, kTop + kHeight, kLeft + kWidth});                // ActiveArea
-    return tiff;
-  };
-  const int head = static_cast<int>(with(0).headSize());
-  return with(head).write() + samples(pattern);
+void writeDng(const std::string& file, const std::string& pattern, uint32_t whiteLevel = kWhite) {
+  const std::unique_ptr<TIFF, void (*)(TIFF*)> tiff(TIFFOpen(file.c_str(), "wl"), TIFFClose);
+  const auto set = [&](uint32_t tag, auto... values) { ASSERT_EQ(TIFFSetField(tiff.get(), tag, values...), 1) << tag; };
+  set(TIFFTAG_SUBFILETYPE, 0);
+  set(TIFFTAG_IMAGEWIDTH, kRawWidth);
+  set(TIFFTAG_IMAGELENGTH, kRawHeight);
+  set(TIFFTAG_BITSPERSAMPLE, 16);
+  set(TIFFTAG_SAMPLESPERPIXEL, 1);
+  set(TIFFTAG_ROWSPERSTRIP, kRawHeight);
+  set(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
+  set(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+  set(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
+  set(TIFFTAG_MAKE, "Test");
+  set(TIFFTAG_MODEL, "Patches");
+  set(TIFFTAG_UNIQUECAMERAMODEL, "Test Patches");
+  set(TIFFTAG_DNGVERSION, "\1\4\0\0");
+  set(TIFFTAG_DNGBACKWARDVERSION, "\1\1\0\0");
+
+  set(TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_CFA);
+  const uint16_t twoByTwo[] = {2, 2};
+  set(TIFFTAG_CFAREPEATPATTERNDIM, twoByTwo);
+  uint8_t filters[4];  // from the origin of the active area
+  for (int i = 0; i < 4; ++i) filters[i] = static_cast<uint8_t>(filterAt(pattern, i / 2, i % 2));
+  set(TIFFTAG_CFAPATTERN, 4, filters);
+  const uint32_t active[] = {kTop, kLeft, kTop + kHeight, kLeft + kWidth};
+  set(TIFFTAG_ACTIVEAREA, active);
+  const float black = kBlack;
+  set(TIFFTAG_BLACKLEVEL, 1, &black);
+  set(TIFFTAG_WHITELEVEL, 1, &whiteLevel);
+
+  constexpr int kD65 = 21;
+  set(TIFFTAG_CALIBRATIONILLUMINANT1, kD65);
+  std::vector<float> matrix;
+  for (const Color& row : kCameraFromXyz) matrix.insert(matrix.end(), row.begin(), row.end());
+  set(TIFFTAG_COLORMATRIX1, static_cast<int>(matrix.size()), matrix.data());
+  const Color white = cameraWhite();
+  const float neutral[] = {static_cast<float>(white[0] / white[1]), 1, static_cast<float>(white[2] / white[1])};
+  set(TIFFTAG_ASSHOTNEUTRAL, 3, neutral);
+
+  std::vector<uint16_t> raw = samples(pattern);
+  ASSERT_NE(TIFFWriteEncodedStrip(tiff.get(), 0, raw.data(), raw.size() * sizeof raw[0]), -1);
 }
 
 /// The transfer curve of BT.709, in steps of a byte.
@@ -190,7 +116,6 @@ class Raw : public testing::Test {
   Raw() { std::filesystem::create_directories(folder_); }
   ~Raw() override { std::filesystem::remove_all(folder_); }
 
-  void write(const std::string& bytes) { std::ofstream(in_, std::ios::binary) << bytes; }
   int develop(const std::string& method) {
     return std::system((std::string(RAW_PROGRAM) + " " + method + " " + in_ + " " + out_ + " 2>" + message_).c_str());
   }
@@ -198,6 +123,9 @@ class Raw : public testing::Test {
     std::ifstream file(message_);
     return {std::istreambuf_iterator<char>(file), {}};
   }
+
+  const std::string folder_ = testing::TempDir() + "raw-" + std::to_string(getpid());
+  const std::string in_ = folder_ + "/in.dng";
 
   struct Png {
     int width, height;
@@ -214,13 +142,12 @@ class Raw : public testing::Test {
   }
 
  private:
-  const std::string folder_ = testing::TempDir() + "raw-" + std::to_string(getpid());
-  const std::string in_ = folder_ + "/in.dng", out_ = folder_ + "/out.png", message_ = folder_ + "/message";
+  const std::string out_ = folder_ + "/out.png", message_ = folder_ + "/message";
 };
 
 TEST_F(Raw, ColoursComeOutAsTheyWere) {
   for (const char* pattern : {"RGGB", "BGGR", "GRBG", "GBRG"}) {
-    write(dng(pattern));
+    writeDng(in_, pattern);
     for (const char* method : {"linear", "ahd"}) {
       SCOPED_TRACE(std::string(pattern) + " " + method);
       ASSERT_EQ(develop(method), 0) << message();
@@ -244,20 +171,22 @@ TEST_F(Raw, ColoursComeOutAsTheyWere) {
 }
 
 TEST_F(Raw, RefusesWhatIsNoRawFile) {
-  for (const size_t kept : {size_t{0}, size_t{100}, dng("RGGB").size() / 2}) {
-    write(dng("RGGB").substr(0, kept));
+  writeDng(in_, "RGGB");
+  const uintmax_t whole = std::filesystem::file_size(in_);
+  for (const uintmax_t kept : {whole / 2, uintmax_t{100}, uintmax_t{0}}) {
+    std::filesystem::resize_file(in_, kept);
     EXPECT_NE(develop("ahd"), 0) << kept;
     EXPECT_NE(message(), "") << kept;
   }
-  write(dng("RGGB"));
+  writeDng(in_, "RGGB");
   EXPECT_NE(develop("best"), 0);
 }
 
 TEST_F(Raw, RefusesWhatItCannotDevelop) {
-  write(dng("RGGBGRBG"));
+  writeDng(in_, "RGBG");
   EXPECT_NE(develop("ahd"), 0);
   EXPECT_NE(message().find("not a Bayer pattern"), std::string::npos) << message();
-  write(dng("RGGB", kBlack));
+  writeDng(in_, "RGGB", kBlack);
   EXPECT_NE(develop("ahd"), 0);
   EXPECT_NE(message().find("black level"), std::string::npos) << message();
 }
