@@ -11,6 +11,10 @@ install(TARGETS kipcct7 kipcore kipconvert EXPORT kipcc
 install(FILES include/kipcc.h include/kipconvert.h include/kipcore.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 
+# Each package has its licence where Debian looks for it.
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kipcc RENAME copyright COMPONENT runtime)
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kipcc-dev RENAME copyright COMPONENT development)
+
 set(PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kipcc)
 install(EXPORT kipcc NAMESPACE kipcc:: FILE kipccConfig.cmake DESTINATION ${PACKAGE_DIR} COMPONENT development)
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/kipccConfigVersion.cmake COMPATIBILITY SameMajorVersion)
@@ -29,6 +33,7 @@ set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
 set(CPACK_PACKAGE_CONTACT "${PROJECT_NAME} maintainers <maintainers@${PROJECT_NAME}.example>" CACHE STRING
   "The maintainer that the packages name")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

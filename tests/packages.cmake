@@ -28,8 +28,8 @@ endfunction()
 run(IGNORED ${CMAKE_CPACK_COMMAND})
 check(kipcc
   "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: [^\n]*libc6 ;Depends: [^\n]*libgomp1 ;Depends: [^\n]*libhwy1 "
-  "${LIBDIR}/libkipcct7.so.6.1;${LIBDIR}/libkipconvert.so.1;${LIBDIR}/libkipcore.so.6.1")
+  "${LIBDIR}/libkipcct7.so.6.1;${LIBDIR}/libkipconvert.so.1;${LIBDIR}/libkipcore.so.6.1;share/doc/kipcc/copyright")
 set(PACKAGE_DIR ${LIBDIR}/cmake/kipcc)
 check(kipcc-dev
   "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: kipcc \\(= ${VERSION}\\)"
-  "include/kipcc.h;include/kipconvert.h;include/kipcore.h;${LIBDIR}/libkipcct7.so;${LIBDIR}/libkipconvert.so;${LIBDIR}/libkipcore.so;${LIBDIR}/pkgconfig/kipcc.pc;${LIBDIR}/pkgconfig/kipconvert.pc;${PACKAGE_DIR}/kipccConfig.cmake;${PACKAGE_DIR}/kipccConfig-release.cmake;${PACKAGE_DIR}/kipccConfigVersion.cmake")
+  "share/doc/kipcc-dev/copyright;include/kipcc.h;include/kipconvert.h;include/kipcore.h;${LIBDIR}/libkipcct7.so;${LIBDIR}/libkipconvert.so;${LIBDIR}/libkipcore.so;${LIBDIR}/pkgconfig/kipcc.pc;${LIBDIR}/pkgconfig/kipconvert.pc;${PACKAGE_DIR}/kipccConfig.cmake;${PACKAGE_DIR}/kipccConfig-release.cmake;${PACKAGE_DIR}/kipccConfigVersion.cmake")
