@@ -21,94 +21,75 @@ bool isPacked16(const std::string& space) {
   return std::regex_search(space, pattern);
 }
 
-/// What the rules ask about a function.
-struct Facts {
-  const NameParts& name;
-  const Layout& source;
-  const Layout& destination;
+using enum Check;
 
-  bool encodes() const { return !source.subsampled() && destination.subsampled(); }
-  bool decodes() const { return source.subsampled() && !destination.subsampled(); }
-  bool relayouts() const { return source.subsampled() && destination.subsampled(); }
-  bool either(Chroma c) const { return source.chroma == c || destination.chroma == c; }
-  bool both(Chroma c) const { return source.chroma == c && destination.chroma == c; }
-  bool packed16() const { return source.packed16 || destination.packed16; }
-  bool yuv() const { return name.has("YUV"); }
-  /// Encoders whose chroma is an average over whole groups of pixels only.
-  bool averagesGroups() const {
-    const bool bgr = name.source.rfind("BGR", 0) == 0 && !name.has("CbYCr");
-    return encodes() && !yuv() &&
-           (bgr || name.is("kipiRGBToYCbCr422_8u_C3P3R") || name.is("kipiRGBToYCrCb420_8u_AC4P3R"));
-  }
-  bool planarHue() const {
-    return (name.has("BGRToHLS") || name.has("HLSToBGR")) && (source.planar || destination.planar);
-  }
+KipiSize larger(KipiSize a, KipiSize b) { return {std::max(a.width, b.width), std::max(a.height, b.height)}; }
+
+/// What follows from the layouts.
+void setRules(Contract& c, const Layout& source, const Layout& destination) {
+  const bool decodes = source.subsampled() && !destination.subsampled();
+  const bool encodes = !source.subsampled() && destination.subsampled();
+  const bool relayouts = source.subsampled() && destination.subsampled();
+  const KipiSize group = larger(groupOf(source.chroma), groupOf(destination.chroma));
+  const bool pairs = group.width == 2 && group.height == 1;
+  const bool packed = !relayouts && !(encodes ? destination : source).planar;
+  c.order = {kImages, kSize, kPlanes};
+  // Packed pairs have a place for a last pixel without a neighbour.
+  if (!(pairs && packed)) c.setBlock(group);
+  if (pairs || (decodes && source.chroma == Chroma::k411)) c.setWarned({1, 1});
+  if (relayouts) c.setLeast({group.width, 1});
+  const bool planesFirst =
+      relayouts || (encodes && !source.planar) || (decodes && source.planar && source.chroma != Chroma::k420);
+  if (planesFirst) c.order = {kImages, kPlanes, kSize};
+}
+
+/// Where functions depart from these rules: names, as a regular expression, and what is otherwise for them.
+struct Exception {
+  const char* names;
+  std::vector<Check> order = {};
+  KipiSize least = {}, block = {}, warned = {};
+};
+const Exception kExceptions[] = {
+    {.names = ".*(YUV|565|555|444).*", .order = {kImages, kSize, kPlanes}},
+    {.names = "kipiRGBToYCbCr420_8u_C3P3R", .order = {kImages, kSize, kPlanes}},
+    {.names = ".*YCoCg.*", .order = {kImages, kPlanes}},  // an empty region is nothing to do
+    {.names = ".*(Gamma|ColorTwist).*", .order = {kImages, kPlanes, kSize, kSteps}},
+    {.names = "kipiGamma.*_32f_.*", .order = {kRange, kImages, kPlanes, kSize, kSteps}},
+    {.names = "kipi(BGRToHLS|HLSToBGR)_.*P.*", .order = {kImages, kPlanes, kSteps, kSize}},
+    {.names = "kipiBGRToHLS_8u_AC4R", .order = {kImages, kSize, kSteps}},
+    {.names = "kipi(RGB|BGR)(565)?To\\1(565)?_.*", .order = {kImages, kSize, kSteps}},
+    {.names = ".*ReduceBits.*", .order = {kImages, kSize, kNoise, kLevels, kMethod}},
+    {.names = ".*CFAToRGB.*", .order = {kImages, kSize, kGrid}, .least = {2, 2}},
+    {.names = ".*DemosaicAHD.*", .order = {kImages, kSize, kGrid}, .least = {5, 5}},
+
+    // Chroma that is an average over whole groups only.
+    {.names = "kipiBGR.*ToYC(bCr|rCb)420_.*|kipiRGBToYCrCb420_8u_AC4P3R", .least = {2, 2}},
+    {.names = "kipiBGR.*ToYC(bCr|rCb)422_.*", .least = {2, 1}},
+    {.names = "kipiRGBToYCbCr422_8u_C3P3R", .least = {2, 1}, .warned = {2, 1}},
+    {.names = "kipiBGR.*ToYC(bCr|rCb)411_.*|kipiYC(bCr|rCb)411To(RGB|BGR)_.*", .least = {4, 1}},
+    {.names = "kipiYCbCr422ToBGR_.*", .least = {2, 1}},
+
+    {.names = ".*YUV422.*|kipiYC.*422To(RGB|BGR)(565|555|444).*", .block = {1, 1}},
+    {.names = "kipiYC.*420To.*Dither.*", .block = {1, 1}},
+    {.names = "kipiRGB565ToYUV422_16u8u_C3P3R", .block = {2, 1}, .warned = {2, 2}},  // though no row is left out
+    {.names = ".*1620.*", .least = {4, 4}, .block = {1, 1}},  // other sizes than whole blocks are refused
+    {.names = ".*Interlace.*", .block = {2, 4}},
+    {.names = "kipiYCbCr420To422_Interlace_8u_P3R", .least = {2, 4}},
 };
 
-KipiSize minimum(const Facts& f) {
-  if (f.name.has("CFAToRGB")) return {2, 2};
-  if (f.name.has("DemosaicAHD")) return {5, 5};
-  if (f.relayouts()) {
-    if (f.either(Chroma::k1620)) return {4, 4};
-    return {f.either(Chroma::k411) ? 4 : 2, f.name.is("kipiYCbCr420To422_Interlace_8u_P3R") ? 4 : 1};
-  }
-  if (f.averagesGroups()) return {f.either(Chroma::k411) ? 4 : 2, f.either(Chroma::k420) ? 2 : 1};
-  if (f.decodes() && !f.packed16()) {
-    if (f.either(Chroma::k411)) return {4, 1};
-    if (f.name.has("kipiYCbCr422ToBGR")) return {2, 1};
-  }
-  return {1, 1};
+void put(const Exception& exception, Contract& contract) {
+  if (!exception.order.empty()) contract.order = exception.order;
+  if (exception.least.width) contract.setLeast(exception.least);
+  if (exception.block.width) contract.setBlock(exception.block);
+  if (exception.warned.width) contract.setWarned(exception.warned);
 }
 
-/// The blocks that a region is cut down to.
-KipiSize block(const Facts& f) {
-  if (f.either(Chroma::k1620)) return {1, 1};  // other sizes than whole blocks are refused
-  if (f.relayouts()) {
-    return {f.either(Chroma::k411) ? 4 : 2, f.name.has("Interlace") ? 4 : f.either(Chroma::k420) ? 2 : 1};
-  }
-  if (f.either(Chroma::k411)) return {4, 1};
-  if (f.either(Chroma::k420)) return f.name.has("Dither") && !f.yuv() ? KipiSize{1, 1} : KipiSize{2, 2};
-  if (f.yuv()) return {f.name.is("kipiRGB565ToYUV422_16u8u_C3P3R") ? 2 : 1, 1};
-  const bool planarEncoder = f.encodes() && f.destination.planar;
-  const bool planarDecoder = f.decodes() && f.source.planar && !f.packed16();
-  return {f.either(Chroma::k422) && (planarEncoder || planarDecoder) ? 2 : 1, 1};
-}
-
-/// The blocks whose lack of wholeness is reported.
-KipiSize warned(const Facts& f) {
-  if (f.name.is("kipiRGB565ToYUV422_16u8u_C3P3R")) return {2, 2};  // though no row is left out
-  const bool silent = f.both(Chroma::k422) || (f.decodes() && f.either(Chroma::k411)) ||
-                      (!f.relayouts() && f.either(Chroma::k422) && !f.name.is("kipiRGBToYCbCr422_8u_C3P3R"));
-  return silent ? KipiSize{1, 1} : block(f);
-}
-
-std::vector<Check> orderOf(const Facts& f) {
-  using enum Check;
-  const NameParts& name = f.name;
-  if (name.has("YCoCg")) return {kImages, kPlanes};  // an empty region is nothing to do
-  if (name.has("Gamma") || name.has("ColorTwist")) {
-    std::vector<Check> order = {kImages, kPlanes, kSize, kSteps};
-    if (name.has("_32f_") && name.has("Gamma")) order.insert(order.begin(), kRange);
-    return order;
-  }
-  if (f.planarHue()) return {kImages, kPlanes, kSteps, kSize};
-  const bool repacks = f.packed16() && name.has("RGB") + name.has("BGR") == 1 && !name.has("Y");
-  if (repacks || name.has("BGRToHLS")) return {kImages, kSize, kSteps};
-  if (name.has("ReduceBits")) return {kImages, kSize, kNoise, kLevels, kMethod};
-  if (name.has("CFA") || name.has("Demosaic")) return {kImages, kSize, kGrid};
-  const bool encoder = f.encodes() && !f.source.planar && !name.is("kipiRGBToYCbCr420_8u_C3P3R");
-  const bool decoder = f.decodes() && f.source.planar && !f.either(Chroma::k420);
-  const bool planesFirst = f.relayouts() || (!f.yuv() && !f.packed16() && (encoder || decoder));
-  if (planesFirst) return {kImages, kPlanes, kSize};
-  return {kImages, kSize, kPlanes};
-}
-
-Alpha alphaOf(const Facts& f, const Shape& shape) {
-  if (f.destination.channels != 4) return Alpha::kNone;
+Alpha alphaOf(const NameParts& name, const Layout& destination, const Shape& shape) {
+  if (destination.channels != 4) return Alpha::kNone;
   if (shape.alpha) return Alpha::kGiven;
-  if (f.name.has("P3AC4")) return Alpha::kZero;
-  if (f.destination.planar || f.name.has("AP4C4")) return Alpha::kCopied;
-  return f.destination.alpha ? Alpha::kUntouched : Alpha::kChannel;
+  if (name.has("P3AC4")) return Alpha::kZero;
+  if (destination.planar || name.has("AP4C4")) return Alpha::kCopied;
+  return destination.alpha ? Alpha::kUntouched : Alpha::kChannel;
 }
 
 }  // namespace
@@ -135,16 +116,20 @@ Layout::Layout(const std::string& space, const std::string& descriptor)
 }
 
 Contract::Contract(const NameParts& name, const Layout& source, const Layout& destination, const Shape& shape)
-    : everyDestinationPlaneChecked(!name.is("kipiRGBToYUV_8u_AC4P4R")),
+    : multiple(name.has("1620") ? 4 : 1),
+      everyDestinationPlaneChecked(!name.is("kipiRGBToYUV_8u_AC4P4R")),
       destinationChecked(!name.has("ToneMap")),  // looked at only where the source has nothing to show
-      diffusesErrors(name.has("ReduceBits")) {
-  const Facts facts = {name, source, destination};
-  order = orderOf(facts);
-  minWidth = minimum(facts).width, minHeight = minimum(facts).height;
-  multiple = facts.either(Chroma::k1620) ? 4 : 1;
-  blockWidth = block(facts).width, blockHeight = block(facts).height;
-  warnWidth = warned(facts).width, warnHeight = warned(facts).height;
-  alpha = alphaOf(facts, shape);
+      diffusesErrors(name.has("ReduceBits")),
+      alpha(alphaOf(name, destination, shape)) {
+  static const std::vector<std::regex> names = [] {
+    std::vector<std::regex> compiled;
+    for (const Exception& exception : kExceptions) compiled.emplace_back(exception.names);
+    return compiled;
+  }();
+  setRules(*this, source, destination);
+  for (size_t i = 0; i < names.size(); ++i) {
+    if (std::regex_match(name.whole, names[i])) put(kExceptions[i], *this);
+  }
 }
 
 bool Contract::checks(Check check) const { return std::find(order.begin(), order.end(), check) != order.end(); }

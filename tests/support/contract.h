@@ -59,6 +59,10 @@ struct Contract {
   bool diffusesErrors;  ///< with some methods the result depends on the number of threads
   Alpha alpha;
 
+  void setLeast(KipiSize size) { minWidth = size.width, minHeight = size.height; }
+  void setBlock(KipiSize size) { blockWidth = size.width, blockHeight = size.height, setWarned(size); }
+  void setWarned(KipiSize size) { warnWidth = size.width, warnHeight = size.height; }
+
   bool checks(Check check) const;
   KipiSize converted(KipiSize region) const {
     return {region.width - region.width % blockWidth, region.height - region.height % blockHeight};
