@@ -31,8 +31,8 @@ KIPAPI void kipFree(void* ptr);
 /** Writes the size in bytes of the largest processor cache to @p *sizeBytes. Returns 0, or -8 for a null pointer. */
 KIPAPI int kipGetMaxCacheSizeB(int* sizeBytes);
 
-/** Sets the number of worker threads that later calls use; below 1 restores the default, which is the number of
- *  processors that this process may run on. */
+/** Sets the number of worker threads that later calls ask for; below 1 restores the default, which is the number of
+ *  processors that this process may run on. Conversions use no more threads than that, but for error diffusion. */
 KIPAPI void kipSetNumThreads(int count);
 
 /** The number of worker threads to use, at least 1. */

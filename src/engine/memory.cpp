@@ -16,7 +16,6 @@ T* allocate(int count) {
 
 }  // namespace
 
-Kip16s* kipsMalloc_16s(int count) { return allocate<Kip16s>(count); }
 Kip16u* kipsMalloc_16u(int count) { return allocate<Kip16u>(count); }
 Kip32f* kipsMalloc_32f(int count) { return allocate<Kip32f>(count); }
 

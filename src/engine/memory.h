@@ -8,7 +8,6 @@
 namespace kip {
 
 /// `count` elements, aligned to 64 bytes; null when there is no memory or the count is below 1.
-Kip16s* kipsMalloc_16s(int count);
 Kip16u* kipsMalloc_16u(int count);
 Kip32f* kipsMalloc_32f(int count);
 

@@ -58,27 +58,4 @@ class Uniform {
   double mid_, scale_;
 };
 
-/// What a generator of values of type T remembers between calls.
-template <class T>
-struct UniformState {
-  int32_t tag;  ///< says that this is a state, and of which type
-  uint32_t seed;
-  T low, high;
-  Uniform<T> value;
-  RandomNumbers numbers;
-};
-using KipsRandUniformState_32f = UniformState<Kip32f>;
-using KipsRandUniformState_16s = UniformState<Kip16s>;
-
-/// Makes a state for values from low to high. The same seed gives the same values.
-KipStatus kipsRandUniformInitAlloc_32f(KipsRandUniformState_32f** pState, Kip32f low, Kip32f high, uint32_t seed);
-KipStatus kipsRandUniformInitAlloc_16s(KipsRandUniformState_16s** pState, Kip16s low, Kip16s high, uint32_t seed);
-
-/// Writes the next `len` values.
-KipStatus kipsRandUniform_32f(Kip32f* pDst, int len, KipsRandUniformState_32f* state);
-KipStatus kipsRandUniform_16s(Kip16s* pDst, int len, KipsRandUniformState_16s* state);
-
-void kipsRandUniformFree_32f(KipsRandUniformState_32f* state);
-void kipsRandUniformFree_16s(KipsRandUniformState_16s* state);
-
 }  // namespace kip

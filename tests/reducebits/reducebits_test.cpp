@@ -9,7 +9,6 @@
 #include "engine/random.h"
 #include "kipcore.h"
 #include "reducebits/plain.h"
-#include "support/allocation.h"
 
 namespace kip {
 namespace {
@@ -231,30 +230,13 @@ TEST(ReduceBitsMethods, ThatDoNotExistDoNothing) {
 }
 
 TEST(UniformNumbers, AreTheSameForTheSameSeed) {
-  KipsRandUniformState_32f* floats = nullptr;
-  ASSERT_EQ(kipsRandUniformInitAlloc_32f(&floats, -1, 1, 0), kipStatusOk);
-  Kip32f f[3];
-  ASSERT_EQ(kipsRandUniform_32f(f, 1, floats), kipStatusOk);
-  ASSERT_EQ(kipsRandUniform_32f(f + 1, 2, floats), kipStatusOk);  // goes on where it stopped
-  EXPECT_EQ(f[0], -0.998087525f);
-  EXPECT_EQ(f[1], -0.739681304f);
-  EXPECT_EQ(f[2], -0.576587498f);
-  KipsRandUniformState_16s* words = nullptr;
-  ASSERT_EQ(kipsRandUniformInitAlloc_16s(&words, 0, 1024, 0), kipStatusOk);
-  Kip16s i[4];
-  ASSERT_EQ(kipsRandUniform_16s(i, 4, words), kipStatusOk);
-  EXPECT_EQ(std::vector<Kip16s>(i, i + 4), (std::vector<Kip16s>{1, 133, 217, 413}));
-
-  EXPECT_EQ(kipsRandUniform_16s(i, 1, reinterpret_cast<KipsRandUniformState_16s*>(floats)), kipStatusContextMismatch);
-  EXPECT_EQ(kipsRandUniform_32f(f, 0, floats), kipStatusBadSize);
-  EXPECT_EQ(kipsRandUniform_32f(nullptr, 0, floats), kipStatusNullPointer);
-  EXPECT_EQ(kipsRandUniform_32f(f, 1, nullptr), kipStatusNullPointer);
-  EXPECT_EQ(kipsRandUniformInitAlloc_32f(nullptr, 0, 1, 0), kipStatusNullPointer);
-  kipsRandUniformFree_32f(floats);
-  kipsRandUniformFree_16s(words);
-  failAllocation(1);
-  EXPECT_EQ(kipsRandUniformInitAlloc_16s(&words, 0, 1, 0), kipStatusNoMemory);
-  failAllocation(0);
+  RandomNumbers forFloats(0), forWords(0);
+  const Uniform<Kip32f> floats(-1, 1);
+  for (const float expected : {-0.998087525f, -0.739681304f, -0.576587498f}) {
+    EXPECT_EQ(floats(forFloats.next()), expected);
+  }
+  const Uniform<Kip16s> words(0, 1024);
+  for (const int expected : {1, 133, 217, 413}) EXPECT_EQ(words(forWords.next()), expected);
 }
 
 }  // namespace
