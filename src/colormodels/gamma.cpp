@@ -379,27 +379,8 @@ KipStatus convert(Kernel kernel, Floats, const ImageArg& src, const ImageArg& ds
 
 }  // namespace kip
 
-// The argument shapes of the float functions, with the value range at the end.
-#define KIP_RANGE_C_C                                                                                       \
-  (const Kip32f* pSrc, int srcStep, Kip32f* pDst, int dstStep, KipiSize roiSize, Kip32f vMin, Kip32f vMax), \
-      interleaved(pSrc, srcStep), interleaved(pDst, dstStep), {                                             \
-    .parameters = ValueRange{vMin, vMax}.self()                                                             \
-  }
-#define KIP_RANGE_P_P                                                                                             \
-  (const Kip32f* pSrc[3], int srcStep, Kip32f* pDst[3], int dstStep, KipiSize roiSize, Kip32f vMin, Kip32f vMax), \
-      planar(pSrc, 3, srcStep), planar(pDst, 3, dstStep), {                                                       \
-    .parameters = ValueRange{vMin, vMax}.self()                                                                   \
-  }
-#define KIP_RANGE_I_C                                                                                               \
-  (Kip32f * pSrcDst, int srcDstStep, KipiSize roiSize, Kip32f vMin, Kip32f vMax), interleaved(pSrcDst, srcDstStep), \
-      interleaved(pSrcDst, srcDstStep), {                                                                           \
-    .parameters = ValueRange{vMin, vMax}.self()                                                                     \
-  }
-#define KIP_RANGE_I_P                                                                                                \
-  (Kip32f * pSrcDst[3], int srcDstStep, KipiSize roiSize, Kip32f vMin, Kip32f vMax), planar(pSrcDst, 3, srcDstStep), \
-      planar(pSrcDst, 3, srcDstStep), {                                                                              \
-    .parameters = ValueRange{vMin, vMax}.self()                                                                      \
-  }
+// The value range of floats.
+#define KIP_RANGE (Kip32f vMin, Kip32f vMax), ({.parameters = ValueRange{vMin, vMax}.self()})
 #endif
 
 #define KIP_FUNCTIONS "colormodels/gamma-functions.inc"

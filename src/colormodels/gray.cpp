@@ -132,12 +132,8 @@ constexpr Rules kGray = {};
 constexpr Rules kGrayFloats = {.stepUnit = sizeof(float)};
 }  // namespace kip
 
-// With the caller's weights, null for those of BT.601, as last argument.
-#define KIP_WEIGHTS_C_C(T)                                                                      \
-  (const T* pSrc, int srcStep, T* pDst, int dstStep, KipiSize roiSize, const Kip32f coeffs[3]), \
-      interleaved(pSrc, srcStep), interleaved(pDst, dstStep), {                                 \
-    .parameters = coeffs                                                                        \
-  }
+// The caller's weights, null for those of BT.601.
+#define KIP_WEIGHTS (const Kip32f coeffs[3]), ({.parameters = coeffs})
 #endif
 
 #define KIP_FUNCTIONS "colormodels/gray-functions.inc"

@@ -177,27 +177,8 @@ namespace kip {
 constexpr Rules kTwist = {.planesBeforeSize = true, .needsParameters = true, .steps = StepCheck::kAfterSize};
 }  // namespace kip
 
-// The argument shapes, with the matrix as last argument.
-#define KIP_TWIST_C_C(T, n)                                                                       \
-  (const T* pSrc, int srcStep, T* pDst, int dstStep, KipiSize roiSize, const Kip32f twist[n][4]), \
-      interleaved(pSrc, srcStep), interleaved(pDst, dstStep), {                                   \
-    .parameters = twist                                                                           \
-  }
-#define KIP_TWIST_P_P(T)                                                                                \
-  (const T* pSrc[3], int srcStep, T* pDst[3], int dstStep, KipiSize roiSize, const Kip32f twist[3][4]), \
-      planar(pSrc, 3, srcStep), planar(pDst, 3, dstStep), {                                             \
-    .parameters = twist                                                                                 \
-  }
-#define KIP_TWIST_I_C(T)                                                                                       \
-  (T * pSrcDst, int srcDstStep, KipiSize roiSize, const Kip32f twist[3][4]), interleaved(pSrcDst, srcDstStep), \
-      interleaved(pSrcDst, srcDstStep), {                                                                      \
-    .parameters = twist                                                                                        \
-  }
-#define KIP_TWIST_I_P(T)                                                                                        \
-  (T * pSrcDst[3], int srcDstStep, KipiSize roiSize, const Kip32f twist[3][4]), planar(pSrcDst, 3, srcDstStep), \
-      planar(pSrcDst, 3, srcDstStep), {                                                                         \
-    .parameters = twist                                                                                         \
-  }
+// The matrix of n rows.
+#define KIP_MATRIX(n) (const Kip32f twist[n][4]), ({.parameters = twist})
 #endif
 
 #define KIP_FUNCTIONS "colormodels/twist-functions.inc"

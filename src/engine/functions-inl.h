@@ -31,7 +31,6 @@ namespace kip {
 #define KIP_KERNEL(name) (HWY_DISPATCH_TABLE(name)[hwy::GetChosenTarget().GetIndex()])
 #define KIP_DEFINE(name, rules, parameters, source, target, ...) \
   KipStatus name parameters { return convert(KIP_KERNEL(name), rules, source, target, roiSize, __VA_ARGS__); }
-#define KIP_EXPAND(macro, ...) macro(__VA_ARGS__)
 
 using namespace kip;
 #define KIP_FUNCTION(name, shape, rules, ...) KIP_EXPAND(KIP_DEFINE, name, rules, shape)

@@ -1,16 +1,23 @@
 // The argument shapes of the exported functions. Each expands to: the parameter list, the source, the destination,
 // the optional arguments; S and D are the sample types. In the names, C is one interleaved image, P planes with one
 // step for all, PS planes with a step each; A adds the alpha value, I means in place.
+//
+// KIP_WITH(shape, trailing) adds what comes behind the images and the size; `trailing` expands to two things in
+// parentheses: those parameters, and the optional arguments that they become.
 #pragma once
+
+#define KIP_WITH(shape, trailing) KIP_EXPAND(KIP_APPEND, trailing, shape)
+#define KIP_APPEND(more, optional, parameters, source, target, ...) \
+  (KIP_BARE parameters, KIP_BARE more), source, target, KIP_BARE optional
+#define KIP_BARE(...) __VA_ARGS__
+#define KIP_EXPAND(macro, ...) macro(__VA_ARGS__)
+
+#define KIP_ALPHA(D) (D aval), ({.alpha = aval})
 
 #define KIP_C_C(S, D)                                                                               \
   (const S* pSrc, int srcStep, D* pDst, int dstStep, KipiSize roiSize), interleaved(pSrc, srcStep), \
       interleaved(pDst, dstStep), {}
-#define KIP_C_CA(S, D)                                                                                      \
-  (const S* pSrc, int srcStep, D* pDst, int dstStep, KipiSize roiSize, D aval), interleaved(pSrc, srcStep), \
-      interleaved(pDst, dstStep), {                                                                         \
-    .alpha = aval                                                                                           \
-  }
+#define KIP_C_CA(S, D) KIP_WITH(KIP_C_C(S, D), KIP_ALPHA(D))
 #define KIP_C_P(S, D, n)                                                                               \
   (const S* pSrc, int srcStep, D* pDst[n], int dstStep, KipiSize roiSize), interleaved(pSrc, srcStep), \
       planar(pDst, n, dstStep), {}
@@ -24,11 +31,7 @@
 #define KIP_P_C(S, D, n)                                                                             \
   (const S* pSrc[n], int srcStep, D* pDst, int dstStep, KipiSize roiSize), planar(pSrc, n, srcStep), \
       interleaved(pDst, dstStep), {}
-#define KIP_P_CA(S, D, n)                                                                                    \
-  (const S* pSrc[n], int srcStep, D* pDst, int dstStep, KipiSize roiSize, D aval), planar(pSrc, n, srcStep), \
-      interleaved(pDst, dstStep), {                                                                          \
-    .alpha = aval                                                                                            \
-  }
+#define KIP_P_CA(S, D, n) KIP_WITH(KIP_P_C(S, D, n), KIP_ALPHA(D))
 #define KIP_P_P(S, D, n)                                                                                \
   (const S* pSrc[n], int srcStep, D* pDst[n], int dstStep, KipiSize roiSize), planar(pSrc, n, srcStep), \
       planar(pDst, n, dstStep), {}
@@ -38,11 +41,7 @@
 #define KIP_PS_C(S, D, n)                                                                               \
   (const S* pSrc[n], int srcStep[n], D* pDst, int dstStep, KipiSize roiSize), planar(pSrc, n, srcStep), \
       interleaved(pDst, dstStep), {}
-#define KIP_PS_CA(S, D, n)                                                                                      \
-  (const S* pSrc[n], int srcStep[n], D* pDst, int dstStep, KipiSize roiSize, D aval), planar(pSrc, n, srcStep), \
-      interleaved(pDst, dstStep), {                                                                             \
-    .alpha = aval                                                                                               \
-  }
+#define KIP_PS_CA(S, D, n) KIP_WITH(KIP_PS_C(S, D, n), KIP_ALPHA(D))
 #define KIP_PS_P(S, D, n)                                                                                  \
   (const S* pSrc[n], int srcStep[n], D* pDst[n], int dstStep, KipiSize roiSize), planar(pSrc, n, srcStep), \
       planar(pDst, n, dstStep), {}

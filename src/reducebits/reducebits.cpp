@@ -165,11 +165,7 @@ KipStatus convert(Kernel kernel, const Depths& depths, const ImageArg& src, cons
 }  // namespace
 }  // namespace kip
 
-#define KIP_REDUCE(S, D, channels)                                                                                   \
-  (const S* pSrc, int srcStep, D* pDst, int dstStep, KipiSize roiSize, int noise, KipiDitherType dtype, int levels), \
-      interleaved(pSrc, srcStep), interleaved(pDst, dstStep), {                                                      \
-    channels, noise, dtype, levels                                                                                   \
-  }
+#define KIP_REQUEST(channels) (int noise, KipiDitherType dtype, int levels), ({channels, noise, dtype, levels})
 #endif
 
 #define KIP_FUNCTIONS "reducebits/reducebits-functions.inc"
