@@ -144,21 +144,23 @@ class Convert {
 
   static void rows(const Job& job, int first, int last) {
     const Convert convert(job);
-    const size_t width = job.width;
-    if (isContiguous<Src>(job.src, width) && isContiguous<Dst>(job.dst, width)) {
-      return convert.pixels(first, 0, width * (last - first));
-    }
-    for (int y = first; y < last; ++y) convert.pixels(y, 0, width);
+    forJobRows<Src, Dst>(job, first, last, job.width,
+                         [&](const auto& from, const auto& to, size_t pixels)
+                             KIP_INLINE_LAMBDA { convert.row(from, to, 0, pixels); });
   }
 
   /// Pixels first .. last - 1 of row y.
   KIP_INLINE void pixels(int y, size_t first, size_t last) const {
-    forBlocks<Blocks<Src>, Blocks<Dst>>(Src::rows(job_.src, y), Dst::rows(job_.dst, y), first, last,
-                                        [this](const auto& from, const auto& to)
-                                            KIP_INLINE_LAMBDA { block(from, to); });
+    row(Src::rows(job_.src, y), Dst::rows(job_.dst, y), first, last);
   }
 
  private:
+  KIP_INLINE void row(const Rows<const Kip8u, Src::kPointers>& from, const Rows<Kip8u, Dst::kPointers>& to,
+                      size_t first, size_t last) const {
+    forBlocks<Blocks<Src>, Blocks<Dst>>(from, to, first, last,
+                                        [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { block(in, out); });
+  }
+
   /// Samples that are floats make one vector per load: there it takes several loads to get several vectors.
   static constexpr int blocksTogether() {
     if constexpr (requires { Op::kInterleavedChains; } && std::is_same_v<typename Src::T, float>) {
@@ -196,15 +198,6 @@ class Convert {
       applyFloats(op_, px, result);
       for (int i = 0; i < blocksTogether(); ++i) dst_.store(result[i], advance<Dst>(to, i * Dst::kBlock));
     }
-  }
-
-  /// Whether rows follow one another without a gap, so that they can be converted as one.
-  template <class Layout, class Byte>
-  static bool isContiguous(const Image<Byte>& image, size_t width) {
-    for (int p = 0; p < Layout::kPointers; ++p) {
-      if (image.step[p] != static_cast<ptrdiff_t>(Layout::bytes(p, width))) return false;
-    }
-    return true;
   }
 
   const Job& job_;

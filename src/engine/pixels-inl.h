@@ -367,6 +367,43 @@ KIP_INLINE void forBlocks(const Rows<const Kip8u, Src::kPointers>& src, const Ro
   }
 }
 
+/// Whether the pixels of a row end where those of the next one begin.
+template <class Layout, class Byte>
+bool isContiguous(const Rows<Byte, Layout::kPointers>& row, const Rows<Byte, Layout::kPointers>& next, size_t pixels) {
+  for (int p = 0; p < Layout::kPointers; ++p) {
+    if (next.at[p] - row.at[p] != static_cast<ptrdiff_t>(Layout::bytes(p, pixels))) return false;
+  }
+  return true;
+}
+
+/// Calls convertRow(from, to, pixels) for the rows first .. last - 1 that rowsAt(row, from, to) tells: for all at once
+/// where they are contiguous.
+template <class Src, class Dst, class RowsAt, class ConvertRow>
+KIP_INLINE void forRows(int first, int last, size_t pixels, const RowsAt& rowsAt, const ConvertRow& convertRow) {
+  Rows<const Kip8u, Src::kPointers> from, nextFrom;
+  Rows<Kip8u, Dst::kPointers> to, nextTo;
+  if (last - first > 1) {
+    rowsAt(first, from, to);
+    rowsAt(first + 1, nextFrom, nextTo);
+    if (isContiguous<Src>(from, nextFrom, pixels) && isContiguous<Dst>(to, nextTo, pixels)) {
+      pixels *= last - first;
+      last = first + 1;
+    }
+  }
+  for (int row = first; row < last; ++row) {
+    rowsAt(row, from, to);
+    convertRow(from, to, pixels);
+  }
+}
+
+/// The same for the first pixels of each row, or row group, of a job.
+template <class Src, class Dst, class ConvertRow>
+KIP_INLINE void forJobRows(const Job& job, int first, int last, size_t pixels, const ConvertRow& convertRow) {
+  const auto rowsAt = [&](int y, auto& from, auto& to)
+                          KIP_INLINE_LAMBDA { from = Src::rows(job.src, y), to = Dst::rows(job.dst, y); };
+  forRows<Src, Dst>(first, last, pixels, rowsAt, convertRow);
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace kip
 HWY_AFTER_NAMESPACE();

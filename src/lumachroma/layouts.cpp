@@ -323,32 +323,12 @@ KIP_INLINE Chroma<kTo> resample(const Chroma<kFrom>& c) {
   }
 }
 
-/// Whether a row and the next one follow one another without a gap, so that they can be converted as one.
-template <class Layout, class Byte>
-bool isContiguous(const Rows<Byte, Layout::kPointers>& row, const Rows<Byte, Layout::kPointers>& next, size_t pixels) {
-  for (int p = 0; p < Layout::kPointers; ++p) {
-    if (next.at[p] - row.at[p] != static_cast<ptrdiff_t>(Layout::bytes(p, pixels))) return false;
-  }
-  return true;
-}
-
-/// Converts rows first .. last - 1, as one where they are contiguous. rowsAt(row, from, to) tells where they are.
+/// Calls block(in, out) for all of the rows that rowsAt tells, some pixels at a time.
 template <class From, class To, class RowsAt, class Block>
-KIP_INLINE void forRows(int first, int last, size_t pixels, const RowsAt& rowsAt, const Block& block) {
-  Rows<const Kip8u, From::kPointers> from, nextFrom;
-  Rows<Kip8u, To::kPointers> to, nextTo;
-  if (last - first > 1) {
-    rowsAt(first, from, to);
-    rowsAt(first + 1, nextFrom, nextTo);
-    if (isContiguous<From>(from, nextFrom, pixels) && isContiguous<To>(to, nextTo, pixels)) {
-      pixels *= last - first;
-      last = first + 1;
-    }
-  }
-  for (int row = first; row < last; ++row) {
-    rowsAt(row, from, to);
-    forBlocks<From, To>(from, to, 0, pixels, block);
-  }
+KIP_INLINE void forBlocksOfRows(int first, int last, size_t pixels, const RowsAt& rowsAt, const Block& block) {
+  forRows<From, To>(first, last, pixels, rowsAt, [&](const auto& from, const auto& to, size_t count) KIP_INLINE_LAMBDA {
+    forBlocks<From, To>(from, to, 0, count, block);
+  });
 }
 
 /// In pieces below the non-temporal threshold of memcpy, which is slower above it here.
@@ -359,12 +339,8 @@ void copyRow(const Kip8u* from, Kip8u* to, size_t bytes) {
 }
 
 void copyLuma(const Job& job, int first, int last, size_t columns) {
-  const auto adjoins = [=](ptrdiff_t step) { return step == static_cast<ptrdiff_t>(columns); };
-  if (adjoins(job.src.step[0]) && adjoins(job.dst.step[0])) {
-    columns *= last - first;
-    last = first + 1;
-  }
-  for (int y = first; y < last; ++y) copyRow(job.src.row(0, y), job.dst.row(0, y), columns);
+  forJobRows<C1<>, C1<>>(job, first, last, columns,
+                         [](const auto& from, const auto& to, size_t bytes) { copyRow(from.at[0], to.at[0], bytes); });
 }
 
 /// A conversion between two layouts: whole blocks of columns only.
@@ -427,7 +403,7 @@ struct Relayout {
       To::set(to, 0, Dst::rows(job.dst, row, kExchange && Src::kPlanes != 3));
     };
     const R rule(placeOf(job, first));
-    forRows<From, To>(first, last, columns(job), rowsAt, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+    const auto block = [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
       const Unpacked luma = unpackLuma<From>(in);
       Chroma<Dst::kAcross> taps[R::kTaps], c;
       for (int t = 0; t < R::kTaps; ++t) taps[t] = resample<R, Lane, Dst::kAcross>(Src::load(From::get(in, t), Lane()));
@@ -442,7 +418,8 @@ struct Relayout {
         for (int i = 0; i < kUnpacked; ++i) luma.row[i].store(out.at[i]);
         Dst::store(c, To::get(out, 0), Lane());
       }
-    });
+    };
+    forBlocksOfRows<From, To>(first, last, columns(job), rowsAt, block);
   }
 
   struct Unpacked {
@@ -528,7 +505,7 @@ struct Reorder {
       from.at[0] = job.src.row(0, y), to.at[0] = job.dst.row(0, y);
     };
     const size_t bytes = 4 * static_cast<size_t>(job.width / 2);
-    forRows<Luma, Luma>(first, last, bytes, rowsAt, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+    forBlocksOfRows<Luma, Luma>(first, last, bytes, rowsAt, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
       const auto [left, right] = Luma::load(in.at[0]).part;
       Luma{{shuffleBlocks(left, kOrder), shuffleBlocks(right, kOrder)}}.store(out.at[0]);
     });
@@ -546,12 +523,10 @@ struct Reorder {
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "engine/convert.h"
+#include "lumachroma/rules.h"
 
 namespace kip {
-constexpr Rules k422 = {.minWidth = 2, .planesBeforeSize = true};
 constexpr Rules k420 = {.minWidth = 2, .planesBeforeSize = true, .rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
-constexpr Rules k411 = {.minWidth = 4, .planesBeforeSize = true, .warnWidth = 4};
 constexpr Rules k411And420 = {
     .minWidth = 4, .planesBeforeSize = true, .rowsPerGroup = 2, .warnWidth = 4, .warnHeight = 2};
 constexpr Rules k1620 = {.minWidth = 4, .minHeight = 4, .sizeUnit = 4, .planesBeforeSize = true, .rowsPerGroup = 4};

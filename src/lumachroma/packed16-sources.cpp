@@ -50,14 +50,9 @@ struct PackedPairs {
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "engine/convert.h"
+#include "lumachroma/rules.h"
 
 namespace kip {
-constexpr Rules kPositiveSteps = {.steps = StepCheck::kAfterSize};
-constexpr Rules kPairs = {.minWidth = 2};
-constexpr Rules kQuads = {.minWidth = 4, .warnWidth = 4};
-constexpr Rules kBlocks = {.minWidth = 2, .minHeight = 2, .rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
-constexpr Rules kYuv420 = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
 constexpr Rules kYuv422 = {.warnWidth = 2, .warnHeight = 2};
 }  // namespace kip
 #endif

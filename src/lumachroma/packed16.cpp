@@ -164,13 +164,7 @@ using DitherYuv420 = Dither<FromPairs<yuv::Inverse2, RowsOf420>, Words, 2>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "engine/convert.h"
-
-namespace kip {
-constexpr Rules kAnySize = {};
-constexpr Rules kWholeBlocks420 = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
-constexpr Rules kPositiveSteps = {.steps = StepCheck::kAfterSize};
-}  // namespace kip
+#include "lumachroma/rules.h"
 #endif
 
 #define KIP_FUNCTIONS "lumachroma/packed16-functions.inc"

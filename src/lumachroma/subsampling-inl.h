@@ -214,8 +214,9 @@ class Encode {
 
   static void rows(const Job& job, int first, int last) {
     const Encode encode(job);
-    const int pixels = wholeGroups<Dst>(job.width);
-    for (int y = first; y < last; ++y) encode.group(GroupOf::rows(job.src, y), Dst::rows(job.dst, y), pixels);
+    forJobRows<GroupOf, Dst>(job, first, last, wholeGroups<Dst>(job.width),
+                             [&](const auto& from, const auto& to, size_t pixels)
+                                 KIP_INLINE_LAMBDA { encode.group(from, to, pixels); });
   }
 
   /// The first pixels of a row group.
@@ -302,7 +303,9 @@ class Decode {
 
   static void rows(const Job& job, int first, int last) {
     const Decode decode(job);
-    for (int y = first; y < last; ++y) decode.pixels(y, 0, wholeGroups<Src>(job.width));
+    forJobRows<Src, GroupOf>(job, first, last, wholeGroups<Src>(job.width),
+                             [&](const auto& from, const auto& to, size_t pixels)
+                                 KIP_INLINE_LAMBDA { decode.group(from, to, 0, pixels); });
   }
 
   /// Pixels first .. last - 1 of a row group.

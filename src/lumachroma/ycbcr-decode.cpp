@@ -100,16 +100,7 @@ using BgrAval = C4<uint8_t, Order::kReverse>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "engine/convert.h"
-
-namespace kip {
-constexpr Rules kAnySize = {};
-constexpr Rules kPairs = {.minWidth = 2};
-constexpr Rules kPlanes422 = {.planesBeforeSize = true};
-constexpr Rules kPlanePairs = {.minWidth = 2, .planesBeforeSize = true};
-constexpr Rules kPlaneQuads = {.minWidth = 4, .planesBeforeSize = true};
-constexpr Rules kPlanes420 = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
-}  // namespace kip
+#include "lumachroma/rules.h"
 #endif
 
 #define KIP_FUNCTIONS "lumachroma/ycbcr-decode-functions.inc"

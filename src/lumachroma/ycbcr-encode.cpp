@@ -216,18 +216,11 @@ using RgbAlpha = AC4<>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "engine/convert.h"
+#include "lumachroma/rules.h"
 
 namespace kip {
-constexpr Rules kAnySize = {};
-constexpr Rules kWide = {.minWidth = 2};
-constexpr Rules kPlanes422Warn = {.minWidth = 2, .planesBeforeSize = true, .warnWidth = 2};
-constexpr Rules kPlanes422 = {.minWidth = 2, .planesBeforeSize = true};
-constexpr Rules kPlanes411 = {.minWidth = 4, .planesBeforeSize = true, .warnWidth = 4};
-constexpr Rules kPlanes420Any = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
-constexpr Rules kPlanes420 = {
+constexpr Rules kPlaneBlocks = {
     .minWidth = 2, .minHeight = 2, .planesBeforeSize = true, .rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
-constexpr Rules kPositiveSteps = {.steps = StepCheck::kAfterSize};
 }  // namespace kip
 #endif
 

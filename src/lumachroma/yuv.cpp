@@ -295,12 +295,7 @@ using Decode4 = DecodeRuns<8, Inverse4, Inverse4Rest, Src, C4<>>;
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
-#include "engine/convert.h"
-
-namespace kip {
-constexpr Rules kEveryPixel = {};
-constexpr Rules kWholeBlocks420 = {.rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
-}  // namespace kip
+#include "lumachroma/rules.h"
 #endif
 
 #define KIP_FUNCTIONS "lumachroma/yuv-functions.inc"
@@ -327,14 +322,14 @@ TightSteps tight420(KipiSize size) { return {{size.width, size.width / 2, size.w
 }  // namespace
 
 KipStatus kipiRGBToYUV422_8u_C3P3(const Kip8u* pSrc, Kip8u* pDst[3], KipiSize imgSize) {
-  return convert(KIP_KERNEL(kipiRGBToYUV422_8u_C3P3R), kEveryPixel, tightC3(pSrc, imgSize),
+  return convert(KIP_KERNEL(kipiRGBToYUV422_8u_C3P3R), kAnySize, tightC3(pSrc, imgSize),
                  planar(pDst, 3, tight422(imgSize).of), imgSize);
 }
 KipStatus kipiRGBToYUV422_8u_P3(const Kip8u* pSrc[3], Kip8u* pDst[3], KipiSize imgSize) {
   return kipiRGBToYUV422_8u_P3R(pSrc, imgSize.width, pDst, tight422(imgSize).of, imgSize);
 }
 KipStatus kipiRGBToYUV420_8u_C3P3(const Kip8u* pSrc, Kip8u* pDst[3], KipiSize imgSize) {
-  return convert(KIP_KERNEL(kipiRGBToYUV420_8u_C3P3R), kWholeBlocks420, tightC3(pSrc, imgSize),
+  return convert(KIP_KERNEL(kipiRGBToYUV420_8u_C3P3R), kAnySize420, tightC3(pSrc, imgSize),
                  planar(pDst, 3, tight420(imgSize).of), imgSize);
 }
 KipStatus kipiRGBToYUV420_8u_P3(const Kip8u* pSrc[3], Kip8u* pDst[3], KipiSize imgSize) {
@@ -344,14 +339,14 @@ KipStatus kipiYUV422ToRGB_8u_P3(const Kip8u* pSrc[3], Kip8u* pDst[3], KipiSize i
   return kipiYUV422ToRGB_8u_P3R(pSrc, tight422(imgSize).of, pDst, imgSize.width, imgSize);
 }
 KipStatus kipiYUV422ToRGB_8u_P3C3(const Kip8u* pSrc[3], Kip8u* pDst, KipiSize imgSize) {
-  return convert(KIP_KERNEL(kipiYUV422ToRGB_8u_P3C3R), kEveryPixel, planar(pSrc, 3, tight422(imgSize).of),
+  return convert(KIP_KERNEL(kipiYUV422ToRGB_8u_P3C3R), kAnySize, planar(pSrc, 3, tight422(imgSize).of),
                  tightC3(pDst, imgSize), imgSize);
 }
 KipStatus kipiYUV420ToRGB_8u_P3(const Kip8u* pSrc[3], Kip8u* pDst[3], KipiSize imgSize) {
   return kipiYUV420ToRGB_8u_P3R(pSrc, tight420(imgSize).of, pDst, imgSize.width, imgSize);
 }
 KipStatus kipiYUV420ToRGB_8u_P3C3(const Kip8u* pSrc[3], Kip8u* pDst, KipiSize imgSize) {
-  return convert(KIP_KERNEL(kipiYUV420ToRGB_8u_P3C3R), kWholeBlocks420, planar(pSrc, 3, tight420(imgSize).of),
+  return convert(KIP_KERNEL(kipiYUV420ToRGB_8u_P3C3R), kAnySize420, planar(pSrc, 3, tight420(imgSize).of),
                  tightC3(pDst, imgSize), imgSize);
 }
 #endif  // HWY_ONCE
