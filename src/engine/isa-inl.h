@@ -184,22 +184,6 @@ KIP_INLINE F32 atLeast(F32 v, F32 limit) {
 #endif
 }
 
-/// Whether any lane is NaN.
-KIP_INLINE bool anyNaN(F32 a, F32 b, F32 c) {
-#if KIP_ISA == KIP_ISA_AVX512
-  return !_kortestz_mask16_u8(_mm512_cmp_ps_mask(a.raw, b.raw, _CMP_UNORD_Q),
-                              _mm512_cmp_ps_mask(c.raw, c.raw, _CMP_UNORD_Q));
-#elif KIP_ISA == KIP_ISA_AVX2
-  return _mm256_movemask_ps(
-      _mm256_or_ps(_mm256_cmp_ps(a.raw, b.raw, _CMP_UNORD_Q), _mm256_cmp_ps(c.raw, c.raw, _CMP_UNORD_Q)));
-#elif KIP_ISA != KIP_ISA_PORTABLE
-  return _mm_movemask_ps(_mm_or_ps(_mm_cmpunord_ps(a.raw, b.raw), _mm_cmpunord_ps(c.raw, c.raw)));
-#else
-  const auto number = hn::And(hn::And(hn::Eq(a, a), hn::Eq(b, b)), hn::Eq(c, c));
-  return !hn::AllTrue(Tag<float>(), number);
-#endif
-}
-
 /// Floats as 32-bit integers, truncated toward zero or rounded as the processor is set to. What does not fit, and NaN,
 /// becomes the least integer.
 #if KIP_ISA == KIP_ISA_PORTABLE

@@ -115,18 +115,6 @@ KipStatus checkPlane(const void* plane, const void* result, KipiSize size) {
   return size.width < 1 || size.height < 1 ? kipStatusBadSize : kipStatusOk;
 }
 
-/// Even and odd columns apart, the last column of an odd width with the even ones.
-ExtendedSum accurateSum(const float* plane, int step, KipiSize size) {
-  ExtendedSum total;
-  for (int y = 0; y < size.height; ++y) {
-    const float* row = rowOf(plane, step, y);
-    double even = 0, odd = 0;
-    for (int x = 0; x < size.width; ++x) (x % 2 ? odd : even) += row[x];
-    total.add(even + odd);
-  }
-  return total;
-}
-
 }  // namespace
 
 KipStatus kipiSet_8u_C1R(Kip8u value, Kip8u* pDst, int dstStep, KipiSize roiSize) {
@@ -142,15 +130,14 @@ KipStatus kipiMax_32f_C1R(const Kip32f* pSrc, int srcStep, KipiSize roiSize, Kip
   return kipStatusOk;
 }
 
-KipStatus kipiSum_32f_C1R(const Kip32f* pSrc, int srcStep, KipiSize roiSize, double* pSum, SumHint hint) {
+KipStatus kipiSum_32f_C1R(const Kip32f* pSrc, int srcStep, KipiSize roiSize, double* pSum) {
   if (const KipStatus status = checkPlane(pSrc, pSum, roiSize)) return status;
-  const auto sumOf = hint == SumHint::kAccurate ? accurateSum : HWY_DYNAMIC_DISPATCH(sum);
-  *pSum = static_cast<double>(sumOf(pSrc, srcStep, roiSize));
+  *pSum = static_cast<double>(HWY_DYNAMIC_DISPATCH(sum)(pSrc, srcStep, roiSize));
   return kipStatusOk;
 }
 
-KipStatus kipiMean_32f_C1R(const Kip32f* pSrc, int srcStep, KipiSize roiSize, double* pMean, SumHint hint) {
-  const KipStatus status = kipiSum_32f_C1R(pSrc, srcStep, roiSize, pMean, hint);
+KipStatus kipiMean_32f_C1R(const Kip32f* pSrc, int srcStep, KipiSize roiSize, double* pMean) {
+  const KipStatus status = kipiSum_32f_C1R(pSrc, srcStep, roiSize, pMean);
   if (status == kipStatusOk) *pMean /= static_cast<double>(roiSize.width) * roiSize.height;
   return status;
 }

@@ -11,12 +11,10 @@ KipStatus kipiSet_8u_C1R(Kip8u value, Kip8u* pDst, int dstStep, KipiSize roiSize
 /// The largest sample; a sample that is not a number is passed over.
 KipStatus kipiMax_32f_C1R(const Kip32f* pSrc, int srcStep, KipiSize roiSize, Kip32f* pMax);
 
-/// How the samples of a row are summed: in single precision in sixteen partial sums, or in double precision in two.
-enum class SumHint { kFast = 1, kAccurate = 2 };
-
-KipStatus kipiSum_32f_C1R(const Kip32f* pSrc, int srcStep, KipiSize roiSize, double* pSum, SumHint hint);
+/// The sum. Samples of a row are added in single precision in sixteen partial sums, rows in extended precision.
+KipStatus kipiSum_32f_C1R(const Kip32f* pSrc, int srcStep, KipiSize roiSize, double* pSum);
 
 /// The sum divided by the number of samples.
-KipStatus kipiMean_32f_C1R(const Kip32f* pSrc, int srcStep, KipiSize roiSize, double* pMean, SumHint hint);
+KipStatus kipiMean_32f_C1R(const Kip32f* pSrc, int srcStep, KipiSize roiSize, double* pMean);
 
 }  // namespace kip

@@ -48,9 +48,6 @@ KIP_INLINE F32 toUnit(F32 v) { return atMost(atLeast(v, set(0.f)), set(1.f)); }
 /// The greater of v and another number; where v is NaN, that number.
 KIP_INLINE F32 numberAtLeast(F32 v, F32 least) { return atLeast(least, v); }
 
-/// v, or the one NaN that all NaNs become, so that the bits of a result do not depend on the order of operands.
-KIP_INLINE F32 canonicalizeNaN(F32 v) { return hn::IfThenElse(hn::Eq(v, v), v, as<float>(set<int32_t>(0x7FC00000))); }
-
 /// Vectors of 32-bit lanes saturated to one vector of smaller ones, all in order.
 KIP_INLINE U16 packInOrder(I32 first, I32 second) {
   const U16 packed = packUnsignedWords(first, second);

@@ -89,7 +89,7 @@ KipStatus kipiToneMapLinear_32f8u_C1R(const Kip32f* pSrc, int srcStep, Kip8u* pD
 
 KipStatus kipiToneMapMean_32f8u_C1R(const Kip32f* pSrc, int srcStep, Kip8u* pDst, int dstStep, KipiSize roiSize) {
   double mean;
-  if (const KipStatus status = kipiMean_32f_C1R(pSrc, srcStep, roiSize, &mean, SumHint::kFast)) return status;
+  if (const KipStatus status = kipiMean_32f_C1R(pSrc, srcStep, roiSize, &mean)) return status;
   return mapWhite(HWY_DYNAMIC_DISPATCH(scaleClamped), 2 * mean, pSrc, srcStep, pDst, dstStep, roiSize);
 }
 #endif  // HWY_ONCE
