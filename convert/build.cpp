@@ -9,6 +9,8 @@
 namespace kip::convert {
 namespace {
 
+// Lanes at the same place of 4096 bytes would have loads wait for stores to others.
+constexpr size_t kStagger = 9 * 64;
 constexpr int kPixelSegment = 1920, kFloatSegment = 768;  // multiples of the formats' groups, and of vectors
 
 size_t aligned(size_t bytes) { return (bytes + 63) / 64 * 64; }
@@ -385,11 +387,12 @@ class Builder {
     for (SourcePart& source : plan_.sources) {
       if (!source.needed || !source.cached) continue;
       const size_t samples = shifted(plan_.width, source.shiftX);
-      source.laneBytes = kMarginBytes + aligned(samples * bytesOf(from_.type)) + kMarginBytes;
+      source.laneBytes = kMarginBytes + aligned(samples * bytesOf(from_.type)) + kMarginBytes + kStagger;
       source.offset = take(source.laneBytes * source.part.lanes * source.rowsKept);
     }
     for (OwnLane& lane : plan_.lanes) {
-      lane.offset = take(kMarginBytes + size_t(plan_.segment) * bytesOf(lane.type) + kMarginBytes) + kMarginBytes;
+      lane.offset =
+          take(kMarginBytes + size_t(plan_.segment) * bytesOf(lane.type) + kMarginBytes + kStagger) + kMarginBytes;
     }
     plan_.scratchBytes = offset + 64;  // to align it
   }

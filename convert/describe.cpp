@@ -34,6 +34,19 @@ std::string lanes(const KipPlan& plan, const int (&lane)[3], int count) {
   return text;
 }
 
+const char* columnsText(ChromaColumns columns) {
+  switch (columns) {
+    case ChromaColumns::kPairs:
+      return ", chroma twice";
+    case ChromaColumns::kCosited:
+      return ", chroma with weights 2 : 0, 1 : 1";
+    case ChromaColumns::kMiddle:
+      return ", chroma with weights 1 : 3, 3 : 1";
+    default:
+      return "";
+  }
+}
+
 std::string stageText(const KipPlan& plan, const Program& program, const Stage& stage) {
   const std::string result = lanes(plan, stage.out, stage.outputs) + ": ";
   const std::string types = std::string(", ") + typeName(stage.from) + " to " + typeName(stage.to);
@@ -45,6 +58,12 @@ std::string stageText(const KipPlan& plan, const Program& program, const Stage& 
     case StageKind::kMatrix:
     case StageKind::kFloatMatrix:
       return result + "matrix of " + lanes(plan, stage.in, 3) + types;
+    case StageKind::kDecode:
+      return "store plane 0 of " + std::string(plan.to->info.name) + ": matrix of " + lanes(plan, stage.in, 3) +
+             columnsText(stage.columns);
+    case StageKind::kHalve:
+      return result + "half the columns of " + laneName(plan, stage.channel) + ", rows with " +
+             tapsText(program.rowTaps[stage.channel]) + ", columns with " + tapsText(plan.taps[stage.data]);
     case StageKind::kScale:
       return result + "scale of " + laneName(plan, stage.in[0]) + types;
     case StageKind::kRound:
@@ -77,7 +96,7 @@ void describe(KipPlan& plan) {
     for (const Stage& stage : program.stages) text += stageText(plan, program, stage) + "\n";
   }
   for (const ResultPart& result : plan.results) {
-    if (result.part.lanes == 0 || result.part.packing == Packing::kPlane) continue;
+    if (result.part.lanes == 0 || result.part.packing == Packing::kPlane || result.isStored) continue;
     text += "store plane " + std::to_string(result.part.plane) + " of " + to + "\n";
   }
 }

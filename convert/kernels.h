@@ -67,9 +67,19 @@ struct LayoutKernels {
   LoadKernel load[kPackings];    ///< by packing; null for kPlane
   StoreKernel store[kPackings];  ///< by packing; null for kPlane
 };
+/// Half of the columns of bytes: 16-bit sums of two neighbours, or of three with weights 1, 2, 1, of one row or of two.
+struct HalveWork {
+  const uint8_t* row[2];  ///< from the first sample that the sums are of
+  bool twoRows, three;
+  uint8_t* out;
+  size_t samples;
+};
+using HalveKernel = void (*)(const HalveWork& work);
+
 struct ResamplingKernels {
   RowsKernel rows[3][3];        ///< by sample types: from, to; null where there is none
   ColumnsKernel columns[3][3];  ///< the same
+  HalveKernel halve;
 };
 struct MatrixKernels {
   MatrixKernel matrix[kMatrixTypes][3];  ///< by types and by results less one
@@ -80,10 +90,30 @@ struct FloatKernels {
   RoundKernel round[2];  ///< by integer type
 };
 
+/// YCbCr to interleaved RGB of 8 bits in one go, chroma between its columns included: the sums of an integer matrix
+/// whose inputs are luma, the chroma of the first result and the chroma of the third, of which the first and the third
+/// result take theirs only, and the second both. Chroma has no centre. Bytes are those of the stages by themselves.
+enum class ChromaColumns : uint8_t { kEach, kPairs, kCosited, kMiddle };
+constexpr int kChromaColumns = 4;
+enum class Interleaving : uint8_t { kTriple, kQuad, kQuadAlphaFirst };
+struct DecodeWork {
+  const IntegerMatrix* matrix;
+  Interleaving interleaving;
+  const uint8_t *luma, *first, *third, *alpha;
+  uint8_t* out;
+  size_t pixels;
+  int row;
+};
+using DecodeKernel = void (*)(const DecodeWork& work);
+struct DecodeKernels {
+  DecodeKernel decode[kChromaColumns][2][2];  ///< by the types of luma and of chroma; null where there is none
+};
+
 /// Those of the processor's best target.
 const LayoutKernels& layoutKernels();
 const ResamplingKernels& resamplingKernels();
 const MatrixKernels& matrixKernels();
 const FloatKernels& floatKernels();
+const DecodeKernels& decodeKernels();
 
 }  // namespace kip::convert

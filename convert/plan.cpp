@@ -45,6 +45,7 @@ KipStatus kipPlanMake(const KipPicture* from, const KipPicture* to, const KipPla
     auto made = std::make_unique<KipPlan>();
     if (const KipStatus status = checkPlan(*from, *to, options, *made)) return status;
     buildStages(*made);
+    joinStages(*made);
     describe(*made);
     *plan = made.release();
     return kipStatusOk;

@@ -17,7 +17,18 @@ constexpr int kSourceLane = 0, kResultLane = 4, kFirstOwnLane = 8, kMostLanes = 
 constexpr int kMarginSamples = 8;
 constexpr size_t kMarginBytes = 64;
 
-enum class StageKind : uint8_t { kRows, kColumns, kMatrix, kScale, kFloatMatrix, kRound, kCopy, kFill };
+enum class StageKind : uint8_t {
+  kRows,
+  kColumns,
+  kMatrix,
+  kScale,
+  kFloatMatrix,
+  kRound,
+  kCopy,
+  kFill,
+  kDecode,
+  kHalve
+};
 
 /// One step from lanes to lanes.
 struct Stage {
@@ -25,10 +36,13 @@ struct Stage {
   SampleType from, to;
   MatrixTypes types;  ///< of an integer matrix
   int inputs = 1, outputs = 1;
-  int in[3], out[3];     ///< lanes
-  int data = 0;          ///< which of the plan's taps, matrices, ...; the value of a fill
-  bool margins = false;  ///< rows whose neighbours are wanted
-  int shiftX = 0;        ///< samples of the results lie every 2^shiftX pixels
+  int in[3], out[3];                             ///< lanes
+  int data = 0;                                  ///< which of the plan's taps, matrices, ...; the value of a fill
+  bool margins = false;                          ///< rows whose neighbours are wanted
+  int shiftX = 0;                                ///< samples of the results lie every 2^shiftX pixels
+  int result = 0;                                ///< the part of the destination that a decoder stores
+  ChromaColumns columns = ChromaColumns::kEach;  ///< of a decoder
+  int channel = 0;                               ///< of the source, whose rows are halved
 };
 
 /// What makes the samples of one grid of the destination: its pixels, or its chroma.
@@ -56,6 +70,7 @@ struct ResultPart {
   Part part;
   int lane[4];
   int shiftX, shiftY;
+  bool isStored;  ///< by a stage
 };
 
 /// A lane in scratch memory.
@@ -115,6 +130,9 @@ KipStatus checkPlan(const KipPicture& from, const KipPicture& to, const KipPlanO
 
 /// Fills in the stages.
 void buildStages(KipPlan& plan);
+
+/// Joins neighbouring stages.
+void joinStages(KipPlan& plan);
 
 /// Fills in the description.
 void describe(KipPlan& plan);

@@ -44,6 +44,7 @@ class Run {
   void row(int y) {
     for (int x = 0; x < plan_.width; x += plan_.segment) {
       const int end = std::min(plan_.width - x, plan_.segment) + x;
+      prefetchStores(y, x, end);
       for (const Program& program : plan_.programs) {
         if (y % (1 << program.shiftY) == 0) run(program, y, x, end);
       }
@@ -143,6 +144,10 @@ class Run {
         return floats_.matrix(plan_.floatMatrices[stage.data], stage.inputs, stage.outputs, in, out, samples);
       case StageKind::kRound:
         return floats_.round[to](plan_.roundings[stage.data], in[0], out[0], samples, row);
+      case StageKind::kDecode:
+        return decode(stage, row, x, samples);
+      case StageKind::kHalve:
+        return halve(program, stage, row, x, samples);
       case StageKind::kCopy:
         std::memcpy(out[0], in[0], samples * bytesOf(stage.to));
         return;
@@ -168,9 +173,49 @@ class Run {
     resampling_.rows[static_cast<int>(stage.from)][static_cast<int>(stage.to)](work);
   }
 
+  void decode(const Stage& stage, int row, int x, size_t samples) {
+    const ResultPart& result = plan_.results[stage.result];
+    const bool quad = result.part.lanes == 4,
+               alphaFirst = quad && (result.part.channel[0] < 0 || result.part.channel[0] == 3);
+    DecodeWork work;
+    work.matrix = &plan_.matrices[stage.data];
+    work.interleaving = alphaFirst ? Interleaving::kQuadAlphaFirst : quad ? Interleaving::kQuad : Interleaving::kTriple;
+    work.luma = lane_[stage.in[0]], work.first = lane_[stage.in[1]], work.third = lane_[stage.in[2]];
+    work.alpha = quad ? lane_[result.lane[alphaFirst ? 0 : 3]] : work.luma;
+    const int p = result.part.plane;
+    work.out = static_cast<uint8_t*>(dst_.plane[p]) + row * dst_.step[p] + rowBytes(plan_.to->info, p, x);
+    work.pixels = samples, work.row = row;
+    decoders_.decode[static_cast<int>(stage.columns)][static_cast<int>(stage.from)][static_cast<int>(stage.to)](work);
+  }
+
+  void halve(const Program& program, const Stage& stage, int row, int x, size_t samples) {
+    const Taps& columns = plan_.taps[stage.data];
+    const Taps& rows = program.rowTaps[stage.channel];
+    HalveWork work = {};
+    for (int t = 0; t < rows.count; ++t) {
+      work.row[t] = sourceRow(stage.channel, rows.firstOf(row) + t) + sourceBytes(stage.channel, x) + columns.first[0];
+    }
+    work.twoRows = rows.count == 2, work.three = columns.count == 3;
+    work.out = lane_[stage.out[0]], work.samples = samples;
+    resampling_.halve(work);
+  }
+
+  /// Stores come in bursts, after all arithmetic: their lines are fetched meanwhile.
+  void prefetchStores(int y, int x, int end) const {
+    for (const ResultPart& result : plan_.results) {
+      if (result.part.lanes < 2 || result.isStored || y % (1 << result.shiftY) != 0) continue;
+      const int p = result.part.plane;
+      const uint8_t* row = static_cast<uint8_t*>(dst_.plane[p]) + (y >> result.shiftY) * dst_.step[p];
+      constexpr int kLine = 64;
+      const int64_t last = rowBytes(plan_.to->info, p, end);
+      for (int64_t at = rowBytes(plan_.to->info, p, x); at < last; at += kLine) __builtin_prefetch(row + at, 1);
+    }
+  }
+
   void store(int y, int x, int end) {
     for (const ResultPart& result : plan_.results) {
-      if (result.part.lanes == 0 || result.part.packing == Packing::kPlane || y % (1 << result.shiftY) != 0) continue;
+      const bool stored = result.part.lanes == 0 || result.part.packing == Packing::kPlane || result.isStored;
+      if (stored || y % (1 << result.shiftY) != 0) continue;
       const uint8_t* lanes[4];
       for (int k = 0; k < result.part.lanes; ++k) lanes[k] = lane_[result.lane[k]];
       const int p = result.part.plane;
@@ -192,6 +237,7 @@ class Run {
   const ResamplingKernels& resampling_ = resamplingKernels();
   const MatrixKernels& matrices_ = matrixKernels();
   const FloatKernels& floats_ = floatKernels();
+  const DecodeKernels& decoders_ = decodeKernels();
 };
 
 /// Rows as they are.

@@ -14,12 +14,10 @@ double threshold(const ResultCode& result, int row, int column) {
   return result.dithered ? (kOrder[row][column] + 0.5) / 16 : 0.5;
 }
 
-/// Lanes of 16 signed bits: chroma around its zero, and whatever does not fit around the middle.
-int centreOf(const AffineRow& row, const InputCode& input, int k) {
+/// What does not fit in 16 signed bits is taken around the middle.
+int centreOf(const InputCode& input) {
   constexpr int kMiddle = 0x8000;
-  const int zero = static_cast<int>(std::lround(row.inputZero[k] * input.unit));
-  if (input.most < kMiddle) return zero;
-  return kMiddle;
+  return input.most < kMiddle ? 0 : kMiddle;
 }
 
 /// The least and the greatest sum of a row, before rounding.
@@ -62,10 +60,13 @@ void roundFactors(const double (&exact)[3], int count, bool oneScale, int16_t (&
   if (oneScale) factor[largest] = static_cast<int16_t>(factor[largest] + std::lround(total) - sum);
 }
 
-/// Inputs of smaller units are raised to the largest one, so that all factors can have as many bits.
-void raiseUnits(InputCode (&inputs)[3], int count, IntegerMatrix& matrix) {
+/// Inputs of smaller units are raised to the largest one, so that all factors can have as many bits; for results of 16
+/// bits, all to what fits, so that sums have bits to be rounded away.
+void raiseUnits(InputCode (&inputs)[3], int count, bool wide, IntegerMatrix& matrix) {
   int largest = 1;
   for (int k = 0; k < count; ++k) largest = std::max(largest, inputs[k].unit);
+  constexpr int kMostWide = 0x8000;
+  if (wide) largest = kMostWide;
   for (int k = 0; k < count; ++k) {
     matrix.raise[k] = 0;
     while (inputs[k].unit < largest && 2 * inputs[k].most <= 0xFFFF) {
@@ -79,14 +80,14 @@ void raiseUnits(InputCode (&inputs)[3], int count, IntegerMatrix& matrix) {
 void fillMatrix(IntegerMatrix& matrix, int o, const AffineRow& row, const InputCode (&lanes)[3], int count,
                 const ResultCode& result, SampleType type) {
   InputCode inputs[3] = {lanes[0], lanes[1], lanes[2]};
-  raiseUnits(inputs, count, matrix);
+  raiseUnits(inputs, count, type == SampleType::kU16, matrix);
   const int shift = shiftOf(row, inputs, count);
   const double one = std::ldexp(1, shift);
   double exact[3] = {};
   bool oneScale = count == 3;
   for (int k = 0; k < count; ++k) {
     matrix.mask[k] = static_cast<uint16_t>(inputs[k].mask);
-    matrix.centre[k] = static_cast<uint16_t>(centreOf(row, inputs[k], k));
+    matrix.centre[k] = static_cast<uint16_t>(centreOf(inputs[k]));
     exact[k] = row.factor[k] / inputs[k].unit * one;
     oneScale &= row.factor[k] != 0 && inputs[k].unit == inputs[0].unit && row.inputZero[k] == row.inputZero[0];
   }

@@ -194,6 +194,33 @@ struct SelectBytes {
   }
 };
 
+template <bool kTwoRows, bool kThree>
+void halveRows(const convert::HalveWork& work) {
+  // Sources have room behind the last sample.
+  const auto sum = [](const uint8_t* from) KIP_INLINE_LAMBDA {
+    const U8 v = loadLane<uint8_t>(from);
+    const I16 pair = hn::Add(evenBytes(v), oddBytes(v));
+    if constexpr (!kThree) return pair;
+    const U8 next = loadLane<uint8_t>(from + 1);
+    return hn::Add(pair, hn::Add(evenBytes(next), oddBytes(next)));
+  };
+  const auto sums = [&](size_t at) KIP_INLINE_LAMBDA {
+    I16 v = sum(work.row[0] + 2 * at);
+    if constexpr (kTwoRows) v = hn::Add(v, sum(work.row[1] + 2 * at));
+    return as<uint16_t>(v);
+  };
+  constexpr size_t kBatch = kLanes<uint16_t>;
+  size_t at = 0;
+  for (; at + kBatch <= work.samples; at += kBatch) storeLane<uint16_t>(sums(at), work.out + 2 * at);
+  if (at < work.samples) storeLane<uint16_t>(sums(at), work.out + 2 * at);  // so have results
+}
+
+void halve(const convert::HalveWork& work) {
+  const auto run = work.three ? (work.twoRows ? halveRows<true, true> : halveRows<false, true>)
+                              : (work.twoRows ? halveRows<true, false> : halveRows<false, false>);
+  run(work);
+}
+
 constexpr convert::ResamplingKernels makeKernels() {
   constexpr int kU8 = 0, kU16 = 1, kF32 = 2;
   convert::ResamplingKernels k{};
@@ -206,6 +233,7 @@ constexpr convert::ResamplingKernels makeKernels() {
   k.columns[kU8][kU16] = ColumnSum<uint8_t, uint16_t>::run;
   k.columns[kU16][kU16] = ColumnSum<uint16_t, uint16_t>::run;
   k.columns[kF32][kF32] = ColumnSum<float, float>::run;
+  k.halve = halve;
   return k;
 }
 

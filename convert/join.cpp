@@ -1,0 +1,155 @@
+// Neighbouring stages that one kernel can do.
+#include <algorithm>
+
+#include "plan.h"
+
+namespace kip::convert {
+namespace {
+
+bool hasWeights(const Taps& taps, int phase, std::initializer_list<int> weights, int first) {
+  return taps.first[phase] == first && taps.count == static_cast<int>(weights.size()) &&
+         std::equal(weights.begin(), weights.end(), taps.weight[phase]);
+}
+
+/// How chroma gets twice its columns; kEach if in another way.
+ChromaColumns chromaColumns(const Taps& taps) {
+  if (taps.phases != 2 || taps.advance != 1) return ChromaColumns::kEach;
+  if (hasWeights(taps, 0, {1}, 0) && hasWeights(taps, 1, {1}, 0)) return ChromaColumns::kPairs;
+  if (hasWeights(taps, 0, {2, 0}, 0) && hasWeights(taps, 1, {1, 1}, 0)) return ChromaColumns::kCosited;
+  if (hasWeights(taps, 0, {1, 3}, -1) && hasWeights(taps, 1, {3, 1}, 0)) return ChromaColumns::kMiddle;
+  return ChromaColumns::kEach;
+}
+
+class Joiner {
+ public:
+  Joiner(KipPlan& plan, Program& program) : plan_(plan), stages_(program.stages), program_(program) {}
+
+  void join() {
+    joinDecoder();
+    joinHalves();
+  }
+
+ private:
+  // -------------------------------------------------------------------------------------------------------------------
+  // Chroma columns, a matrix, and a store of interleaved bytes
+
+  void joinDecoder() {
+    const auto matrix = std::find_if(stages_.begin(), stages_.end(), [](const Stage& s) {
+      return s.kind == StageKind::kMatrix && s.outputs == 3 && s.to == SampleType::kU8;
+    });
+    if (matrix == stages_.end()) return;
+    const int result = resultOf(*matrix);
+    if (result < 0) return;
+    Stage decode = *matrix;
+    decode.kind = StageKind::kDecode;
+    decode.result = result;
+    if (!orderByMemory(plan_.results[result].part, decode)) return;
+    stages_.erase(matrix);
+    joinColumns(decode);
+    decode.to = typeOf(decode.in[1]);
+    stages_.push_back(decode);
+    plan_.results[result].isStored = true;
+  }
+
+  /// The part of the destination that is all that a matrix makes; -1 if there is none.
+  int resultOf(const Stage& matrix) const {
+    for (int i = 0; i < 4; ++i) {
+      const Part& part = plan_.results[i].part;
+      if (part.packing != Packing::kTriple8 && part.packing != Packing::kQuad8) continue;
+      const auto made = [&](int channel) {
+        return plan_.results[i].lane[placeOf(part, channel)] == matrix.out[channel];
+      };
+      if (made(0) && made(1) && made(2)) return i;
+    }
+    return -1;
+  }
+  static int placeOf(const Part& part, int channel) {
+    return static_cast<int>(std::find(part.channel, part.channel + part.lanes, channel) - part.channel);
+  }
+
+  /// Puts results in the order of memory, and before the third one's chroma that of the first. False where sums are of
+  /// another form than the kernel's.
+  bool orderByMemory(const Part& part, Stage& decode) {
+    const IntegerMatrix& made = plan_.matrices[decode.data];
+    const bool blueFirst = placeOf(part, 2) < placeOf(part, 0);
+    const int output[3] = {blueFirst ? 2 : 0, 1, blueFirst ? 0 : 2};
+    const int input[3] = {0, blueFirst ? 1 : 2, blueFirst ? 2 : 1};
+    IntegerMatrix ordered = made;
+    int lanes[3];
+    for (int k = 0; k < 3; ++k) {
+      ordered.mask[k] = made.mask[input[k]], ordered.centre[k] = made.centre[input[k]];
+      ordered.raise[k] = made.raise[input[k]], lanes[k] = decode.in[input[k]];
+      for (int o = 0; o < 3; ++o) ordered.factor[o][k] = made.factor[output[o]][input[k]];
+    }
+    for (int o = 0; o < 3; ++o) {
+      std::copy_n(&made.start[output[o]][0][0], 16, &ordered.start[o][0][0]);
+      ordered.shift[o] = made.shift[output[o]];
+    }
+    for (int k = 1; k < 3; ++k) {
+      if (ordered.centre[k] != 0 || ordered.raise[k] != 0 || ordered.mask[k] != 0xFFFF) return false;
+    }
+    if (ordered.factor[0][2] != 0 || ordered.factor[2][1] != 0) return false;
+    std::copy_n(lanes, 3, decode.in);
+    plan_.matrices[decode.data] = ordered;
+    return true;
+  }
+
+  void joinColumns(Stage& decode) {
+    decode.columns = ChromaColumns::kEach;
+    const auto first = makerOf(decode.in[1]);
+    if (first == stages_.end() || first->kind != StageKind::kColumns) return;
+    const ChromaColumns columns = chromaColumns(plan_.taps[first->data]);
+    if (columns == ChromaColumns::kEach) return;
+    decode.columns = columns;
+    for (int k = 1; k < 3; ++k) {
+      const auto maker = makerOf(decode.in[k]);
+      decode.in[k] = maker->in[0];
+      stages_.erase(maker);
+    }
+  }
+
+  std::vector<Stage>::iterator makerOf(int lane) {
+    return std::find_if(stages_.begin(), stages_.end(), [lane](const Stage& s) { return s.out[0] == lane; });
+  }
+  SampleType typeOf(int lane) const {
+    return lane < kFirstOwnLane ? plan_.from->type : plan_.lanes[lane - kFirstOwnLane].type;
+  }
+
+  // -------------------------------------------------------------------------------------------------------------------
+  // Half of the columns of bytes, of one row or of the sum of two
+
+  void joinHalves() {
+    for (size_t i = 0; i < stages_.size(); ++i) {
+      Stage& columns = stages_[i];
+      if (columns.kind != StageKind::kColumns || !isHalf(plan_.taps[columns.data])) continue;
+      const auto rows = makerOf(columns.in[0]);
+      if (rows == stages_.end()) {
+        if (columns.from == SampleType::kU8) columns.kind = StageKind::kHalve, columns.channel = columns.in[0];
+      } else if (rows->kind == StageKind::kRows && rows->from == SampleType::kU8 && isSum(*rows)) {
+        columns.kind = StageKind::kHalve, columns.from = SampleType::kU8, columns.channel = rows->in[0];
+        stages_.erase(rows);
+        --i;
+      }
+    }
+  }
+  static bool isHalf(const Taps& taps) {
+    return taps.phases == 1 && taps.advance == 2 &&
+           (hasWeights(taps, 0, {1, 1}, 0) || hasWeights(taps, 0, {1, 2, 1}, -1));
+  }
+  bool isSum(const Stage& rows) const {
+    const Taps& taps = program_.rowTaps[rows.in[0]];
+    return taps.phases == 1 && hasWeights(taps, 0, {1, 1}, 0) && rows.data == 0;
+  }
+
+  KipPlan& plan_;
+  std::vector<Stage>& stages_;
+  Program& program_;
+};
+
+}  // namespace
+
+void joinStages(KipPlan& plan) {
+  for (Program& program : plan.programs) Joiner(plan, program).join();
+}
+
+}  // namespace kip::convert
