@@ -6,7 +6,7 @@ set -eu
 build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
        libhwy-dev libgtest-dev libbenchmark-dev libhwy-dev:i386 libgtest-dev:i386 libbenchmark-dev:i386
        libgomp1:i386 libpng-dev libturbojpeg0-dev"
-# What the examples need beyond that, and their tests.
+# What the examples need beyond that, and what the tests of kipconvert compare it with.
 examples="ffmpeg libraw-dev"
 # What the benchmark compares with; it runs without them as well.
 bench="libopencv-imgproc-dev libyuv-dev libswscale-dev libzimg-dev libraw-dev"
