@@ -6,7 +6,7 @@ set -eu
 build="g++ g++-multilib cmake ninja-build pkgconf dpkg-dev file
        libhwy-dev libgtest-dev libbenchmark-dev libhwy-dev:i386 libgtest-dev:i386 libbenchmark-dev:i386
        libgomp1:i386 libpng-dev libturbojpeg0-dev"
-# What the examples need beyond that, and their tests.
+# What the examples need beyond that, their tests, and what the tests of kipconvert compare it with.
 examples="ffmpeg libraw-dev libtiff-dev"
 # What the GStreamer elements need, and their tests.
 gstreamer="libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev gstreamer1.0-tools

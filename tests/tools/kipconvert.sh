@@ -180,7 +180,7 @@ refused 1 "No such file" nothing.y4m out.png --matrix bt709
 kipconvert --as y4m clip.y4m 2>message >/dev/full && fail "a full disk goes unnoticed"
 grep -q "cannot write" message || fail "a full disk: $(cat message)"
 mkfifo pipe && kipconvert --as y4m <pipe 2>message >/dev/full & sleep 0.1
-(cat clip.y4m; sleep 10) >pipe & holder=$!
+(cat clip.y4m; exec sleep 10) >pipe & holder=$!
 wait %1 && fail "a full disk goes unnoticed while the source waits"
 kill $holder 2>/dev/null || fail "it waits for its source after a full disk"
 

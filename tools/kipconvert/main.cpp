@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <new>
 
 #include "kipcore.h"
 #include "pipeline.h"
@@ -83,6 +84,9 @@ void act(const Options& options) {
 int main(int argc, char** argv) try { act(parseOptions(argc, argv)); } catch (const Usage& usage) {
   std::fprintf(stderr, "kipconvert: %s\n", usage.what());
   return 2;
+} catch (const std::bad_alloc&) {
+  std::fputs("kipconvert: there is not enough memory\n", stderr);
+  return 1;
 } catch (const std::exception& error) {
   std::fprintf(stderr, "kipconvert: %s\n", error.what());
   return 1;

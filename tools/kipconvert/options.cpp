@@ -30,7 +30,7 @@ const char kHelp[] =
     "  --chroma C           linear or nearest (linear)\n"
     "  --dither D           where samples lose bits: none or ordered (none)\n"
     "  --demosaic D         of Bayer sources: bilinear or ahd (bilinear)\n"
-    "  --threads N          default: as many as there are processors\n"
+    "  --threads N          for converting, besides reading and writing; 0 is one for each processor (1)\n"
     "  --frames N           stop after N frames\n"
     "  --quiet              no progress on the terminal\n"
     "Instead of it:\n"

@@ -31,7 +31,7 @@ struct Options {
   const Container* container = nullptr;  ///< of the output; null is by its name
   Colour fromColour, toColour;
   KipPlanOptions plan = {sizeof(KipPlanOptions), kipChromaLinear, kipDitherNone, kipDemosaicBilinear, 0};
-  int threads = 0;  ///< 0 is as many as there are processors
+  int threads = 1;  ///< of the conversion, beside those that read and write; 0 is as many as there are processors
   int frames = 0;   ///< how many at most; 0 is all
   bool quiet = false;
 };

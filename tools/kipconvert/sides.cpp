@@ -37,10 +37,11 @@ void settleSite(KipPicture& picture, const char* side, std::vector<std::string>&
                     (picture.range == kipRangeFull ? ", as with full range" : ", as with limited range"));
 }
 
-std::string sideWithout(bool isSource, const char* what, const std::string& option, const std::string& values) {
-  const std::string prefix = isSource ? "--" + option : "--to-" + option;
-  std::string text = std::string("the ") + what + " of the " + (isSource ? "source" : "result") + " is not known: add ";
-  for (const char c : values) text += c == '$' ? prefix : std::string(1, c);
+/// In `values`, $ stands for the option.
+std::string notKnown(const std::string& what, bool ofSource, const std::string& values) {
+  const std::string option = (ofSource ? "--" : "--to-") + what;
+  std::string text = "the " + what + " of the " + (ofSource ? "source" : "result") + " is not known: add ";
+  for (const char c : values) text += c == '$' ? option : std::string(1, c);
   return text;
 }
 
@@ -81,11 +82,11 @@ std::string explainFailure(KipStatus status, const KipPicture& from, const KipPi
   const bool isRgb = familyOf(from) == kipFamilyRGB || familyOf(from) == kipFamilyBayer;
   switch (static_cast<int>(status)) {
     case kipStatusNeedsMatrix:
-      return sideWithout(!isRgb && from.matrix == kipMatrixUnspecified, "matrix", "matrix",
-                         "$ bt709 (HD), $ bt601 (SD, JPEG) or $ bt2020 (UHD)");
+      return notKnown("matrix", !isRgb && from.matrix == kipMatrixUnspecified,
+                      "$ bt709 (HD), $ bt601 (SD, JPEG) or $ bt2020 (UHD)");
     case kipStatusNeedsRange:
-      return sideWithout(isYCbCr(from) && from.range == kipRangeUnspecified, "range", "range",
-                         "$ limited (video) or $ full (JPEG)");
+      return notKnown("range", isYCbCr(from) && from.range == kipRangeUnspecified,
+                      "$ limited (video) or $ full (JPEG)");
     case kipStatusBadMatrix:
       return isRgb && from.matrix != kipMatrixUnspecified
                  ? "the source is RGB and has no matrix; --to-matrix is that of the result"

@@ -75,10 +75,12 @@ void take(const std::string& word, Stream& stream) {
     case 'H':
       picture.height = parseInteger(value, 1);
       break;
-    case 'C':
-      picture.format = samplingOf(value).format;
-      picture.site = samplingOf(value).site;
+    case 'C': {
+      const Sampling& sampling = samplingOf(value);
+      picture.format = sampling.format;
+      picture.site = sampling.site;
       break;
+    }
     case 'F':
       stream.rate = parseRatio(value);
       break;

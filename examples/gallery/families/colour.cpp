@@ -1,14 +1,16 @@
 // Matrix, range and chroma: one picture, read as what it is and as what it is not.
 
+#include <algorithm>
 #include <stdexcept>
+#include <vector>
 
 #include "kipconvert.h"
 #include "page.h"
 
 namespace {
 
-constexpr int kZoom = 8;
-constexpr int kCloseUp = 48;  // pixels
+constexpr int kZoom = 6;
+constexpr int kCloseUp = 40;  // pixels
 
 /// NV12 of BT.709 at limited range, as video has it, unless said otherwise.
 KipPicture video(const Picture& photo) {
@@ -67,8 +69,31 @@ void read(Reading& reading, const Picture& photo) {
   kipPlanFree(plan);
 }
 
-Picture closeUp(const Picture& picture, Corner at) {
-  return enlarge(crop(picture, at.x, at.y, kCloseUp, kCloseUp), kZoom, kZoom);
+/// A detail at the upper right, where the drawn scene has sectors with hard edges.
+Picture closeUp(const Picture& picture) {
+  const int x = std::min(picture.width * 13 / 16, picture.width - kCloseUp);
+  const int y = std::min(picture.height / 16, picture.height - kCloseUp);
+  return enlarge(crop(picture, x, y, kCloseUp, kCloseUp), kZoom, kZoom);
+}
+
+/// Pictures of one size in a row, with gaps.
+Picture sideBySide(const std::vector<Picture>& parts) {
+  constexpr int kGap = 4;
+  const int width = parts[0].width;
+  Picture row(static_cast<int>(parts.size()) * (width + kGap) - kGap, parts[0].height, 3, 255);
+  for (size_t i = 0; i < parts.size(); ++i) {
+    for (int y = 0; y < row.height; ++y) {
+      std::copy_n(parts[i].at(0, y), parts[i].step(), row.at(static_cast<int>(i) * (width + kGap), y));
+    }
+  }
+  return row;
+}
+
+/// A bit of the middle, towards the lower right.
+Picture middle(const Picture& picture) {
+  constexpr int kWidth = 208, kHeight = 176;
+  const int width = std::min(kWidth, picture.width), height = std::min(kHeight, picture.height);
+  return crop(picture, (picture.width - width) * 7 / 10, (picture.height - height) * 7 / 10, width, height);
 }
 
 void show(Page& page, const Picture& photo) {
@@ -101,21 +126,30 @@ void show(Page& page, const Picture& photo) {
                .psnr = psnr(photo, reading.shown)});
   }
 
+  std::vector<Picture> parts;
+  for (const Reading& reading : colours) parts.push_back(middle(reading.shown));
+  page.row("", "A part of each, from right to exchanged.");
+  page.show({.picture = sideBySide(parts), .title = "Colours side by side"});
+
   Reading sites[] = {
       {"Chroma at its site", "Left, as it was made, interpolated.", right, right},
       {"Left taken for center", "Colours lie half a pixel beside their edges.", right, center},
       {"Nearest", "Each sample for its group of pixels: edges have steps.", right, right, kipChromaNearest},
   };
   for (Reading& reading : sites) read(reading, photo);
-  const Corner at = worstSquare({{sites[0].shown, sites[1].shown}, {sites[0].shown, sites[2].shown}}, kCloseUp);
-  page.row("Where the chroma lies", "The detail where these differ most.");
-  page.show({.picture = closeUp(photo, at), .title = "The photo close up"});
+  page.row("Where the chroma lies");
+  parts = {closeUp(photo)};
   for (const Reading& reading : sites) {
-    page.show({.picture = closeUp(reading.shown, at),
+    page.show({.picture = reading.shown,
                .title = reading.title,
                .text = reading.text,
+               .function = "kipPlanRun",
+               .speed = reading.speed,
                .psnr = psnr(photo, reading.shown)});
+    parts.push_back(closeUp(reading.shown));
   }
+  page.row("", "A detail of the photo, and of the three in the same order.");
+  page.show({.picture = sideBySide(parts), .title = "Chroma side by side"});
 }
 
 const Family kColour(5, show);
