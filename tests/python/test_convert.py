@@ -165,7 +165,7 @@ def refusals():
     yield "contiguous", lambda out: kipcc.convert(rgb[:, :, ::-1], "rgb24", "bgr24", out=out)
     yield "shares memory", lambda out: kipcc.convert(out, "rgb24", "bgr24", out=out)
     yield "read-only", lambda out: kipcc.convert(rgb, "rgb24", "rgb24", out=numpy.broadcast_to(out, out.shape))
-    yield "Bayer|result", lambda out: kipcc.convert(rgb, "rgb24", "bayer_rggb8")
+    yield "converted from, but not to", lambda out: kipcc.convert(rgb, "rgb24", "bayer_rggb8")
 
 
 @pytest.mark.parametrize("sentence, refused", refusals())
