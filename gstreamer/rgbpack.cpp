@@ -15,14 +15,23 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 using Block = hn::FixedTag<uint8_t, RgbPacker::kBlock>;
 
-/// Whole blocks, `fromStep` and `toStep` bytes apart; the bytes of a block beyond `toStep` are the next one's.
-void packBlocks(const uint8_t* from, int fromStep, uint8_t* to, int toStep, int blocks, const uint8_t* places,
-                const uint8_t* fourth) {
+/// Whole blocks of so many bytes on either side; those of a vector beyond are the next block's.
+template <int kFrom, int kTo>
+void packBlocks(const uint8_t* from, uint8_t* to, int blocks, const uint8_t* places, const uint8_t* fourth) {
   const Block block;
   const auto shuffle = hn::LoadU(block, places), full = hn::LoadU(block, fourth);
-  for (; blocks > 0; --blocks, from += fromStep, to += toStep) {
-    hn::StoreU(hn::Or(hn::TableLookupBytesOr0(hn::LoadU(block, from), shuffle), full), block, to);
+#pragma GCC unroll 8
+  for (int i = 0; i < blocks; ++i) {
+    const auto rgb = hn::LoadU(block, from + i * ptrdiff_t{kFrom});
+    hn::StoreU(hn::Or(hn::TableLookupBytesOr0(rgb, shuffle), full), block, to + i * ptrdiff_t{kTo});
   }
+}
+
+void packFour(const uint8_t* from, uint8_t* to, int blocks, const uint8_t* places, const uint8_t* fourth) {
+  packBlocks<12, 16>(from, to, blocks, places, fourth);
+}
+void packThree(const uint8_t* from, uint8_t* to, int blocks, const uint8_t* places, const uint8_t* fourth) {
+  packBlocks<15, 15>(from, to, blocks, places, fourth);
 }
 
 }  // namespace
@@ -33,7 +42,8 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace gstkip {
 
-HWY_EXPORT(packBlocks);
+HWY_EXPORT(packFour);
+HWY_EXPORT(packThree);
 
 RgbPacker::RgbPacker(const GstVideoFormatInfo* format) : toBytes_(GST_VIDEO_FORMAT_INFO_PSTRIDE(format, 0)) {
   const int sample = GST_VIDEO_FORMAT_INFO_DEPTH(format, 0) / 8;
@@ -53,10 +63,11 @@ RgbPacker::RgbPacker(const GstVideoFormatInfo* format) : toBytes_(GST_VIDEO_FORM
 
 void RgbPacker::pack(const uint8_t* rgb, uint8_t* pixels, int count) const {
   const int perBlock = kBlock / toBytes_, blocks = (count - 1) / perBlock, rest = count - blocks * perBlock;
-  const auto packSome = HWY_DYNAMIC_DISPATCH(packBlocks);
-  packSome(rgb, perBlock * fromBytes_, pixels, perBlock * toBytes_, blocks, places_, fourth_);
+  const bool three = fromBytes_ == toBytes_;
+  const auto packSome = three ? HWY_DYNAMIC_DISPATCH(packThree) : HWY_DYNAMIC_DISPATCH(packFour);
+  packSome(rgb, pixels, blocks, places_, fourth_);
   uint8_t last[kBlock];
-  packSome(rgb + blocks * perBlock * fromBytes_, 0, last, 0, 1, places_, fourth_);
+  packSome(rgb + blocks * perBlock * fromBytes_, last, 1, places_, fourth_);
   memcpy(pixels + blocks * perBlock * toBytes_, last, static_cast<size_t>(rest) * toBytes_);
 }
 
