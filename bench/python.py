@@ -109,14 +109,14 @@ def threads():
     print(f"two Python threads convert {2 * times[1] / times[2]:.2f} times as many frames as one")
 
 
-def batch(count=24):
+def batch(count=12):
     """kipcc-batch, without the time that it takes to start and to stop its processes."""
     from kipcc import batch as module
 
     os.environ["PYTHONPATH"] = str(pathlib.Path(kipcc.__file__).parents[1])  # for the processes
     seconds = {}
     with tempfile.TemporaryDirectory(dir="/dev/shm" if os.path.isdir("/dev/shm") else None) as folder:
-        mosaic = numpy.random.default_rng(2).integers(0, 256, (HEIGHT, WIDTH), "u1")
+        mosaic = numpy.random.default_rng(2).integers(0, 256, (HEIGHT // 2, WIDTH // 2), "u1")
         files = [f"{folder}/{i}.npy" for i in range(count)]
         for file in files:
             numpy.save(file, mosaic)
@@ -128,7 +128,7 @@ def batch(count=24):
             os.makedirs(arguments.out, exist_ok=True)
             with module.connect(arguments, jobs) as client:
                 times = []
-                for _ in range(3):
+                for _ in range(2):
                     begin = time.perf_counter()
                     assert not list(module.convert_all(work, jobs, client))
                     times.append(time.perf_counter() - begin)
