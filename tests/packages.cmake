@@ -33,3 +33,18 @@ set(PACKAGE_DIR ${LIBDIR}/cmake/kipcc)
 check(kipcc-dev
   "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: kipcc \\(= ${VERSION}\\)"
   "include/kipcc.h;include/kipconvert.h;include/kipcore.h;${LIBDIR}/libkipcct7.so;${LIBDIR}/libkipconvert.so;${LIBDIR}/libkipcore.so;${LIBDIR}/pkgconfig/kipcc.pc;${LIBDIR}/pkgconfig/kipconvert.pc;${PACKAGE_DIR}/kipccConfig.cmake;${PACKAGE_DIR}/kipccConfig-release.cmake;${PACKAGE_DIR}/kipccConfigVersion.cmake")
+
+# Only where the module is built.
+file(GLOB MODULE ${BUILD}/packages/python3-kipcc_${VERSION}_${ARCHITECTURE}.deb)
+if(MODULE)
+  run(FIELDS dpkg-deb --field ${MODULE} Depends)
+  run(CONTENTS dpkg-deb --contents ${MODULE})
+  foreach(WANTED "/bin/kipcc-batch" "/dist-packages/kipcc/_native\\.cpython-" "/dist-packages/kipcc/_native\\.pyi")
+    if(NOT CONTENTS MATCHES "${WANTED}")
+      message(SEND_ERROR "python3-kipcc lacks ${WANTED}:\n${CONTENTS}")
+    endif()
+  endforeach()
+  if(NOT FIELDS MATCHES "kipcc \\(= ${VERSION}\\).*python3 \\(<< 3\\.")
+    message(SEND_ERROR "python3-kipcc depends on: ${FIELDS}")
+  endif()
+endif()
