@@ -5,7 +5,6 @@ One thread, 1920 x 1080. Every figure is the best of several rounds, in which th
 
 import os
 import pathlib
-import subprocess
 import sys
 import tempfile
 import threading
@@ -17,13 +16,13 @@ import numpy
 
 import kipcc
 
-WIDTH, HEIGHT, ROUNDS = 1920, 1080, 15
+WIDTH, HEIGHT, ROUNDS = 1920, 1080, 40
 
 
-def best(candidates, calls):
+def best(candidates, calls, rounds=ROUNDS):
     """The shortest time of a call of each candidate, in seconds."""
     times = dict.fromkeys(candidates, float("inf"))
-    for _ in range(ROUNDS):
+    for _ in range(rounds):
         for name, function in candidates.items():
             begin = time.perf_counter()
             for _ in range(calls):
@@ -57,16 +56,22 @@ def frames():
     return nv12, out
 
 
-def to_rgb(nv12, out):
-    kipcc.convert(nv12, "nv12", "rgb24", matrix="bt601", range="limited", out=out)
+def to_rgb(nv12, out, chroma="linear"):
+    kipcc.convert(nv12, "nv12", "rgb24", matrix="bt601", range="limited", chroma=chroma, out=out)
 
 
 def compare():
     nv12, out = frames()
-    times = best({"kipcc.convert": lambda: to_rgb(nv12, out), **peers(nv12, numpy.empty_like(out))}, 5)
+    ours = {
+        "kipcc": lambda: to_rgb(nv12, out),
+        "kipcc, nearest chroma": lambda: to_rgb(nv12, out, "nearest"),  # as OpenCV and PyAV have it
+    }
+    times = best({**ours, **peers(nv12, numpy.empty_like(out))}, 3)
     for name, seconds in times.items():
-        print(f"NV12 to RGB24, {name:16} {WIDTH * HEIGHT / seconds / 1e6:7.0f} Mpixel/s", end="")
-        print(f", kipcc is {seconds / times['kipcc.convert']:.2f} times as fast")
+        ratios = " and ".join(f"{seconds / times[our]:.2f}" for our in ours)
+        print(
+            f"NV12 to RGB24, {name:22} {WIDTH * HEIGHT / seconds / 1e6:5.0f} Mpixel/s; ours is {ratios} times as fast"
+        )
 
 
 def overhead():
@@ -78,9 +83,10 @@ def overhead():
             "kipiRGBToYCbCr_8u_C3R": lambda: kipcc.kipiRGBToYCbCr_8u_C3R(rgb),
             "kipiRGBToYCbCr_8u_C3R, out": lambda: kipcc.kipiRGBToYCbCr_8u_C3R(rgb, out=out),
             "kipiRGBToYCbCr420_8u_C3P3R, out": lambda: kipcc.kipiRGBToYCbCr420_8u_C3P3R(rgb, out=planes),
-            "convert, out": lambda: to_rgb(nv12, out),
+            "convert, RGB24 to BGR24, out": lambda: kipcc.convert(rgb, "rgb24", "bgr24", out=out),
+            "convert, NV12 to RGB24, out": lambda: to_rgb(nv12, out),
         },
-        5000,
+        1000,
     )
     for name, seconds in times.items():
         print(f"16 x 16, {name:32} {seconds * 1e6:5.2f} microseconds a call")
@@ -89,7 +95,7 @@ def overhead():
 def threads():
     def work(count):
         def repeat(nv12, out):
-            for _ in range(60):
+            for _ in range(200):
                 to_rgb(nv12, out)
 
         running = [threading.Thread(target=repeat, args=pictures[i]) for i in range(count)]
@@ -99,40 +105,39 @@ def threads():
             thread.join()
 
     pictures = [frames() for _ in range(2)]
-    times = best({1: lambda: work(1), 2: lambda: work(2)}, 1)
+    times = best({1: lambda: work(1), 2: lambda: work(2)}, 1, 6)
     print(f"two Python threads convert {2 * times[1] / times[2]:.2f} times as many frames as one")
 
 
-def batch(count=60):
-    """kipcc-batch, less the time that it takes to start and to stop its processes."""
-    program = pathlib.Path(kipcc.__file__).parents[1] / "kipcc-batch"
+def batch(count=12):
+    """kipcc-batch, without the time that it takes to start and to stop its processes."""
+    from kipcc import batch as module
+
+    os.environ["PYTHONPATH"] = str(pathlib.Path(kipcc.__file__).parents[1])  # for the processes
+    seconds = {}
     with tempfile.TemporaryDirectory(dir="/dev/shm" if os.path.isdir("/dev/shm") else None) as folder:
-        rgb = numpy.random.default_rng(2).integers(0, 65536, (HEIGHT, WIDTH), "u2")
+        mosaic = numpy.random.default_rng(2).integers(0, 256, (HEIGHT // 2, WIDTH // 2), "u1")
         files = [f"{folder}/{i}.npy" for i in range(count)]
         for file in files:
-            numpy.save(file, rgb)
-
-        def seconds(workers, number):
-            command = [
-                sys.executable,
-                program,
-                "apply",
-                "kipiDemosaicAHD_16u_C1C3R",
-                *files[:number],
-                "--set",
-                "grid=1",
-            ]
-            begin = time.perf_counter()
-            subprocess.run([*command, "--out", f"{folder}/out", "--again", "--workers", str(workers)], check=True,
-                           stdout=subprocess.DEVNULL, env={**os.environ, "PYTHONPATH": str(program.parent)})  # fmt: skip
-            return time.perf_counter() - begin
-
-        times = {n: seconds(n, count) - seconds(n, n) for n in (1, 2)}
-        rates = {n: (count - n) / times[n] for n in times}
-    print(f"kipcc-batch with two processes converts {rates[2] / rates[1]:.2f} times as many files as with one")
+            numpy.save(file, mosaic)
+        command = ["apply", "kipiDemosaicAHD_8u_C1C3R", "--set", "grid=1", *files, "--out", folder + "/out"]  # PNG
+        for workers in (1, 2):
+            arguments = module.parser().parse_args([*command, "--workers", str(workers)])
+            work = arguments.work(arguments)
+            jobs = module.jobs_of(work, arguments.files, arguments.out)
+            os.makedirs(arguments.out, exist_ok=True)
+            with module.connect(arguments, jobs) as client:
+                times = []
+                for _ in range(2):
+                    begin = time.perf_counter()
+                    assert not list(module.convert_all(work, jobs, client))
+                    times.append(time.perf_counter() - begin)
+                seconds[workers] = min(times)
+    print(f"kipcc-batch with two processes converts {seconds[1] / seconds[2]:.2f} times as many files as with one")
 
 
-compare()
-overhead()
-threads()
-batch()
+if __name__ == "__main__":
+    compare()
+    overhead()
+    threads()
+    batch()

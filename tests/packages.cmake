@@ -45,3 +45,18 @@ if(GSTREAMER)
     "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: [^\n]*kipcc \\(= ${VERSION}\\);Depends: [^\n]*libgstreamer-plugins-base1.0-0 "
     "${LIBDIR}/gstreamer-1.0/libgstkipcc.so;share/doc/gstreamer1.0-kipcc/copyright")
 endif()
+
+# Only where the module is built.
+file(GLOB MODULE ${BUILD}/packages/python3-kipcc_${VERSION}_${ARCHITECTURE}.deb)
+if(MODULE)
+  run(FIELDS dpkg-deb --field ${MODULE} Depends)
+  run(CONTENTS dpkg-deb --contents ${MODULE})
+  foreach(WANTED "/bin/kipcc-batch" "/dist-packages/kipcc/_native\\.cpython-" "/dist-packages/kipcc/_native\\.pyi")
+    if(NOT CONTENTS MATCHES "${WANTED}")
+      message(SEND_ERROR "python3-kipcc lacks ${WANTED}:\n${CONTENTS}")
+    endif()
+  endforeach()
+  if(NOT FIELDS MATCHES "kipcc \\(= ${VERSION}\\).*python3 \\(<< 3\\.")
+    message(SEND_ERROR "python3-kipcc depends on: ${FIELDS}")
+  endif()
+endif()
