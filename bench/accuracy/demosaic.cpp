@@ -84,7 +84,6 @@ std::vector<std::pair<const char*, double>> demosaicingRatios() {
   // OpenCV names the grid by its second row and column.
   add("OpenCV, bilinear", cv::COLOR_BayerBG2RGB);
   add("OpenCV, edge aware", cv::COLOR_BayerBG2RGB_EA);
-  add("OpenCV, VNG", cv::COLOR_BayerBG2BGR_VNG);
 #endif
   return ratios;
 }

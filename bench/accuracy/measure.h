@@ -33,7 +33,7 @@ struct Errors {
   double largest = 0, sum = 0;
   size_t samples = 0;
 
-  double mean() const { return sum / static_cast<double>(samples); }
+  double mean() const { return samples ? sum / static_cast<double>(samples) : 0; }
   void add(double error) {
     largest = std::max(largest, error), sum += error;
     ++samples;
@@ -49,7 +49,7 @@ template <class S, class D, size_t kChannels>
 struct Peer {
   void (*convert)(const Pixels<S>&, Pixels<D, kChannels>&) = nullptr;
   Real (*formula)(const Real&) = nullptr;  ///< where it is another one
-  const Scale *source = nullptr, *result = nullptr;
+  const Scale* result = nullptr;           ///< the same
 };
 
 template <class S, class D, size_t kChannels = 3>
@@ -100,7 +100,8 @@ void measure(const Conversion<S, D, kChannels>& conversion, const Pixels<S>& sou
 }
 
 struct Accuracy {
-  Errors ours, peers;
+  double largest, mean;            ///< errors of the library
+  double peersLargest, peersMean;  ///< where there is a peer
 };
 
 /// Of one pixel out of so many.
@@ -108,12 +109,9 @@ template <class S, class D, size_t kChannels>
 Accuracy accuracyOf(const Conversion<S, D, kChannels>& conversion, int stride) {
   constexpr int kSourceStep = kSide * sizeof(std::array<S, 3>), kStep = kSide * sizeof(std::array<D, kChannels>);
   const Peer<S, D, kChannels>& peer = conversion.peer;
-  const Conversion<S, D, kChannels> peers = {conversion.name,
-                                             conversion.convert,
-                                             peer.formula ? peer.formula : conversion.formula,
-                                             conversion.bytes,
-                                             peer.source ? *peer.source : conversion.source,
-                                             peer.result ? *peer.result : conversion.result};
+  const Conversion<S, D, kChannels> peers = {
+      conversion.name,  conversion.convert, peer.formula ? peer.formula : conversion.formula,
+      conversion.bytes, conversion.source,  peer.result ? *peer.result : conversion.result};
   Errors ours, theirs;
   Pixels<D, kChannels> result(kSide * kSide);
   for (int first = 0; first < 256; ++first) {
@@ -124,7 +122,7 @@ Accuracy accuracyOf(const Conversion<S, D, kChannels>& conversion, int stride) {
     peer.convert(source, result);
     measure(peers, source, result, first % stride, stride, theirs);
   }
-  return {ours, theirs};
+  return {ours.largest, ours.mean(), theirs.largest, theirs.mean()};
 }
 
 }  // namespace accuracy

@@ -3,12 +3,14 @@
 #include <dlfcn.h>
 
 #include <atomic>
+#include <cstring>
 
 #include "kipcore.h"
 
 namespace {
 
 std::atomic<int> failing{0}, asked{0}, held{0};
+std::atomic<unsigned char> fill{0xCD};
 
 template <class F>
 F* coreLibrarys(const char* name) {
@@ -23,8 +25,9 @@ void* kipMalloc(size_t length) {
   static const auto real = coreLibrarys<void*(size_t)>("kipMalloc");
   if (++asked == failing) return nullptr;
   void* memory = real(length);
-  if (memory) ++held;
-  return memory;
+  if (memory == nullptr) return nullptr;
+  ++held;
+  return std::memset(memory, fill, length);
 }
 
 void kipFree(void* memory) {
@@ -41,6 +44,7 @@ void failAllocation(int number) {
   failing = number;
   asked = held = 0;
 }
+void fillAllocations(unsigned char byte) { fill = byte; }
 int allocationsAsked() { return asked; }
 int allocationsHeld() { return held; }
 
