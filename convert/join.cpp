@@ -146,9 +146,31 @@ class Joiner {
   Program& program_;
 };
 
+/// Whether all results are lanes of one load of bytes, or opaque; then these are their places.
+bool findOrder(KipPlan& plan) {
+  const Part &from = plan.from->part[0], &to = plan.to->part[0];
+  const auto isBytes = [](const Part& part) {
+    return part.packing == Packing::kTriple8 || part.packing == Packing::kQuad8;
+  };
+  if (plan.isBayer || plan.isCopy || !isBytes(from) || !isBytes(to)) return false;
+  for (const Program& program : plan.programs) {
+    if (!program.stages.empty()) return false;
+  }
+  for (int k = 0; k < to.lanes; ++k) {
+    const int lane = plan.results[0].lane[k];
+    if (lane >= kFirstOwnLane) {
+      plan.order[k] = kOpaque;
+    } else {
+      plan.order[k] = static_cast<uint8_t>(plan.placeOf[lane - kSourceLane]);
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 void joinStages(KipPlan& plan) {
+  plan.isReordering = findOrder(plan);
   for (Program& program : plan.programs) Joiner(plan, program).join();
 }
 

@@ -63,9 +63,14 @@ using RoundKernel = void (*)(const Rounding& rounding, const uint8_t* in, uint8_
 enum class MatrixTypes : uint8_t { k888, k8168, k16168, k8816, k81616, k161616 };
 constexpr int kMatrixTypes = 6;
 
+/// Interleaved bytes in another order: sample k of a pixel is sample order[k] of the source's; kOpaque is 255.
+constexpr uint8_t kOpaque = 4;
+using ReorderKernel = void (*)(const uint8_t* in, const uint8_t* order, uint8_t* out, size_t width);
+
 struct LayoutKernels {
   LoadKernel load[kPackings];    ///< by packing; null for kPlane
   StoreKernel store[kPackings];  ///< by packing; null for kPlane
+  ReorderKernel reorder[2][2];   ///< by whether pixels have four samples: from, to
 };
 /// Half of the columns of bytes: 16-bit sums of two neighbours, or of three with weights 1, 2, 1, of one row or of two.
 struct HalveWork {

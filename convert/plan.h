@@ -104,9 +104,11 @@ struct KipPlan {
   KipChromaFilter chroma;
   KipDitherType dither;
   int width, height, threads;
-  int unit;     ///< rows that belong together
-  int segment;  ///< pixels of a row that go through all stages at a time
-  bool isCopy;  ///< rows as they are
+  int unit;           ///< rows that belong together
+  int segment;        ///< pixels of a row that go through all stages at a time
+  bool isCopy;        ///< rows as they are
+  bool isReordering;  ///< samples of interleaved bytes change places, and nothing else
+  uint8_t order[4];
   bool isBayer;
   kip::convert::BayerSource bayer;
   kip::convert::SourcePart sources[4];

@@ -21,10 +21,21 @@ void fill(uint8_t* to, SampleType type, int value, size_t samples) {
 }
 
 /// The first and the last sample go on beyond a row.
-void fillMargins(uint8_t* row, size_t samples, int bytes) {
+template <int kBytes>
+void fillMarginsOf(uint8_t* row, size_t samples) {
   for (int i = 1; i <= kMarginSamples; ++i) {
-    std::memcpy(row - i * bytes, row, bytes);
-    std::memcpy(row + (samples + i - 1) * bytes, row + (samples - 1) * bytes, bytes);
+    std::memcpy(row - i * kBytes, row, kBytes);
+    std::memcpy(row + (samples + i - 1) * kBytes, row + (samples - 1) * kBytes, kBytes);
+  }
+}
+void fillMargins(uint8_t* row, size_t samples, SampleType type) {
+  switch (type) {
+    case SampleType::kU8:
+      return fillMarginsOf<1>(row, samples);
+    case SampleType::kU16:
+      return fillMarginsOf<2>(row, samples);
+    case SampleType::kF32:
+      return fillMarginsOf<4>(row, samples);
   }
 }
 
@@ -44,7 +55,6 @@ class Run {
   void row(int y) {
     for (int x = 0; x < plan_.width; x += plan_.segment) {
       const int end = std::min(plan_.width - x, plan_.segment) + x;
-      prefetchStores(y, x, end);
       for (const Program& program : plan_.programs) {
         if (y % (1 << program.shiftY) == 0) run(program, y, x, end);
       }
@@ -89,7 +99,7 @@ class Run {
     if (!source.margins) return;
     for (int k = 0; k < source.part.lanes; ++k) {
       const bool chroma = source.part.packing >= Packing::kLumaFirst8 && k > 0;
-      fillMargins(lanes[k], chroma ? shifted(plan_.width, plan_.from->info.chromaShiftX) : samples, bytes);
+      fillMargins(lanes[k], chroma ? shifted(plan_.width, plan_.from->info.chromaShiftX) : samples, plan_.from->type);
     }
   }
 
@@ -200,18 +210,6 @@ class Run {
     resampling_.halve(work);
   }
 
-  /// Stores come in bursts, after all arithmetic: their lines are fetched meanwhile.
-  void prefetchStores(int y, int x, int end) const {
-    for (const ResultPart& result : plan_.results) {
-      if (result.part.lanes < 2 || result.isStored || y % (1 << result.shiftY) != 0) continue;
-      const int p = result.part.plane;
-      const uint8_t* row = static_cast<uint8_t*>(dst_.plane[p]) + (y >> result.shiftY) * dst_.step[p];
-      constexpr int kLine = 64;
-      const int64_t last = rowBytes(plan_.to->info, p, end);
-      for (int64_t at = rowBytes(plan_.to->info, p, x); at < last; at += kLine) __builtin_prefetch(row + at, 1);
-    }
-  }
-
   void store(int y, int x, int end) {
     for (const ResultPart& result : plan_.results) {
       const bool stored = result.part.lanes == 0 || result.part.packing == Packing::kPlane || result.isStored;
@@ -252,9 +250,20 @@ void copyRows(const KipPlan& plan, const KipPlanes& src, const KipPlanes& dst, i
   }
 }
 
+/// Interleaved bytes in another order.
+void reorderRows(const KipPlan& plan, const KipPlanes& src, const KipPlanes& dst, int first, int last) {
+  const LayoutKernels& layouts = layoutKernels();
+  const bool fromQuad = plan.from->part[0].lanes == 4, toQuad = plan.to->part[0].lanes == 4;
+  for (int y = first; y < last; ++y) {
+    layouts.reorder[fromQuad][toQuad](static_cast<const uint8_t*>(src.plane[0]) + y * src.step[0], plan.order,
+                                      static_cast<uint8_t*>(dst.plane[0]) + y * dst.step[0], plan.width);
+  }
+}
+
 }  // namespace
 
 void runRows(const KipPlan& plan, const KipPlanes& src, const KipPlanes& dst, int first, int last, uint8_t* scratch) {
+  if (plan.isReordering) return reorderRows(plan, src, dst, first, last);
   if (plan.isCopy) return copyRows(plan, src, dst, first, last);
   Run run(plan, src, dst, scratch);
   for (int y = first; y < last; ++y) run.row(y);

@@ -192,6 +192,32 @@ struct Packed422 {
   }
 };
 
+/// The samples of a batch by way of a buffer, where their order is a matter of addresses.
+template <bool kFromQuad, bool kToQuad>
+void reorder(const uint8_t* row, const uint8_t* order, uint8_t* to, size_t width) {
+  constexpr int kBatch = kLanes<uint8_t>;
+  alignas(64) uint8_t lanes[convert::kOpaque + 1][kBatch];
+  std::memset(lanes[convert::kOpaque], 0xFF, kBatch);
+  const uint8_t* lane[4];
+  for (int k = 0; k < (kToQuad ? 4 : 3); ++k) lane[k] = lanes[order[k]];
+  walk<kBatch>(width, {In{row, 1, kFromQuad ? 4 : 3}}, {Out{to, 1, kToQuad ? 4 : 3}},
+               [&](auto& in, auto& out) KIP_INLINE_LAMBDA {
+                 U8 v[4];
+                 if constexpr (kFromQuad) {
+                   FourInterleaved<uint8_t>::load(in[0], v[0], v[1], v[2], v[3]);
+                 } else {
+                   ThreeChannels<uint8_t>::load(in[0], v[0], v[1], v[2]);
+                 }
+                 for (int k = 0; k < (kFromQuad ? 4 : 3); ++k) storeLane<uint8_t>(v[k], lanes[k]);
+                 const auto sample = [&](int k) KIP_INLINE_LAMBDA { return loadLane<uint8_t>(lane[k]); };
+                 if constexpr (kToQuad) {
+                   FourInterleaved<uint8_t>::store(sample(0), sample(1), sample(2), sample(3), out[0]);
+                 } else {
+                   ThreeChannels<uint8_t>::store(sample(0), sample(1), sample(2), out[0]);
+                 }
+               });
+}
+
 constexpr convert::LayoutKernels makeKernels() {
   convert::LayoutKernels k{};
   const auto add = [&k]<class Kernels>(convert::Packing packing, Kernels) {
@@ -213,6 +239,10 @@ constexpr convert::LayoutKernels makeKernels() {
   add(kChromaFirst8, Packed422<uint8_t, false>());
   add(kLumaFirst16, Packed422<uint16_t, true>());
   add(kV210, V210());
+  k.reorder[0][0] = reorder<false, false>;
+  k.reorder[0][1] = reorder<false, true>;
+  k.reorder[1][0] = reorder<true, false>;
+  k.reorder[1][1] = reorder<true, true>;
   return k;
 }
 

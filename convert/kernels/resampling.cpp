@@ -29,34 +29,42 @@ KIP_INLINE Vector<T> loadWidened(const uint8_t* from) {
   }
 }
 
-template <class From, class T>
-struct RowSum {
+/// Sums of kCount rows, or of as many as there are where that is 0.
+template <class From, class T, int kCount>
+class RowSum {
+ public:
   static void run(const convert::RowsWork& work) {
     constexpr int kBatch = kLanes<T>;
+    const RowSum sums(work);
     const uint8_t* rows[Taps::kMost];
-    for (int t = 0; t < work.count; ++t) rows[t] = work.row[t];
+    for (int t = 0; t < sums.count(); ++t) rows[t] = work.row[t];
     size_t at = 0;
     for (; at + kBatch <= work.samples; at += kBatch) {
-      storeLane<T>(sum(work, rows, at), work.out + at * sizeof(T));
+      storeLane<T>(sums.sum(rows, at), work.out + at * sizeof(T));
     }
     const size_t left = work.samples - at;
     if (left == 0) return;
     alignas(64) uint8_t tails[Taps::kMost][kLanes<uint8_t>] = {};
-    for (int t = 0; t < work.count; ++t) {
+    for (int t = 0; t < sums.count(); ++t) {
       std::memcpy(tails[t], rows[t] + at * sizeof(From), left * sizeof(From));
       rows[t] = tails[t];
     }
     alignas(64) uint8_t result[kLanes<uint8_t>];
-    storeLane<T>(sum(work, rows, 0), result);
+    storeLane<T>(sums.sum(rows, 0), result);
     std::memcpy(work.out + at * sizeof(T), result, left * sizeof(T));
   }
 
  private:
-  KIP_INLINE static Vector<T> sum(const convert::RowsWork& work, const uint8_t* const* rows, size_t at) {
+  KIP_INLINE explicit RowSum(const convert::RowsWork& work) : work_(work) {
+    for (int t = 0; t < kCount; ++t) weight_[t] = set<T>(static_cast<T>(work.weight[t]));
+  }
+  KIP_INLINE int count() const { return kCount == 0 ? work_.count : kCount; }
+
+  KIP_INLINE Vector<T> sum(const uint8_t* const* rows, size_t at) const {
     Vector<T> total = hn::Zero(Tag<T>());
-    for (int t = 0; t < work.count; ++t) {
-      const auto weight = set<T>(static_cast<T>(work.weight[t]));
-      total = hn::Add(total, hn::Mul(samples(work, rows[t] + at * sizeof(From)), weight));
+    for (int t = 0; t < count(); ++t) {
+      const auto weight = kCount == 0 ? set<T>(static_cast<T>(work_.weight[t])) : weight_[t];
+      total = hn::Add(total, hn::Mul(samples(work_, rows[t] + at * sizeof(From)), weight));
     }
     return total;
   }
@@ -74,7 +82,16 @@ struct RowSum {
       return loadWidened<From, T>(from);
     }
   }
+
+  const convert::RowsWork& work_;
+  Vector<T> weight_[kCount == 0 ? 1 : kCount];
 };
+
+template <class From, class T>
+void addRows(const convert::RowsWork& work) {
+  if (work.count == 2) return RowSum<From, T, 2>::run(work);
+  RowSum<From, T, 0>::run(work);
+}
 
 /// One after the other: for taps that have no kernel of their own.
 template <class From, class T>
@@ -224,11 +241,11 @@ void halve(const convert::HalveWork& work) {
 constexpr convert::ResamplingKernels makeKernels() {
   constexpr int kU8 = 0, kU16 = 1, kF32 = 2;
   convert::ResamplingKernels k{};
-  k.rows[kU8][kU16] = RowSum<uint8_t, uint16_t>::run;
-  k.rows[kU16][kU16] = RowSum<uint16_t, uint16_t>::run;
-  k.rows[kU8][kF32] = RowSum<uint8_t, float>::run;
-  k.rows[kU16][kF32] = RowSum<uint16_t, float>::run;
-  k.rows[kF32][kF32] = RowSum<float, float>::run;
+  k.rows[kU8][kU16] = addRows<uint8_t, uint16_t>;
+  k.rows[kU16][kU16] = addRows<uint16_t, uint16_t>;
+  k.rows[kU8][kF32] = addRows<uint8_t, float>;
+  k.rows[kU16][kF32] = addRows<uint16_t, float>;
+  k.rows[kF32][kF32] = addRows<float, float>;
   k.columns[kU8][kU8] = SelectBytes::run;
   k.columns[kU8][kU16] = ColumnSum<uint8_t, uint16_t>::run;
   k.columns[kU16][kU16] = ColumnSum<uint16_t, uint16_t>::run;
