@@ -1,11 +1,12 @@
 // Measures every exported function on one thread, each in turns with its peers and with memcpy of as many bytes.
 //
-//   kipcc_bench [--all_sizes] [--markdown] [--rounds=N] [--target=name] [--against=library.so]
+//   kipcc_bench [--all_sizes] [--markdown] [--rounds=N] [--target=name] [--against=library.so] [--call_costs]
 //               [--benchmark_filter=regex] [options of Google Benchmark]
 //
 // Without --all_sizes only 1920x1080 is measured. With --markdown the ratios are printed as a page for docs/. The
 // target is a set of kernels such as AVX2 that is to be measured instead of the best one. With --against another build
-// of the library, whose file is named, takes the place of the peers. Names are function/size or function/method/size.
+// of the library, whose file is named, takes the place of the peers. With --call_costs nothing else is printed than
+// what a call of each function costs beyond its loops. Names are function/size or function/method/size.
 
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
@@ -36,7 +37,7 @@ constexpr Size kLarge = {1920, 1080};
 constexpr Size kOthers[] = {{640, 480}, {64, 64}};  // in the cache; small enough that the cost of a call shows
 
 struct Options {
-  bool allSizes = false, markdown = false;
+  bool allSizes = false, markdown = false, callCosts = false;
   int rounds = 10;
   std::string target, against;
 };
@@ -112,6 +113,8 @@ Options takeOptions(int& argc, char** argv) {
       options.allSizes = true;
     } else if (std::strcmp(argv[i], "--markdown") == 0) {
       options.markdown = true;
+    } else if (std::strcmp(argv[i], "--call_costs") == 0) {
+      options.callCosts = true;
     } else if (std::strncmp(argv[i], "--rounds=", 9) == 0) {
       options.rounds = std::max(1, std::atoi(argv[i] + 9));
     } else if (std::strncmp(argv[i], "--target=", 9) == 0) {
@@ -146,6 +149,19 @@ void add(const Subject& subject, Size size, const Terms& terms) {
       ->Iterations(1);
 }
 
+/// Prints what a call costs beyond its loops, in nanoseconds: twice the time of a few short rows less that of twice as
+/// many.
+void printCallCosts(const std::string& target, int rounds) {
+  constexpr int kWidth = 64, kHeight = 8;
+  for (const Subject& subject : allSubjects()) {
+    Setting once(subject, kWidth, kHeight, target), twice(subject, kWidth, 2 * kHeight, target);
+    std::vector<Contestant> contestants = {{"once", [&] { once.run(); }}, {"twice", [&] { twice.run(); }}};
+    race(contestants, rounds);
+    const double seconds = 2 * contestants[0].fastest() - contestants[1].fastest();
+    std::printf("%7.0f  %s\n", seconds * 1e9, subject.name.c_str());
+  }
+}
+
 }  // namespace
 }  // namespace bench
 
@@ -157,6 +173,10 @@ int main(int argc, char** argv) try {
   if (target.empty()) throw std::runtime_error(options.target + ": not on this processor");
   const bench::Terms terms = {options.rounds, target, bench::OtherBuild(options.against)};
   kipSetNumThreads(1);
+  if (options.callCosts) {
+    bench::printCallCosts(target, options.rounds);
+    return 0;
+  }
   for (const bench::Subject& subject : bench::allSubjects()) {
     bench::add(subject, bench::kLarge, terms);
     if (!options.allSizes) continue;
