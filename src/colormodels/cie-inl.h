@@ -36,20 +36,6 @@ constexpr Matrix kRgbToXyz = {{{0.412453f, 0.357580f, 0.180423f},    // X: white
 constexpr Matrix kXyzToRgb = {
     {{3.240479f, -1.537150f, -0.498535f}, {-0.969256f, 1.875991f, 0.041556f}, {0.055648f, -0.204043f, 1.057311f}}};
 
-/// Divisors of which each quotient of a normal float is known to be, with its sign, what a fused step of Newton's
-/// iteration makes of the product with the reciprocal: all fractions were tried. Infinite quotients become NaN.
-struct Divisor {
-  float value;
-
-  KIP_INLINE static F32 quotient(F32 v, F32 divisor, F32 reciprocal) {
-    if constexpr (!kHasFusedMultiplyAdd) return hn::Div(v, divisor);
-    const F32 near = hn::Mul(v, reciprocal);
-    return hn::MulAdd(hn::NegMulAdd(near, divisor, v), reciprocal, near);
-  }
-  friend KIP_INLINE F32 operator/(F32 v, Divisor by) { return quotient(v, set(by.value), set(1 / by.value)); }
-};
-constexpr Divisor kBy3 = {3}, kBy116 = {116}, kBy255 = {255}, kBy65535 = {65535}, kByDarkSlope = {cie::kDarkSlope};
-
 /// The cube roots of several t, side by side. t lies in the given cell of the seeds: the root is r (1 + x)^(1/3) with r
 /// the cell's seed and x = t / r^3 - 1, its series up to x^kTerms.
 template <const cie::CubeRootSeeds& kSeeds, int kTerms, int kCount>

@@ -76,7 +76,7 @@ struct EncodeBytes {
   static constexpr bool kOutOfLine = true;
   KIP_INLINE Pixels<I32> operator()(const Pixels<F32>& rgb) const {
     const Pixels<F32> xyz = kRgbToXyz(rgb);
-    const F32 x = xyz.a / kBy255, y = xyz.b / kBy255, z = xyz.c / kBy255;
+    const F32 x = xyz.a / 255.f, y = xyz.b / 255.f, z = xyz.c / 255.f;
     const Offsets offset(x, y, 3.f * z + x + 15.f * y);
     const I32 l = lightness(xyz.b);
     const F32 lf = hn::ConvertTo(Tag<float>(), l);
@@ -119,7 +119,7 @@ struct Encode {
 struct WordScale {
   static constexpr int kTerms = 6;
   static constexpr auto& kSeeds = cie::kWordSeeds;
-  KIP_INLINE static F32 toUnit(F32 luma) { return luma / kBy65535; }
+  KIP_INLINE static F32 toUnit(F32 luma) { return luma / 65535.f; }
   KIP_INLINE static I32 cell(F32 luma) { return hn::ShiftRight<9>(truncated(luma)); }
   KIP_INLINE static auto isDark(F32 luma) { return hn::Le(luma, set(580.378f)); }
   KIP_INLINE static F32 darkLightness(F32 luma) { return cie::kDarkSlope * luma * 1.5259e-05f; }
@@ -145,9 +145,8 @@ struct FloatScale {
 // ---------------------------------------------------------------------------------------------------------------------
 // Decoders
 
-/// L*, u*, v* to R, G, B of 0 .. 1, several side by side: each division waits for the one before it. Those made of
-/// integers are bounded: what is not black, has neither infinite nor subnormal quotients.
-template <const Chromaticity& kWhitePoint, bool kBounded, int kCount>
+/// L*, u*, v* to R, G, B of 0 .. 1, several side by side: each division waits for the one before it.
+template <const Chromaticity& kWhitePoint, int kCount>
 KIP_INLINE void decode(const Pixels<F32>* luv, Pixels<F32>* rgb) {
   constexpr float kBlack = 9e-5f;        // L* below which nothing is left but black
   constexpr float kDarkL = 7.9996247f;   // 903.3 x 0.008856
@@ -157,11 +156,7 @@ KIP_INLINE void decode(const Pixels<F32>* luv, Pixels<F32>* rgb) {
     const F32 l = luv[i].a, l13 = 13.f * l;
     // L* / 903.3 in the dark, else ((L* + 16) / 116)^3.
     const auto dark = hn::Lt(l, set(kDarkL));
-    const auto pick = [&](float inDark, float inLight)
-                          KIP_INLINE_LAMBDA { return hn::IfThenElse(dark, set(inDark), set(inLight)); };
-    const F32 dividend = hn::IfThenElse(dark, l, l + 16.f), divisor = pick(kByDarkSlope.value, kBy116.value);
-    const F32 quotient = kBounded ? Divisor::quotient(dividend, divisor, pick(1 / kByDarkSlope.value, 1 / kBy116.value))
-                                  : dividend / divisor;
+    const F32 quotient = hn::IfThenElse(dark, l, l + 16.f) / hn::IfThenElse(dark, set(cie::kDarkSlope), set(116.f));
     y[i] = hn::IfThenElse(dark, quotient, quotient * quotient * quotient);
     u[i] = luv[i].b / l13 + kWhitePoint.u;
     const F32 anyV = luv[i].c / l13 + kWhitePoint.v;
@@ -169,8 +164,7 @@ KIP_INLINE void decode(const Pixels<F32>* luv, Pixels<F32>* rgb) {
   }
   for (int i = 0; i < kCount; ++i) x[i] = 2.25f * t[i] * u[i];
   for (int i = 0; i < kCount; ++i) {
-    const F32 third = kBounded ? x[i] / kBy3 : x[i] / 3.f;
-    const Pixels<F32> xyz(x[i], y[i], 3.f * t[i] - 5.f * y[i] - third);
+    const Pixels<F32> xyz(x[i], y[i], 3.f * t[i] - 5.f * y[i] - x[i] / 3.f);
     const auto black = hn::Lt(luv[i].a, set(kBlack));
     rgb[i] = eachChannel(toUnit(kXyzToRgb(xyz)),
                          [&](F32 channel) KIP_INLINE_LAMBDA { return hn::IfThenZeroElse(black, channel); });
@@ -189,7 +183,7 @@ struct DecodeIntegers {
   KIP_INLINE void convert(const Pixels<F32>* px, Pixels<I32>* result) const {
     Pixels<F32> luv[kCount], rgb[kCount];
     for (int i = 0; i < kCount; ++i) luv[i] = Encoding::luv(px[i]);
-    decode<kWhitePoint, true, kCount>(luv, rgb);
+    decode<kWhitePoint, kCount>(luv, rgb);
     for (int i = 0; i < kCount; ++i) {
       result[i] = truncated(eachChannel(rgb[i], [](F32 v) KIP_INLINE_LAMBDA { return Encoding::kFull * v + 0.5f; }));
     }
@@ -222,7 +216,7 @@ struct DecodeFloats {
 
   template <int kCount>
   KIP_INLINE void convert(const Pixels<F32>* luv, Pixels<F32>* rgb) const {
-    decode<kWhite, false, kCount>(luv, rgb);
+    decode<kWhite, kCount>(luv, rgb);
   }
 };
 

@@ -13,7 +13,6 @@
 #include <iterator>
 
 #include "engine/bytetable-inl.h"
-#include "reducebits/fewlevels-inl.h"
 #include "reducebits/levels-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -212,10 +211,7 @@ struct ReduceBytes {
     const Plain<uint8_t, uint8_t> plain(reduction.intervals);
     if (reduction.method == kipDitherNone) return rows(NearestByte(plain, reduction.intervals), job, first, last);
     if (reduction.noise != nullptr) return rows(NoisyByte(reduction), job, first, last);
-    const Scaled<uint8_t, uint8_t> scaled(reduction.intervals);
-    const FewLevels<uint8_t> few(scaled, reduction);
-    if (few.suffice()) return ReduceToFew<uint8_t>::rows(few, job, first, last);
-    rows(DitheredByte(scaled), job, first, last);
+    rows(DitheredByte(Scaled<uint8_t, uint8_t>(reduction.intervals)), job, first, last);
   }
 
  private:
