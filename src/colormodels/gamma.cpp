@@ -145,7 +145,11 @@ struct MapSamples<uint16_t, WordTable, kPlanes, kChannels, kKeepsFourth> {
       for (const int bit : {0, 16, 32}) to |= uint64_t{table[from >> bit & 0xFFFF]} << bit;
       std::memcpy(dst + i, &to, sizeof to);
     }
-    for (; i < count; ++i) dst[i] = table[src[i]];
+    for (; i < count; ++i) {
+      Kip16u value;  // at any address
+      std::memcpy(&value, src + i, sizeof value);
+      std::memcpy(dst + i, &table[value], sizeof value);
+    }
   }
 };
 
