@@ -138,14 +138,14 @@ class RangeCurve {
     halves<2 * kCount>(places, wide, low, high);
     for (int i = 0; i < kCount; ++i) {
       const auto linear = hn::Lt(x[i], knee_);
-      result[i] = toFloats(low + 2 * i);
+      result[i] = toFloats(low[2 * i], low[2 * i + 1]);
       if constexpr (kFromZero) {
         if constexpr (kIsForward) {
           result[i] = hn::IfThenElse(linear, hn::MulAdd(x[i], slope32_, hn::Zero(d)), result[i]);
         }
         doubtful[i] = hn::RebindMask(d, nearTie(low[2 * i], low[2 * i + 1]));
       } else {
-        doubtful[i] = hn::Ne(result[i], toFloats(high + 2 * i));
+        doubtful[i] = hn::Ne(result[i], toFloats(high[2 * i], high[2 * i + 1]));
       }
       doubtful[i] = hn::Or(hn::AndNot(linear, doubtful[i]), hn::Not(hn::Lt(base[i], limit_)));
     }
@@ -160,10 +160,6 @@ class RangeCurve {
   }
 
  private:
-  KIP_INLINE static F32 toFloats(const F64* halves) {
-    return hn::Combine(Tag<float>(), hn::DemoteTo(HalfTag(), halves[1]), hn::DemoteTo(HalfTag(), halves[0]));
-  }
-
   /// The curve for halves of floats: at the least, and at the most, what it can be. In a range from zero, itself.
   template <int kHalves, class Places>
   KIP_INLINE void halves(const Places& places, const F64* x, F64* low, F64* high) const {

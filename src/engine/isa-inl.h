@@ -207,6 +207,20 @@ KIP_INLINE I32 truncated(F32 v) { return I32{KIP_MM(cvttps_epi32)(v.raw)}; }
 KIP_INLINE I32 rounded(F32 v) { return I32{KIP_MM(cvtps_epi32)(v.raw)}; }
 #endif
 
+/// Doubles as floats, those of `lower` first; what is too large becomes infinite.
+KIP_INLINE F32 toFloats(F64 lower, F64 upper) {
+#if HWY_TARGET == HWY_EMU128  // there Highway saturates at the largest float
+  F32 floats;
+  for (int i = 0; i < kLanes<double>; ++i) {
+    floats.raw[i] = static_cast<float>(lower.raw[i]), floats.raw[kLanes<double> + i] = static_cast<float>(upper.raw[i]);
+  }
+  return floats;
+#else
+  const hn::Half<Tag<float>> half;
+  return hn::Combine(Tag<float>(), hn::DemoteTo(half, upper), hn::DemoteTo(half, lower));
+#endif
+}
+
 /// The sum of v and `more` where the mask is set, v elsewhere.
 template <class Mask>
 KIP_INLINE F32 addWhere(Mask mask, F32 v, F32 more) {
