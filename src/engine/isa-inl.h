@@ -60,11 +60,6 @@
 #define KIP_INLINE_LAMBDA HWY_ATTR __attribute__((always_inline))
 #endif
 
-// The emulated target is compiled last, and light: its speed is that of its loops over lanes, whatever is done to them.
-#if HWY_TARGET == HWY_EMU128 && defined(__GNUC__) && !defined(__clang__) && defined(__OPTIMIZE__)
-#pragma GCC optimize("O1")
-#endif
-
 // For the files that exist for targets with tables of 64 bytes: kHas64EntryTables as the preprocessor sees it.
 #undef KIP_HAS_64_ENTRY_TABLES
 #define KIP_HAS_64_ENTRY_TABLES (KIP_ISA == KIP_ISA_AVX512)
