@@ -47,7 +47,7 @@ struct Several {
 /// The samples of a plane, or of interleaved pixels, one after the other.
 template <class T, bool kKeepsFourth = false>
 struct Samples : Planar<Tag<T>, 1> {
-  static constexpr int kBlock = kAtOnce<T> * kLanes<T>;
+  static constexpr int kBatch = kAtOnce<T> * kLanes<T>;
   static constexpr bool kKeeps = kKeepsFourth;
 
   KIP_INLINE static Several<T> load(const Kip8u* from) {
@@ -83,12 +83,13 @@ struct MapSamples {
     const Map map(job);
     for (int y = first; y < last; ++y) {
       for (int p = 0; p < kPlanes; ++p) {
-        forBlocks<From, To>({{job.src.row(p, y)}}, {{job.dst.row(p, y)}}, 0, static_cast<size_t>(kChannels) * job.width,
-                            [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
-                              Several<T> s = From::load(from.at[0]);
-                              map(s);
-                              To::store(s, to.at[0]);
-                            });
+        forBatches<From, To>({{job.src.row(p, y)}}, {{job.dst.row(p, y)}}, 0,
+                             static_cast<size_t>(kChannels) * job.width,
+                             [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+                               Several<T> s = From::load(from.at[0]);
+                               map(s);
+                               To::store(s, to.at[0]);
+                             });
       }
     }
   }
@@ -173,7 +174,7 @@ struct MapSamples<float, FloatCurve<kCurve>, kPlanes, kChannels, kKeepsFourth> {
   }
 
  private:
-  using Block = Samples<float, kKeepsFourth>;
+  using Batch = Samples<float, kKeepsFourth>;
 
   template <class Range>
   static void rows(const Range& curve, const Job& job, int first, int last) {
@@ -185,45 +186,45 @@ struct MapSamples<float, FloatCurve<kCurve>, kPlanes, kChannels, kKeepsFourth> {
   template <class Range>
   static void row(const Range& curve, const Kip8u* src, Kip8u* dst, size_t count) {
     size_t left = count;
-    while (left >= Block::kBlock) {
-      left = fastBlocks(curve, src, dst, count, left);
-      if (left < Block::kBlock) break;
-      const size_t done = Block::bytes(0, count - left);
-      exactBlock(curve, src + done, dst + done);
-      left -= Block::kBlock;
+    while (left >= Batch::kBatch) {
+      left = fastBatches(curve, src, dst, count, left);
+      if (left < Batch::kBatch) break;
+      const size_t done = Batch::bytes(0, count - left);
+      exactBatch(curve, src + done, dst + done);
+      left -= Batch::kBatch;
     }
     if (left == 0) return;
-    const size_t done = Block::bytes(0, count - left);
-    PaddedBlock<Block> in, out;
+    const size_t done = Batch::bytes(0, count - left);
+    PaddedBatch<Batch> in, out;
     in.template copyFrom<const Kip8u>({{src + done}}, left);
     out.template copyFrom<Kip8u>({{dst + done}}, left);
-    exactBlock(curve, in.rows.at[0], out.rows.at[0]);
+    exactBatch(curve, in.rows.at[0], out.rows.at[0]);
     out.copyTo({{dst + done}}, left);
   }
 
-  /// Converts whole blocks while the fast curve is right, and tells what is left. There is no call in the loop, so that
-  /// the curve's many constants stay in registers.
+  /// Converts whole batches while the fast curve is right, and tells what is left. There is no call in the loop, so
+  /// that the curve's many constants stay in registers.
   template <class Range>
-  KIP_INLINE static size_t fastBlocks(const Range& range, const Kip8u* src, Kip8u* dst, size_t count, size_t left) {
+  KIP_INLINE static size_t fastBatches(const Range& range, const Kip8u* src, Kip8u* dst, size_t count, size_t left) {
     const Range curve = range;
-    for (; left >= Block::kBlock; left -= Block::kBlock) {
-      const size_t done = Block::bytes(0, count - left);
+    for (; left >= Batch::kBatch; left -= Batch::kBatch) {
+      const size_t done = Batch::bytes(0, count - left);
       hn::Mask<Tag<float>> doubtful[kAtOnce<float>];
-      const Several<float> s = Block::load(src + done);
+      const Several<float> s = Batch::load(src + done);
       Several<float> curved;
       curve.template fast<kAtOnce<float>>(s.v, curved.v, doubtful);
       for (int k = 1; k < kAtOnce<float>; ++k) doubtful[0] = hn::Or(doubtful[0], doubtful[k]);
       if (HWY_UNLIKELY(!hn::AllFalse(Tag<float>(), doubtful[0]))) return left;
-      Block::store(curved, dst + done);
+      Batch::store(curved, dst + done);
     }
     return left;
   }
 
   template <class Range>
-  KIP_INLINE static void exactBlock(const Range& curve, const Kip8u* src, Kip8u* dst) {
-    Several<float> s = Block::load(src);
+  KIP_INLINE static void exactBatch(const Range& curve, const Kip8u* src, Kip8u* dst) {
+    Several<float> s = Batch::load(src);
     for (F32& v : s.v) v = curve(v);
-    Block::store(s, dst);
+    Batch::store(s, dst);
   }
 };
 

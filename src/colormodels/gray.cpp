@@ -63,7 +63,7 @@ struct GrayBytes {
   template <class Weigh>
   KIP_INLINE static void rows(const Job& job, int first, int last, const Weigh& weigh) {
     for (int y = first; y < last; ++y) {
-      forBlocks<Src, C1<>>(
+      forBatches<Src, C1<>>(
           Src::rows(job.src, y), C1<>::rows(job.dst, y), 0, job.width,
           [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
             const auto lower = pixelsOf(Src(), from, 0), upper = pixelsOf(Src(), from, 1);

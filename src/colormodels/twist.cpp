@@ -154,15 +154,15 @@ struct FourChannels {
     F32 m[16];
     for (int i = 0; i < 16; ++i) m[i] = keepInRegister(t[i]);
     for (int y = first; y < last; ++y) {
-      forBlocks<Layout, Layout>(Layout::rows(job.src, y), Layout::rows(job.dst, y), 0, job.width,
-                                [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
-                                  const Pixels<F32> px = Layout().load(from);
-                                  const auto row = [&](const F32* r) KIP_INLINE_LAMBDA {
-                                    const F32 sum = hn::Add(hn::Mul(r[0], px.a), hn::Mul(r[1], px.b));
-                                    return hn::Add(hn::Add(sum, hn::Mul(r[2], px.c)), hn::Mul(r[3], px.alpha));
-                                  };
-                                  C4<float>::storeWith({row(m), row(m + 4), row(m + 8)}, row(m + 12), to);
-                                });
+      forBatches<Layout, Layout>(Layout::rows(job.src, y), Layout::rows(job.dst, y), 0, job.width,
+                                 [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+                                   const Pixels<F32> px = Layout().load(from);
+                                   const auto row = [&](const F32* r) KIP_INLINE_LAMBDA {
+                                     const F32 sum = hn::Add(hn::Mul(r[0], px.a), hn::Mul(r[1], px.b));
+                                     return hn::Add(hn::Add(sum, hn::Mul(r[2], px.c)), hn::Mul(r[3], px.alpha));
+                                   };
+                                   C4<float>::storeWith({row(m), row(m + 4), row(m + 8)}, row(m + 12), to);
+                                 });
     }
   }
 };

@@ -329,9 +329,9 @@ void choose(const Row<int32_t>& above, const Row<int32_t>& row, const Row<int32_
 template <class T>
 void interleave(T* const planes[3], int width, Kip8u* to) {
   const auto bytes = [&](int c) { return reinterpret_cast<const Kip8u*>(planes[c]); };
-  forBlocks<P3<T>, C3<T>>({{bytes(0), bytes(1), bytes(2)}}, {{to}}, 0, width,
-                          [](const auto& from, const auto& to)
-                              KIP_INLINE_LAMBDA { C3<T>().store(P3<T>().load(from), to); });
+  forBatches<P3<T>, C3<T>>({{bytes(0), bytes(1), bytes(2)}}, {{to}}, 0, width,
+                           [](const auto& from, const auto& to)
+                               KIP_INLINE_LAMBDA { C3<T>().store(P3<T>().load(from), to); });
 }
 
 // ---------------------------------------------------------------------------------------------------------------------

@@ -110,7 +110,7 @@ void fewColumns(const RowJob<T>& job, int first, int last) {
     }
     rows.at[i] = around[i] + kGradientReach;
   }
-  PaddedBlock<C3<T>> out;
+  PaddedBatch<C3<T>> out;
   C3<T>().store(Phase<T, kOwnIsRed, kSteered>::interpolate(rows, 0, job.chromaFrom(first)), out.rows);
   out.copyTo(job.toColumn(first), last - first);
 }

@@ -195,12 +195,12 @@ class Convert {
  private:
   KIP_INLINE void row(const Rows<const Kip8u, Src::kPointers>& from, const Rows<Kip8u, Dst::kPointers>& to,
                       size_t first, size_t last) const {
-    forBlocks<Blocks<Src>, Blocks<Dst>>(
-        from, to, first, last, [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { this->block(in, out); });
+    forBatches<Batches<Src>, Batches<Dst>>(
+        from, to, first, last, [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { this->batch(in, out); });
   }
 
   /// Samples that are floats make one vector per load: there it takes several loads to get several vectors.
-  static constexpr int blocksTogether() {
+  static constexpr int batchesTogether() {
     if constexpr (requires { Op::kInterleavedChains; } && std::is_same_v<typename Src::T, float>) {
       return Op::kInterleavedChains;
     } else {
@@ -208,8 +208,8 @@ class Convert {
     }
   }
   template <class Layout>
-  struct Blocks : Layout {
-    static constexpr int kBlock = blocksTogether() * Layout::kBlock;
+  struct Batches : Layout {
+    static constexpr int kBatch = batchesTogether() * Layout::kBatch;
   };
 
   /// Bytes that the source can give in the lanes which the arithmetic needs.
@@ -220,20 +220,20 @@ class Convert {
       (std::is_same_v<typename Op::Lane, int16_t> || std::is_same_v<typename Op::Lane, float>);
 
   template <class From, class To>
-  KIP_INLINE void block(const From& from, const To& to) const {
+  KIP_INLINE void batch(const From& from, const To& to) const {
     if constexpr (kWideBytes) {
       const auto result = convertLoad<uint8_t, uint8_t>(op_, src_.loadWide(from));
       dst_.store(eachChannel(result, [](U8 v) KIP_INLINE_LAMBDA { return Src::packedInOrder(v); }), to);
-    } else if constexpr (blocksTogether() == 1) {
+    } else if constexpr (batchesTogether() == 1) {
       const auto px = src_.load(from);
       auto result = convertLoad<typename Src::T, typename Dst::T>(op_, px);
       if constexpr (Dst::kTakesAlpha) result.alpha = px.alpha;
       dst_.store(result, to);
     } else {
-      Pixels<F32> px[blocksTogether()], result[blocksTogether()];
-      for (int i = 0; i < blocksTogether(); ++i) px[i] = src_.load(advance<Src>(from, i * Src::kBlock));
+      Pixels<F32> px[batchesTogether()], result[batchesTogether()];
+      for (int i = 0; i < batchesTogether(); ++i) px[i] = src_.load(advance<Src>(from, i * Src::kBatch));
       applyToLoads(op_, px, result);
-      for (int i = 0; i < blocksTogether(); ++i) dst_.store(result[i], advance<Dst>(to, i * Dst::kBlock));
+      for (int i = 0; i < batchesTogether(); ++i) dst_.store(result[i], advance<Dst>(to, i * Dst::kBatch));
     }
   }
 

@@ -14,14 +14,14 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
-/// A block of pixels, a quarter of it in each vector: four bytes to a lane, the third channel, the second, the first
+/// A batch of pixels, a quarter of it in each vector: four bytes to a lane, the third channel, the second, the first
 /// and the second again.
 struct PixelLanes {
   static constexpr int kVectors = 4;
   U8 of[kVectors];
 };
 
-/// A block of results: in each 128 bits the first and the third channels of four pixels alternately, and then the
+/// A batch of results: in each 128 bits the first and the third channels of four pixels alternately, and then the
 /// second channels, each of which a zero follows.
 struct ResultLanes {
   U8 of[PixelLanes::kVectors];

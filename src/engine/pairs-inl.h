@@ -24,10 +24,10 @@ KIP_INLINE I16 ggOf(const PixelPairs& px) { return px.gg; }
 /// (B - G, R - G)
 KIP_INLINE I16 differencesOf(const PixelPairs& px) { return hn::Sub(px.br, px.gg); }
 
-/// Half a block of pixels in two vectors, four pixels to each 128 bits; packing the two gives the pixels' order. (The
-/// whole block would not fit in the registers of an arithmetic.)
+/// Half a batch of pixels in two vectors, four pixels to each 128 bits; packing the two gives the pixels' order. (The
+/// whole batch would not fit in the registers of an arithmetic.)
 template <class Px>
-struct HalfBlock {
+struct HalfBatch {
   Px of[2];
 };
 
@@ -44,7 +44,7 @@ KIP_INLINE I16 differencesOf(const PixelQuads& px) {
 /// Lanes of packed results, 32 bits for each four pixels or two pixel pairs, in the order of the pixels.
 template <class Half, class V>
 KIP_INLINE V inPixelOrder(V v) {
-  if constexpr (std::is_same_v<Half, HalfBlock<PixelQuads>>) {
+  if constexpr (std::is_same_v<Half, HalfBatch<PixelQuads>>) {
     // Lane 4 b + 2 h + k is of vector k of half h.
     const Tag<int32_t> d;
     int32_t from[kLanes<int32_t>];
@@ -56,7 +56,7 @@ KIP_INLINE V inPixelOrder(V v) {
 }
 
 /// Channels in 16-bit lanes, in order.
-KIP_INLINE HalfBlock<PixelPairs> pairsOf(const Pixels<I16>& px) {
+KIP_INLINE HalfBatch<PixelPairs> pairsOf(const Pixels<I16>& px) {
   const Tag<int16_t> d;
   return {{{hn::InterleaveLower(px.c, px.a), hn::InterleaveLower(px.b, px.b)},
            {hn::InterleaveUpper(d, px.c, px.a), hn::InterleaveUpper(d, px.b, px.b)}}};
@@ -65,7 +65,7 @@ KIP_INLINE HalfBlock<PixelPairs> pairsOf(const Pixels<I16>& px) {
 #if KIP_HAS_64_ENTRY_TABLES
 /// Interleaved pixels: 16 of them are loaded where they are and spread by a byte permute.
 template <int kSamples, Order kOrder>
-KIP_INLINE HalfBlock<PixelQuads> loadPixels(const Rows<const Kip8u, 1>& from, int half) {
+KIP_INLINE HalfBatch<PixelQuads> loadPixels(const Rows<const Kip8u, 1>& from, int half) {
   constexpr int kRed = kOrder == Order::kForward ? 0 : 2;
   constexpr int kBytes = 16 * kSamples, kBack = 64 - kBytes;  // the last load ends where the pixels end
   static constexpr struct Table {
@@ -79,7 +79,7 @@ KIP_INLINE HalfBlock<PixelQuads> loadPixels(const Rows<const Kip8u, 1>& from, in
       }
     }
   } kTable;
-  HalfBlock<PixelQuads> px;
+  HalfBatch<PixelQuads> px;
   for (int k = 0; k < 2; ++k) {
     const int place = 2 * half + k, last = place == 3;
     px.of[k].bytes =
@@ -90,7 +90,7 @@ KIP_INLINE HalfBlock<PixelQuads> loadPixels(const Rows<const Kip8u, 1>& from, in
 #else
 /// Interleaved pixels: each block is loaded where its pixels are and spread by a byte shuffle.
 template <int kSamples, Order kOrder>
-KIP_INLINE HalfBlock<PixelPairs> loadPixels(const Rows<const Kip8u, 1>& from, int half) {
+KIP_INLINE HalfBatch<PixelPairs> loadPixels(const Rows<const Kip8u, 1>& from, int half) {
   constexpr int kRed = kOrder == Order::kForward ? 0 : 2, kBlue = 2 - kRed;
   constexpr int kPixelsBytes = 4 * kSamples;  // of the four pixels of a block
   constexpr int kBack = 16 - kPixelsBytes;    // the last load ends where the pixels end
@@ -107,7 +107,7 @@ KIP_INLINE HalfBlock<PixelPairs> loadPixels(const Rows<const Kip8u, 1>& from, in
       }
     }
   } kTable;
-  HalfBlock<PixelPairs> px;
+  HalfBatch<PixelPairs> px;
   for (int k = 0; k < 2; ++k) {
     const int place = 2 * half + k, last = place == 3;
     const U8 bytes = loadBlocks(from.at[0] + place * kPixelsBytes - last * kBack, 4 * kPixelsBytes);
@@ -137,14 +137,14 @@ KIP_INLINE auto pixelsOf(const AC4<uint8_t, kOrder>&, const Rows<const Kip8u, 1>
   return loadPixels<4, kOrder>(from, half);
 }
 
-KIP_INLINE HalfBlock<PixelPairs> pixelsOf(const P3<uint8_t>& layout, const Rows<const Kip8u, 3>& from, int half) {
+KIP_INLINE HalfBatch<PixelPairs> pixelsOf(const P3<uint8_t>& layout, const Rows<const Kip8u, 3>& from, int half) {
   return pairsOf(eachChannel(layout.load(from),
                              [half](U8 v) KIP_INLINE_LAMBDA { return half == 0 ? lowerBytes(v) : upperBytes(v); }));
 }
 
 /// One 32-bit result per pixel from function(pixels), saturated to 16-bit lanes.
 template <class Px, class Function>
-KIP_INLINE I16 packPixels(const HalfBlock<Px>& px, const Function& function) {
+KIP_INLINE I16 packPixels(const HalfBatch<Px>& px, const Function& function) {
   return packWords(function(px.of[0]), function(px.of[1]));
 }
 

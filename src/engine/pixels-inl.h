@@ -1,4 +1,4 @@
-// Sample layouts: where the pixels of a row group lie, and how a block of them is loaded and stored.
+// Sample layouts: where the pixels of a row group lie, and how a batch of them is loaded and stored.
 //
 // A layout is a type with
 //   kPointers            how many row pointers one row group has
@@ -6,8 +6,8 @@
 //   bytes(p, n)          what n pixels take up behind pointer p
 //   kKeeps               whether the destination's old bytes take part in a store
 //   kTakesAlpha          whether a store takes the source's fourth sample along
-//   kBlock               how many pixels a load or a store is
-// and loads or stores of one block of pixels; byte layouts may have a loadWide besides, for pixels in 16-bit lanes. Its
+//   kBatch               how many pixels a load or a store is
+// and loads or stores of one batch of pixels; byte layouts may have a loadWide besides, for pixels in 16-bit lanes. Its
 // parameter D says how many those are: a full vector, or, where source and destination samples differ in size, as many
 // as a full vector of the larger ones (SamplesLike).
 
@@ -62,7 +62,7 @@ constexpr bool kFullVectors = std::is_same_v<D, Tag<hn::TFromD<D>>>;
 template <class D, int kSamples>
 struct Interleaved {
   using T = hn::TFromD<D>;
-  static constexpr int kBlock = static_cast<int>(hn::MaxLanes(D()));
+  static constexpr int kBatch = static_cast<int>(hn::MaxLanes(D()));
   static constexpr int kPointers = 1;
   static constexpr bool kKeeps = false;
   static constexpr bool kTakesAlpha = false;
@@ -77,7 +77,7 @@ struct Interleaved {
 template <class D, int kPlanes>
 struct Planar {
   using T = hn::TFromD<D>;
-  static constexpr int kBlock = static_cast<int>(hn::MaxLanes(D()));
+  static constexpr int kBatch = static_cast<int>(hn::MaxLanes(D()));
   static constexpr int kPointers = kPlanes;
   static constexpr bool kKeeps = false;
   static constexpr bool kTakesAlpha = false;
@@ -301,12 +301,12 @@ KIP_INLINE Rows<Byte, Layout::kPointers> advance(Rows<Byte, Layout::kPointers> r
   return rows;
 }
 
-/// A block's worth of a layout in memory of our own, so that the last, partial block of a row can be loaded and
+/// A batch of a layout's pixels in memory of our own, so that the last, partial batch of a row can be loaded and
 /// stored whole without touching anything outside the row.
 template <class Layout>
-class PaddedBlock {
+class PaddedBatch {
  public:
-  PaddedBlock() {
+  PaddedBatch() {
     for (int p = 0; p < Layout::kPointers; ++p) rows.at[p] = memory_[p];
   }
   template <class Byte>
@@ -331,39 +331,39 @@ class PaddedBlock {
  private:
   static constexpr size_t mostBytes() {
     size_t most = 0;
-    for (int p = 0; p < Layout::kPointers; ++p) most = HWY_MAX(most, Layout::bytes(p, Layout::kBlock));
+    for (int p = 0; p < Layout::kPointers; ++p) most = HWY_MAX(most, Layout::bytes(p, Layout::kBatch));
     return most;
   }
   static constexpr size_t kBytes = mostBytes();
   alignas(64) Kip8u memory_[Layout::kPointers][kBytes];
 };
 
-/// Calls block(source rows, destination rows) for pixels first .. last - 1 of a row group, a block at a time.
-template <class Src, class Dst, class Block>
-KIP_INLINE void forBlocks(const Rows<const Kip8u, Src::kPointers>& src, const Rows<Kip8u, Dst::kPointers>& dst,
-                          size_t first, size_t last, const Block& block) {
-  static_assert(Src::kBlock == Dst::kBlock, "source and destination take the same number of pixels at a time");
-  constexpr int kBlock = Src::kBlock;
-  PaddedBlock<Src> in;
-  PaddedBlock<Dst> out;
+/// Calls batch(source rows, destination rows) for pixels first .. last - 1 of a row group, a batch at a time.
+template <class Src, class Dst, class Batch>
+KIP_INLINE void forBatches(const Rows<const Kip8u, Src::kPointers>& src, const Rows<Kip8u, Dst::kPointers>& dst,
+                           size_t first, size_t last, const Batch& batch) {
+  static_assert(Src::kBatch == Dst::kBatch, "source and destination take the same number of pixels at a time");
+  constexpr int kBatch = Src::kBatch;
+  PaddedBatch<Src> in;
+  PaddedBatch<Dst> out;
   auto from = advance<Src>(src, first);
   auto to = advance<Dst>(dst, first);
-  // One call of `block` for whole and partial blocks alike: it is all of the code, and inlined.
+  // One call of `batch` for whole and partial batches alike: it is all of the code, and inlined.
   for (size_t left = last - first; left != 0;) {
-    const bool whole = left >= kBlock;
-    auto blockFrom = from;
-    auto blockTo = to;
+    const bool whole = left >= kBatch;
+    auto batchFrom = from;
+    auto batchTo = to;
     if (HWY_UNLIKELY(!whole)) {
       in.copyFrom(from, left);
       if constexpr (Dst::kKeeps) out.copyFrom(to, left);
-      blockFrom = in.constRows();
-      blockTo = out.rows;
+      batchFrom = in.constRows();
+      batchTo = out.rows;
     }
-    block(blockFrom, blockTo);
+    batch(batchFrom, batchTo);
     if (HWY_UNLIKELY(!whole)) return out.copyTo(to, left);
-    from = advance<Src>(from, kBlock);
-    to = advance<Dst>(to, kBlock);
-    left -= kBlock;
+    from = advance<Src>(from, kBatch);
+    to = advance<Dst>(to, kBatch);
+    left -= kBatch;
   }
 }
 

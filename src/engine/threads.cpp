@@ -54,7 +54,7 @@ void runKernel(Kernel kernel, const Job& job, int groups, Team team) {
   {
     // Worker threads have the environment of whoever started them.
     const Environment environment(callers);
-    // The static partition: contiguous blocks, the larger ones first.
+    // The static partition: contiguous shares, the larger ones first.
     const int granted = omp_get_num_threads(), me = omp_get_thread_num();
     const int share = groups / granted, larger = groups % granted;
     const int first = me * share + std::min(me, larger);

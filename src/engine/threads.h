@@ -13,7 +13,7 @@ enum class Team {
   kAsTold,
 };
 
-/// Runs the kernel over `groups` row groups. Each thread gets a contiguous block of them.
+/// Runs the kernel over `groups` row groups. Each thread gets a contiguous share of them.
 void runKernel(Kernel kernel, const Job& job, int groups, Team team);
 
 }  // namespace kip

@@ -17,13 +17,13 @@ namespace HWY_NAMESPACE {
 namespace {
 
 // ---------------------------------------------------------------------------------------------------------------------
-// Blocks of chroma. Their lanes, and what resampling moves, are the samples of two planes where both sides have three
+// Batches of chroma. Their lanes, and what resampling moves, are the samples of two planes where both sides have three
 // planes; otherwise the pairs (Cb, Cr), or (Cr, Cb) where the source or the destination has that order.
 
 using Sample = uint8_t;
 using Pair = uint16_t;
 
-/// Pixels of a block: with chroma on every second column that is two vectors, on every fourth it is one.
+/// Pixels of a batch: with chroma on every second column that is two vectors, on every fourth it is one.
 constexpr int kPixels = 2 * kLanes<uint8_t>;
 
 /// Two vectors: the first and the second plane's samples, or the pairs. One vector: either in its two halves.
@@ -35,10 +35,10 @@ struct Chroma {
 KIP_INLINE U8 loadBytes(const Kip8u* from) { return hn::LoadU(Tag<uint8_t>(), from); }
 KIP_INLINE void storeBytes(U8 v, Kip8u* to) { hn::StoreU(v, Tag<uint8_t>(), to); }
 
-/// The luma of a block, and rows of it as a layout.
+/// The luma of a batch, and rows of it as a layout.
 struct Luma {
   static constexpr int kPointers = 1;
-  static constexpr int kBlock = kPixels;
+  static constexpr int kBatch = kPixels;
   static constexpr bool kKeeps = false;
   static constexpr size_t bytes(int, size_t pixels) { return pixels; }
 
@@ -67,7 +67,7 @@ struct Sampled {
   static constexpr bool kCrFirst = kCrFirst_;
   static constexpr bool kPacked = kPlanes == 1;
   static constexpr int kPointers = kPlanes == 3 ? 2 : 1;  // of one row of chroma
-  static constexpr int kBlock = kPixels;
+  static constexpr int kBatch = kPixels;
   static constexpr bool kKeeps = false;
 
   template <class Byte>
@@ -323,11 +323,11 @@ KIP_INLINE Chroma<kTo> resample(const Chroma<kFrom>& c) {
   }
 }
 
-/// Calls block(in, out) for all of the rows that rowsAt tells, some pixels at a time.
-template <class From, class To, class RowsAt, class Block>
-KIP_INLINE void forBlocksOfRows(int first, int last, size_t pixels, const RowsAt& rowsAt, const Block& block) {
+/// Calls batch(in, out) for all of the rows that rowsAt tells, some pixels at a time.
+template <class From, class To, class RowsAt, class Batch>
+KIP_INLINE void forBatchesOfRows(int first, int last, size_t pixels, const RowsAt& rowsAt, const Batch& batch) {
   forRows<From, To>(first, last, pixels, rowsAt, [&](const auto& from, const auto& to, size_t count) KIP_INLINE_LAMBDA {
-    forBlocks<From, To>(from, to, 0, count, block);
+    forBatches<From, To>(from, to, 0, count, batch);
   });
 }
 
@@ -343,7 +343,7 @@ void copyLuma(const Job& job, int first, int last, size_t columns) {
                          [](const auto& from, const auto& to, size_t bytes) { copyRow(from.at[0], to.at[0], bytes); });
 }
 
-/// A conversion between two layouts: whole blocks of columns only.
+/// A conversion between two layouts: whole batches of columns only.
 template <class Src, class Dst, class Rule = Nearest>
 struct Relayout {
   static constexpr int kColumns = std::max(Src::kAcross, Dst::kAcross);
@@ -403,7 +403,7 @@ struct Relayout {
       To::set(to, 0, Dst::rows(job.dst, row, kExchange && Src::kPlanes != 3));
     };
     const R rule(placeOf(job, first));
-    const auto block = [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+    const auto batch = [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
       const Unpacked luma = unpackLuma<From>(in);
       Chroma<Dst::kAcross> taps[R::kTaps], c;
       for (int t = 0; t < R::kTaps; ++t) taps[t] = resample<R, Lane, Dst::kAcross>(Src::load(From::get(in, t), Lane()));
@@ -419,7 +419,7 @@ struct Relayout {
         Dst::store(c, To::get(out, 0), Lane());
       }
     };
-    forBlocksOfRows<From, To>(first, last, columns(job), rowsAt, block);
+    forBatchesOfRows<From, To>(first, last, columns(job), rowsAt, batch);
   }
 
   struct Unpacked {
@@ -468,12 +468,12 @@ struct Double1620 {
       From::set(last, 2 * t, samples), From::set(last, 2 * t + 1, samples);
     }
     const auto to = Dst::rows(job.dst, row, false);
-    forBlocks<From, Dst>(inner, to, 0, end, Block<kTaps>());
-    forBlocks<From, Dst>(last, to, end, job.width, Block<kTaps>());
+    forBatches<From, Dst>(inner, to, 0, end, Batch<kTaps>());
+    forBatches<From, Dst>(last, to, end, job.width, Batch<kTaps>());
   }
 
   template <int kTaps>
-  struct Block {
+  struct Batch {
     template <class From>
     KIP_INLINE void operator()(const From& in, const Rows<Kip8u, Dst::kPointers>& out) const {
       Chroma<2> c = doubled(in, 0);
@@ -505,7 +505,7 @@ struct Reorder {
       from.at[0] = job.src.row(0, y), to.at[0] = job.dst.row(0, y);
     };
     const size_t bytes = 4 * static_cast<size_t>(job.width / 2);
-    forBlocksOfRows<Luma, Luma>(first, last, bytes, rowsAt, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+    forBatchesOfRows<Luma, Luma>(first, last, bytes, rowsAt, [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
       const auto [left, right] = Luma::load(in.at[0]).part;
       Luma{{reordered(left), reordered(right)}}.store(out.at[0]);
     });

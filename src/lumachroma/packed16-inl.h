@@ -56,7 +56,7 @@ struct Truncated {
 /// one. The thresholds are at the scale of the channels, those of 4 bits for steps of 17 and the others for 255 / 31.
 class Dithered {
  public:
-  /// For blocks that begin at column x of row y.
+  /// For batches that begin at column x of row y.
   KIP_INLINE Dithered(size_t x, int y)
       : thresholds5_(row(kThresholds5, x, y)),
         thresholds4_(row(kThresholds4, x, y)),
@@ -158,7 +158,7 @@ struct FromWords : WordsOf<kFields> {
 };
 
 template <const Fields& kFields, Order kOrder>
-KIP_INLINE HalfBlock<PixelPairs> pixelsOf(const FromWords<kFields, kOrder>&, const Rows<const Kip8u, 1>& from,
+KIP_INLINE HalfBatch<PixelPairs> pixelsOf(const FromWords<kFields, kOrder>&, const Rows<const Kip8u, 1>& from,
                                           int half) {
   return pairsOf(FromWords<kFields, kOrder>::loadLanes(from, half));
 }

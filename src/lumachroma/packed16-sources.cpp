@@ -37,7 +37,7 @@ struct PackedPairs {
     for (int y = first; y < last; ++y) {
       const Kip8u* word = advance<Src>(Src::rows(job.src, y), x).at[0];
       const Kip8u pair[4] = {word[0], word[1], word[0], word[1]};
-      PaddedBlock<Dst> out;
+      PaddedBatch<Dst> out;
       YCbCr<Src, Dst>(job).group({{pair}}, out.rows, 2);
       out.copyTo(advance<Dst>(Dst::rows(job.dst, y), x), 1);
     }

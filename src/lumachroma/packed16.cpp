@@ -104,8 +104,8 @@ struct Dither {
   template <class From>
   KIP_INLINE static void walk(const Src& src, const Dst& dst, const From& from, const Rows<Kip8u, 1>& to,
                               size_t width) {
-    forBlocks<Src, Dst>(from, to, 0, width,
-                        [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA { dst.store(src.pixels(in), out); });
+    forBatches<Src, Dst>(from, to, 0, width,
+                         [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA { dst.store(src.pixels(in), out); });
   }
 };
 
@@ -124,7 +124,7 @@ struct DitherPacked {
       if (pairs == job.width) continue;
       Kip8u pair[4];
       lastPair<Src>(job, y, pair);
-      PaddedBlock<Dst> out;
+      PaddedBatch<Dst> out;
       Walk::walk(src, Dst(job, Dithered(pairs, y)), Rows<const Kip8u, 1>{{pair}}, out.rows, 2);
       out.copyTo(advance<Dst>(to, pairs), 1);
     }

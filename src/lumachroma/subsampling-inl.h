@@ -1,11 +1,11 @@
 // Conversions between full-resolution pixels and subsampled chroma: the layouts, and the walk over groups of pixels
 // that share their chroma. What is computed comes from the families' arithmetic types.
 //
-// Encoding works on pixels in lanes for dot products, half a block of them at a time. An encoder is a type with
+// Encoding works on pixels in lanes for dot products, half a batch of them at a time. An encoder is a type with
 //   luma(pixels)                      their luma: I16 at the encoder's own scale, or LumaSums
 //   I16 toByte(I16 luma)              that luma as samples
 //   part(pixels, luma)                what chroma is computed from, which is added up over the rows of a group
-//   Sums sums(part)                   the same for the groups of half a block
+//   Sums sums(part)                   the same for the groups of half a batch
 //   void chroma(Sums[2], samples)     sets the chroma samples from both halves
 //
 // A decoder is a type with
@@ -41,7 +41,7 @@ struct Subsampled4 {
   I32 u, v;
 };
 
-/// Samples in 16-bit lanes, half a block of pixels in each vector. The layout's kLumaByte and kChromaByte tell which of
+/// Samples in 16-bit lanes, half a batch of pixels in each vector. The layout's kLumaByte and kChromaByte tell which of
 /// the two bytes of a lane is the sample. Luma by row and half, which the layout puts in order once they are packed;
 /// chroma by half, a pair (u, v), or (v, u) if kChromaSwapped, for each two pixels of the luma beside it.
 struct InLanes {
@@ -105,7 +105,7 @@ struct InLowerBytes {
 template <int kRows, bool kSwapped = false>
 struct PlanarChroma : InLowerBytes {
   using Samples = Subsampled;
-  static constexpr int kBlock = kLanes<uint8_t>;
+  static constexpr int kBatch = kLanes<uint8_t>;
   static constexpr int kLumaRows = kRows, kGroupWidth = 2;
   static constexpr int kPointers = kRows + 2;
   static constexpr bool kKeeps = false;
@@ -147,7 +147,7 @@ using Planar420Swapped = PlanarChroma<2, true>;
 /// Planar 4:1:1: a chroma sample for four pixels in a row. Only whole groups are loaded and stored.
 struct Planar411 : InLowerBytes {
   using Samples = Subsampled4;
-  static constexpr int kBlock = kLanes<uint8_t>;
+  static constexpr int kBatch = kLanes<uint8_t>;
   static constexpr int kLumaRows = 1, kGroupWidth = 4;
   static constexpr int kPointers = 3;
   static constexpr bool kKeeps = false;
@@ -174,7 +174,7 @@ struct Planar411 : InLowerBytes {
 // ---------------------------------------------------------------------------------------------------------------------
 // Sums over groups of pixels
 
-/// A pair of 16-bit channels of each pixel in half a block.
+/// A pair of 16-bit channels of each pixel in half a batch.
 struct ChannelPairs {
   I16 of[2];
 };
@@ -220,14 +220,14 @@ class Encode {
   /// The first pixels of a row group.
   KIP_INLINE void group(const Rows<const Kip8u, GroupOf::kPointers>& from, const Rows<Kip8u, Dst::kPointers>& to,
                         size_t pixels) const {
-    forBlocks<GroupOf, Dst>(from, to, 0, pixels,
-                            [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { dst_.store(block(in), out); });
+    forBatches<GroupOf, Dst>(from, to, 0, pixels,
+                             [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { dst_.store(batch(in), out); });
   }
 
  private:
   static constexpr int kRows = Dst::kLumaRows;
 
-  KIP_INLINE typename Dst::Samples block(const Rows<const Kip8u, GroupOf::kPointers>& from) const {
+  KIP_INLINE typename Dst::Samples batch(const Rows<const Kip8u, GroupOf::kPointers>& from) const {
     using Half = decltype(pixelsOf(Src(), rowOf(from, 0), 0));
     using Luma = decltype(op_.luma(Half()));
     typename Op::Sums sums[2];
@@ -310,13 +310,13 @@ class Decode {
   }
   KIP_INLINE void group(const Rows<const Kip8u, Src::kPointers>& from, const Rows<Kip8u, GroupOf::kPointers>& to,
                         size_t first, size_t last) const {
-    forBlocks<Src, GroupOf>(from, to, first, last,
-                            [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { this->block(in, out); });
+    forBatches<Src, GroupOf>(from, to, first, last,
+                             [this](const auto& in, const auto& out) KIP_INLINE_LAMBDA { this->batch(in, out); });
   }
 
  private:
   template <class From, class To>
-  KIP_INLINE void block(const From& from, const To& to) const {
+  KIP_INLINE void batch(const From& from, const To& to) const {
     const auto s = op_.load(src_, from);
     const auto terms = op_.terms(s);
     for (int r = 0; r < Src::kLumaRows; ++r) {
@@ -362,7 +362,7 @@ struct DecodePacked {
     Kip8u pair[4];
     lastPair<Src>(job, y, pair);
     const auto to = advance<Dst>(Dst::rows(job.dst, y), job.width - 1);
-    PaddedBlock<Dst> out;
+    PaddedBatch<Dst> out;
     out.copyFrom(to, 1);
     Decode<Op, Src, Dst>(job).group({{pair}}, out.rows, 0, 2);
     out.copyTo(to, 1);

@@ -54,17 +54,17 @@ struct GroupSums {
 
   KIP_INLINE GroupSums() {}
 
-  KIP_INLINE I16 luma(const HalfBlock<PixelPairs>& px) const {
+  KIP_INLINE I16 luma(const HalfBatch<PixelPairs>& px) const {
     const I16 twice =
         packPixels(px, [this](const PixelPairs& p) KIP_INLINE_LAMBDA { return hn::ShiftRight<15>(forward.y(p)); });
     return as<int16_t>(hn::AverageRound(as<uint16_t>(twice), lumaZero));
   }
-  KIP_INLINE LumaSums luma(const HalfBlock<PixelQuads>& px) const {
+  KIP_INLINE LumaSums luma(const HalfBatch<PixelQuads>& px) const {
     return {{forward.y(px.of[0], lumaOffset256), forward.y(px.of[1], lumaOffset256)}};
   }
   KIP_INLINE static I16 toByte(I16 luma) { return luma; }
   template <class Px, class Luma>
-  KIP_INLINE static ChannelPairs part(const HalfBlock<Px>& px, const Luma&) {
+  KIP_INLINE static ChannelPairs part(const HalfBatch<Px>& px, const Luma&) {
     return {{differencesOf(px.of[0]), differencesOf(px.of[1])}};
   }
   KIP_INLINE static Sums sums(const ChannelPairs& differences) {

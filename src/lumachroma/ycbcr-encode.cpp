@@ -85,7 +85,7 @@ struct WithLeft : C3<> {
 struct Taps : PixelPairs {  // in gg, the second pixel of a pair has the left one's G beside its own
   I16 leftBr;               // to the second pixel of each pair; the first one has zeros
 };
-KIP_INLINE HalfBlock<Taps> pixelsOf(const WithLeft&, const Rows<const Kip8u, 1>& from, int half) {
+KIP_INLINE HalfBatch<Taps> pixelsOf(const WithLeft&, const Rows<const Kip8u, 1>& from, int half) {
   static constexpr struct Table {
     alignas(16) uint8_t br[16], gg[16], leftBr[16];
     constexpr Table() : br(), gg(), leftBr() {
@@ -99,7 +99,7 @@ KIP_INLINE HalfBlock<Taps> pixelsOf(const WithLeft&, const Rows<const Kip8u, 1>&
       }
     }
   } kTable;
-  HalfBlock<Taps> taps;
+  HalfBatch<Taps> taps;
   for (int k = 0; k < 2; ++k) {
     const U8 bytes = loadBlocks(from.at[0] + (2 * half + k) * 12, 48);
     if constexpr (!kHasByteShuffle) {
@@ -141,13 +141,13 @@ struct ThreeTaps {
 
   KIP_INLINE ThreeTaps() {}
 
-  KIP_INLINE I16 luma(const HalfBlock<Taps>& px) const {
+  KIP_INLINE I16 luma(const HalfBatch<Taps>& px) const {
     return packPixels(px, [this](const Taps& taps)
                               KIP_INLINE_LAMBDA { return hn::ShiftRight<15>(hn::Add(y(taps.br, taps.gg), lumaZero)); });
   }
   KIP_INLINE static I16 toByte(I16 luma) { return luma; }
-  KIP_INLINE static const HalfBlock<Taps>& part(const HalfBlock<Taps>& px, I16) { return px; }
-  KIP_INLINE Sums sums(const HalfBlock<Taps>& px) const {
+  KIP_INLINE static const HalfBatch<Taps>& part(const HalfBatch<Taps>& px, I16) { return px; }
+  KIP_INLINE Sums sums(const HalfBatch<Taps>& px) const {
     const auto chromaOf = [&](const WeighTaps& weigh) KIP_INLINE_LAMBDA {
       const auto weighed = [&](const Taps& taps)
                                KIP_INLINE_LAMBDA { return weigh(hn::Add(taps.br, taps.leftBr), taps.gg); };
@@ -176,7 +176,7 @@ struct Transferred {
   }
 };
 
-/// A row goes through a piece of memory that has the pixel to the left before it, and whole blocks. At the row's start
+/// A row goes through a piece of memory that has the pixel to the left before it, and whole batches. At the row's start
 /// that pixel is black: the missing neighbour has no chroma.
 template <class Curve>
 class Smoothed {
@@ -189,7 +189,7 @@ class Smoothed {
  private:
   using Walk = Encode<ThreeTaps, WithLeft, CbYCrY>;
   static constexpr int kBefore = WithLeft::kBefore;
-  static constexpr int kPiece = 512;  // pixels: whole blocks
+  static constexpr int kPiece = 512;  // pixels: whole batches
 
   static void row(const Walk& encode, int width, const Kip8u* from, Kip8u* to) {
     Kip8u memory[kBefore + WithLeft::bytes(0, kPiece)] = {}, result[CbYCrY::bytes(0, kPiece)];
@@ -198,7 +198,7 @@ class Smoothed {
       const int count = std::min(left, kPiece), pairs = wholeGroups<CbYCrY>(count);
       std::memcpy(pixels, from, WithLeft::bytes(0, count));
       Curve::transfer(pixels, WithLeft::bytes(0, count));
-      encode.group({{memory}}, {{count == kPiece ? to : result}}, hwy::RoundUpTo(count, CbYCrY::kBlock));
+      encode.group({{memory}}, {{count == kPiece ? to : result}}, hwy::RoundUpTo(count, CbYCrY::kBatch));
       if (count < kPiece) std::memcpy(to, result, CbYCrY::bytes(0, pairs));
       if (pairs < count) {
         writeTrailingPixel<kBt601, kToNearest, CbYCrY>(pixelAt<C3<>>({{pixels}}, pairs), to + CbYCrY::bytes(0, pairs));
@@ -231,7 +231,7 @@ HWY_AFTER_NAMESPACE();
 #include "lumachroma/rules.h"
 
 namespace kip {
-constexpr Rules kPlaneBlocks = {
+constexpr Rules kPlaneGroups420 = {
     .minWidth = 2, .minHeight = 2, .planesBeforeSize = true, .rowsPerGroup = 2, .warnWidth = 2, .warnHeight = 2};
 }  // namespace kip
 #endif

@@ -103,11 +103,11 @@ struct EncodeSums : Arithmetic {
   KIP_INLINE EncodeSums() {}
 
   template <class Px>
-  KIP_INLINE I16 luma(const HalfBlock<Px>& px) const {
+  KIP_INLINE I16 luma(const HalfBatch<Px>& px) const {
     return packPixels(px, [this](const Px& p) KIP_INLINE_LAMBDA { return Arithmetic::luma(p); });
   }
   template <class Px>
-  KIP_INLINE static Part part(const HalfBlock<Px>& px, I16 luma) {
+  KIP_INLINE static Part part(const HalfBatch<Px>& px, I16 luma) {
     return {{{brOf(px.of[0]), brOf(px.of[1])}}, luma};
   }
   KIP_INLINE static Sums sums(const Part& part) {
@@ -133,7 +133,7 @@ struct Mean422 {
   KIP_INLINE I16 v(I16 reds, I16 lumas) const { return differences.v(reds, hn::ShiftRight<1>(lumas)); }
 };
 
-/// Sums of a 2 x 2 block, brought to the scale of one doubled pixel.
+/// Sums of a 2 x 2 group, brought to the scale of one doubled pixel.
 struct Mean420 {
   WeighPixels weigh{kB15, kG15, kR15};
   Differences differences;

@@ -108,7 +108,7 @@ struct DifferenceRun {
 struct DifferenceRest {
   using Lane = int16_t;
   KIP_INLINE Pixels<I16> operator()(const Pixels<I16>& px) const {
-    const HalfBlock<PixelPairs> pairs = pairsOf(px);
+    const HalfBatch<PixelPairs> pairs = pairsOf(px);
     const Pixels<I32> lower = samples(pairs.of[0].br, pairs.of[0].gg), upper = samples(pairs.of[1].br, pairs.of[1].gg);
     return packChannels(lower, upper, [](I32 l, I32 u) KIP_INLINE_LAMBDA { return packWords(l, u); });
   }

@@ -84,9 +84,9 @@ void toRows(const BandSteps<T>& steps, BandRows<T>& rows) {
 
 /// Pixels of one, three or four samples, as layouts that write all that they read.
 template <class T, int kPerPixel>
-struct Whole : C3<T> {};
+struct WholePixels : C3<T> {};
 template <class T>
-struct Whole<T, 1> : Interleaved<Tag<T>, 1> {
+struct WholePixels<T, 1> : Interleaved<Tag<T>, 1> {
   using V = Vector<T>;
   KIP_INLINE Pixels<V> load(const Rows<const Kip8u, 1>& from) const {
     Pixels<V> px;
@@ -98,7 +98,7 @@ struct Whole<T, 1> : Interleaved<Tag<T>, 1> {
   }
 };
 template <class T>
-struct Whole<T, 4> : AC4<T> {
+struct WholePixels<T, 4> : AC4<T> {
   KIP_INLINE void store(const Pixels<Vector<T>>& px, const Rows<Kip8u, 1>& to) const {
     C4<T>::storeWith(px, px.alpha, to);
   }
@@ -135,10 +135,10 @@ KIP_INLINE auto& channelOf(Pixels<V>& px) {
 /// One channel of kSteps pixels. Which one is known to the compiler, so that it leaves out what is for the others.
 template <class T, int kPerPixel, class Sample>
 KIP_INLINE void takeChannel(const uint8_t* from, int channel, Sample* to) {
-  using Layout = Whole<T, kPerPixel>;
+  using Layout = WholePixels<T, kPerPixel>;
   unrolled<kPerPixel>([&](auto candidate) KIP_INLINE_LAMBDA {
     if (candidate != channel) return;
-    for (int i = 0; i < kSteps; i += Layout::kBlock) {
+    for (int i = 0; i < kSteps; i += Layout::kBatch) {
       auto px = Layout().load({{from + Layout::bytes(0, i)}});
       storeSamples(channelOf<candidate>(px), to + i);
     }
@@ -148,10 +148,10 @@ KIP_INLINE void takeChannel(const uint8_t* from, int channel, Sample* to) {
 /// Levels to one channel of kSteps pixels whose other channels stay.
 template <class T, int kPerPixel>
 KIP_INLINE void replaceChannel(const uint16_t* levels, int channel, uint8_t* to) {
-  using Layout = Whole<T, kPerPixel>;
+  using Layout = WholePixels<T, kPerPixel>;
   unrolled<kPerPixel>([&](auto candidate) KIP_INLINE_LAMBDA {
     if (candidate != channel) return;
-    for (int i = 0; i < kSteps; i += Layout::kBlock) {
+    for (int i = 0; i < kSteps; i += Layout::kBatch) {
       uint8_t* pixels = to + Layout::bytes(0, i);
       auto px = Layout().load({{pixels}});
       loadLevels(levels + i, channelOf<candidate>(px));

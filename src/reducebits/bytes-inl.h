@@ -234,11 +234,11 @@ struct ReduceBytes {
     using From = Flat<uint8_t, uint8_t, false>;
     using To = Flat<uint8_t, uint8_t, kKeepsFourth>;
     size_t at = first;
-    forBlocks<From, To>({{job.src.row(0, y)}}, {{job.dst.row(0, y)}}, first, last,
-                        [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
-                          storeReduced<kKeepsFourth>(reduced(hn::LoadU(Tag<uint8_t>(), from.at[0]), at), to.at[0]);
-                          at += kLanes<uint8_t>;
-                        });
+    forBatches<From, To>({{job.src.row(0, y)}}, {{job.dst.row(0, y)}}, first, last,
+                         [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+                           storeReduced<kKeepsFourth>(reduced(hn::LoadU(Tag<uint8_t>(), from.at[0]), at), to.at[0]);
+                           at += kLanes<uint8_t>;
+                         });
   }
 
   /// `op` by value: through a reference every store might alias its tables.

@@ -167,7 +167,7 @@ struct ReduceToFew {
 
  private:
   using Kernel = FewLevelsKernel<S>;
-  static constexpr int kBlock = kLanes<uint8_t>;
+  static constexpr int kBatch = kLanes<uint8_t>;
 
   /// Of the samples of some pixels of four rows, again and again.
   struct Constants {
@@ -178,8 +178,8 @@ struct ReduceToFew {
       for (int y = 0; y < kRows; ++y) {
         uint16_t* to = row[y];
         uint8_t* untouched = greatest[y];
-        for (int v = 0, sample = 0; v < vectors; ++v, to += kBlock) {
-          for (int i = 0; i < kBlock; ++i, ++sample) {
+        for (int v = 0, sample = 0; v < vectors; ++v, to += kBatch) {
+          for (int i = 0; i < kBatch; ++i, ++sample) {
             const int entry = kBayer[y][sample / perPixel % 4];
             to[Kernel::place(i)] = static_cast<uint16_t>(Kernel::constant(levels.threshold[entry]));
             *untouched++ = levels.exceedsTop && entry == 0 ? 255 : 0;
@@ -189,8 +189,8 @@ struct ReduceToFew {
     }
 
     int vectors;
-    alignas(64) uint16_t row[kRows][kVectors * kBlock];
-    alignas(64) uint8_t greatest[kRows][kVectors * kBlock];  // bytes that stay as they are
+    alignas(64) uint16_t row[kRows][kVectors * kBatch];
+    alignas(64) uint8_t greatest[kRows][kVectors * kBatch];  // bytes that stay as they are
   };
 
   template <bool kKeepsFourth>
@@ -208,24 +208,24 @@ struct ReduceToFew {
     using To = Flat<Kip8u, Kip8u, kKeepsFourth>;
     const Kernel kernel(levels);
     const U8 bytes = opaque(blockTable(levels.bytes));
-    const size_t period = static_cast<size_t>(constants.vectors) * kBlock;
+    const size_t period = static_cast<size_t>(constants.vectors) * kBatch;
     const int perPixel = static_cast<const Reduction*>(job.parameters)->channels.perPixel;
     for (int y = first; y < last; ++y) {
       const uint16_t* const row = constants.row[y % Constants::kRows];
       const uint8_t* const greatest = constants.greatest[y % Constants::kRows];
       size_t at = 0;
-      forBlocks<From, To>({{job.src.row(0, y)}}, {{job.dst.row(0, y)}}, 0, static_cast<size_t>(job.width) * perPixel,
-                          [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
-                            U8 v = lookUp(bytes, kernel(samples<S>(from.at[0]), row + at));
-                            if constexpr (kExceedsTop) {
-                              const U8 stays = hn::Load(Tag<uint8_t>(), greatest + at);
-                              const auto is = hn::Eq(hn::LoadU(Tag<uint8_t>(), from.at[0]), stays);
-                              v = hn::Or(v, hn::IfThenElseZero(is, stays));
-                            }
-                            storeReduced<kKeepsFourth>(v, to.at[0]);
-                            at += kBlock;
-                            if (at == period) at = 0;
-                          });
+      forBatches<From, To>({{job.src.row(0, y)}}, {{job.dst.row(0, y)}}, 0, static_cast<size_t>(job.width) * perPixel,
+                           [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+                             U8 v = lookUp(bytes, kernel(samples<S>(from.at[0]), row + at));
+                             if constexpr (kExceedsTop) {
+                               const U8 stays = hn::Load(Tag<uint8_t>(), greatest + at);
+                               const auto is = hn::Eq(hn::LoadU(Tag<uint8_t>(), from.at[0]), stays);
+                               v = hn::Or(v, hn::IfThenElseZero(is, stays));
+                             }
+                             storeReduced<kKeepsFourth>(v, to.at[0]);
+                             at += kBatch;
+                             if (at == period) at = 0;
+                           });
     }
   }
 };

@@ -141,10 +141,10 @@ KIP_INLINE I32 reduced(const Op& op, F32 v, F32 threshold) {
   return op.written(addWhere(hn::Gt(hn::Sub(v, lower), threshold), lower, op.q));
 }
 
-/// Rows as samples without regard to pixels: a layout of one channel, in blocks of a full vector of `Block` samples.
-template <class T, class Block, bool kKeepsOld>
+/// Rows as samples without regard to pixels: a layout of one channel, in batches of a full vector of `Widest` samples.
+template <class T, class Widest, bool kKeepsOld>
 struct Flat {
-  static constexpr int kBlock = kLanes<Block>;
+  static constexpr int kBatch = kLanes<Widest>;
   static constexpr int kPointers = 1;
   static constexpr bool kKeeps = kKeepsOld;
   static constexpr size_t bytes(int, size_t samples) { return samples * sizeof(T); }
@@ -165,7 +165,7 @@ KIP_INLINE void storeReduced(V v, D* to) {
 /// A full vector of values of noise of each of four rows from a multiple of four on: NoiseTables::row() of the first
 /// and columnsFrom() the first pixel.
 KIP_INLINE void loadNoise(const float* values, const Kip16s* columns, F32 (&rows)[4]) {
-  for (int pixel = 0; pixel < 4; ++pixel) {  // of the four of a block; at first, rows are below one another
+  for (int pixel = 0; pixel < 4; ++pixel) {  // of the four of a block of `values`; at first, rows are below one another
     rows[pixel] = as<float>(loadBlocksAt([&](int block) KIP_INLINE_LAMBDA {
       return reinterpret_cast<const uint8_t*>(values + columns[4 * block + pixel]);
     }));
@@ -304,16 +304,16 @@ struct Levels {
     const Rows<const Kip8u, 1> from = {{job.src.row(0, y)}};
     const Rows<Kip8u, 1> to = {{job.dst.row(0, y)}};
     const float *const begin = thresholds.row(y), *const end = begin + thresholds.samples(), *threshold = begin;
-    forBlocks<From, To>(from, to, first * perPixel, last * perPixel,
-                        [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
-                          block<kKeepsFourth>(op, samples<S>(in.at[0]), threshold, samples<D>(out.at[0]));
-                          threshold += kLanes<D>;
-                          if (threshold == end) threshold = begin;
-                        });
+    forBatches<From, To>(from, to, first * perPixel, last * perPixel,
+                         [&](const auto& in, const auto& out) KIP_INLINE_LAMBDA {
+                           batch<kKeepsFourth>(op, samples<S>(in.at[0]), threshold, samples<D>(out.at[0]));
+                           threshold += kLanes<D>;
+                           if (threshold == end) threshold = begin;
+                         });
   }
 
   template <bool kKeepsFourth>
-  KIP_INLINE static void block(const Op& op, const S* from, const float* threshold, D* to) {
+  KIP_INLINE static void batch(const Op& op, const S* from, const float* threshold, D* to) {
     I32 levels[kVectors];
     for (int i = 0; i < kVectors; ++i) {
       const int at = i * kLanes<float>;

@@ -14,7 +14,7 @@ namespace {
 
 /// As many floats as there are bytes in a vector.
 struct Floats : C1<float> {
-  static constexpr int kBlock = kLanes<uint8_t>;
+  static constexpr int kBatch = kLanes<uint8_t>;
 };
 
 /// Products as integers from 255 down, which packing clamps at 0. What 32 bits cannot hold, and what is not a number,
@@ -32,15 +32,15 @@ template <class Byte>
 void scale(const Job& job, int first, int last) {
   const F32 factor = set(*static_cast<const float*>(job.parameters));
   for (int y = first; y < last; ++y) {
-    forBlocks<Floats, C1<>>(Floats::rows(job.src, y), C1<>::rows(job.dst, y), 0, job.width,
-                            [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
-                              const auto integers = [&](int i) KIP_INLINE_LAMBDA {
-                                const float* floats = samples<float>(from.at[0]) + i * kLanes<float>;
-                                return Byte::of(hn::Mul(hn::LoadU(Tag<float>(), floats), factor));
-                              };
-                              const U8 bytes = packInOrder(integers(0), integers(1), integers(2), integers(3));
-                              hn::StoreU(bytes, Tag<uint8_t>(), to.at[0]);
-                            });
+    forBatches<Floats, C1<>>(Floats::rows(job.src, y), C1<>::rows(job.dst, y), 0, job.width,
+                             [&](const auto& from, const auto& to) KIP_INLINE_LAMBDA {
+                               const auto integers = [&](int i) KIP_INLINE_LAMBDA {
+                                 const float* floats = samples<float>(from.at[0]) + i * kLanes<float>;
+                                 return Byte::of(hn::Mul(hn::LoadU(Tag<float>(), floats), factor));
+                               };
+                               const U8 bytes = packInOrder(integers(0), integers(1), integers(2), integers(3));
+                               hn::StoreU(bytes, Tag<uint8_t>(), to.at[0]);
+                             });
   }
 }
 
