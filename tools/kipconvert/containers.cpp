@@ -21,7 +21,8 @@ const Container* containerNamed(const std::string& name) {
 }
 
 const Container& containerOfFile(const std::string& name) {
-  std::string extension = " " + std::filesystem::path(name).extension().string() + " ";
+  std::string extension(1, ' ');
+  extension.append(std::filesystem::path(name).extension().string()).append(1, ' ');
   for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   for (const Container* container : kContainers) {
     if (std::string(container->extensions).find(extension) != std::string::npos) return *container;
