@@ -46,15 +46,24 @@ void addContent(Hash& hash, Sample sample, Content& content) {
   }
 }
 
+bool diffusesErrors(const Function& function, const Arguments& settings) {
+  return function.shape.reduction && settings.choice != kipDitherNone && settings.choice != kipDitherBayer;
+}
+
 /// Every remainder of a row after the vectors of any target; of ordinary values also rows and columns around larger
 /// steps of the kernels, and an image that is large enough for worker threads and for most values of 16-bit samples.
-std::vector<KipiSize> goldenSizes(const Function& function, Values values) {
+/// Errors are diffused in bands of 64 columns, which takes long and does not depend on what remains after vectors.
+std::vector<KipiSize> goldenSizes(const Function& function, const GoldenSet& set) {
   std::vector<KipiSize> sizes = awkwardSizes(function);
-  if (values != Values::kOrdinary) return sizes;
-  for (const int width : {191, 192, 193, 255, 256, 257, 258, 511, 512, 513}) sizes.push_back({width, 1 + width % 4});
-  // The portable kernels take long to reduce bits.
-  const KipiSize large = function.shape.reduction ? KipiSize{253, 67} : KipiSize{509, 137};
-  for (const KipiSize size : {KipiSize{5, 131}, {1021, 6}, large}) sizes.push_back(size);
+  const bool diffuses = diffusesErrors(function, set.settings);
+  if (diffuses) std::erase_if(sizes, [](KipiSize size) { return size.width > 5 && (size.width + 1) % 32 > 2; });
+  if (set.values != Values::kOrdinary) return sizes;
+  if (!diffuses) {
+    for (const int width : {191, 192, 193, 255, 256, 257, 258, 511, 512, 513}) sizes.push_back({width, 1 + width % 4});
+  }
+  sizes.push_back({5, 131});
+  if (!diffuses) sizes.push_back({1021, 6});
+  sizes.push_back(function.shape.reduction ? KipiSize{253, 67} : KipiSize{509, 137});
   for (KipiSize& size : sizes) size = allowed(function, size);
   return sizes;
 }
@@ -120,9 +129,9 @@ PlainResult convertInPlainMemory(const Case& that, int gap) {
 std::vector<uint64_t> goldenHashes(const Function& function, const GoldenSet& set, std::span<const Target> targets) {
   std::vector<Hash> hashes(targets.size());
   // What error diffusion makes follows the number of threads.
-  kipSetNumThreads(function.contract.diffusesErrors ? 1 : 3);
+  kipSetNumThreads(diffusesErrors(function, set.settings) ? 1 : 3);
   int index = 0;
-  for (const KipiSize size : goldenSizes(function, set.values)) {
+  for (const KipiSize size : goldenSizes(function, set)) {
     const Case that(function, size, set.settings, set.values);
     const int gap = index++ % 4;
     for (size_t t = 0; t < targets.size(); ++t) {

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <optional>
 #include <span>
 #include <sstream>
 #include <string>
@@ -23,15 +24,17 @@ using kip::Target;
 using Hashes = std::vector<uint64_t>;
 
 constexpr const char kUsage[] =
-    "Usage: kipcc-verify [TARGET...]\n"
+    "Usage: kipcc-verify [--first] [TARGET | FUNCTION]...\n"
     "       kipcc-verify --print\n"
     "Checks that the installed kipcc library makes the promised bytes on this machine: calls every function on\n"
     "generated images with each set of kernels that the processor runs, and compares hashes of the results.\n"
     "\n"
-    "  TARGET   checks only these sets of kernels: names as in the last line of the output, or `best` for the one "
+    "  TARGET    checks only these sets of kernels: names as in the last line of the output, or `best` for the one "
     "that\n"
-    "           the library chooses by itself, or `lowest` for the one for the oldest processors\n"
-    "  --print  prints the hashes instead: a line for each function, with a hash for each set of its calls\n"
+    "            the library chooses by itself, or `lowest` for the one for the oldest processors\n"
+    "  FUNCTION  checks only these functions\n"
+    "  --first   stops at the first difference\n"
+    "  --print   prints the hashes instead: a line for each function, with a hash for each set of its calls\n"
     "\n"
     "Prints a line for each difference and one at the end. Exit status: 0 without differences, 1 with differences,\n"
     "2 for other arguments.\n";
@@ -66,15 +69,26 @@ bool sharesHighway() {
   return hwy::GetChosenTarget().IsInitialized();
 }
 
+/// What is checked.
+struct Request {
+  std::vector<Target> targets;
+  std::string targetNames;
+  std::vector<const Function*> functions;
+  bool untilFirst = false;
+};
+
 class Verification {
  public:
-  Verification(std::vector<Target> targets, std::string targetNames)
-      : targets_(std::move(targets)), targetNames_(std::move(targetNames)), golden_(goldenLines()) {}
+  explicit Verification(const Request& request)
+      : request_(request), targets_(request.targets), golden_(goldenLines()) {}
 
   int run() {
-    for (const Function& function : kip::registry()) check(function);
-    std::printf("%zu functions, %s: %zu hashes compared, %zu differences\n", kip::registry().size(),
-                targetNames_.c_str(), compared_, differences_);
+    for (const Function* function : request_.functions) {
+      check(*function);
+      if (differences_ != 0 && request_.untilFirst) break;
+    }
+    std::printf("%zu functions, %s: %zu hashes compared, %zu differences\n", request_.functions.size(),
+                request_.targetNames.c_str(), compared_, differences_);
     return differences_ ? EXIT_FAILURE : EXIT_SUCCESS;
   }
 
@@ -88,6 +102,7 @@ class Verification {
       return;
     }
     for (size_t s = 0; s < sets.size(); ++s) {
+      if (differences_ != 0 && request_.untilFirst) return;
       const Hashes found = goldenHashes(function, sets[s], targets_);
       for (size_t t = 0; t < targets_.size(); ++t, ++compared_) {
         if (found[t] == expected[s]) continue;
@@ -98,39 +113,63 @@ class Verification {
     }
   }
 
-  std::vector<Target> targets_;
-  std::string targetNames_;
+  const Request& request_;
+  const std::vector<Target>& targets_;
   std::map<std::string, Hashes> golden_;
   size_t compared_ = 0, differences_ = 0;
 };
 
-/// The targets of these names, or all; none where this processor or the library lacks one of them.
-std::vector<Target> targetsOf(std::span<char*> names) {
-  const std::vector<Target> vectors = kip::vectorTargets();
-  std::vector<Target> all = vectors, chosen;
+/// All that the library has and this processor runs, the best one first.
+std::vector<Target> allTargets() {
+  std::vector<Target> all = kip::vectorTargets();
   all.push_back(kip::fallbackTarget());
-  if (names.empty()) return all;
-  for (const std::string name : names) {
-    const auto found =
-        std::find_if(all.begin(), all.end(), [&](const Target& target) { return target.name() == name; });
-    if (name == "best") {
-      chosen.push_back(all.front());
-    } else if (name == "lowest") {
-      chosen.push_back(vectors.empty() ? all.front() : vectors.back());
-    } else if (found == all.end()) {
-      return {};
-    } else {
-      chosen.push_back(*found);
-    }
-  }
-  return chosen;
+  return all;
 }
 
-int verify(const std::vector<Target>& targets) {
-  if (!sharesHighway()) return Verification({kip::bestTarget()}, "the library's own target").run();
-  std::string names = "targets";
-  for (const Target& target : targets) names += " " + target.name();
-  return Verification(targets, names).run();
+std::vector<const Function*> allFunctions() {
+  std::vector<const Function*> all;
+  for (const Function& function : kip::registry()) all.push_back(&function);
+  return all;
+}
+
+std::optional<Target> targetOf(const std::string& name) {
+  const std::vector<Target> all = allTargets();
+  if (name == "best") return kip::bestTarget();
+  if (name == "lowest") return all[all.size() < 2 ? 0 : all.size() - 2];
+  const auto found = std::find_if(all.begin(), all.end(), [&](const Target& target) { return target.name() == name; });
+  return found == all.end() ? std::nullopt : std::optional(*found);
+}
+
+/// Nothing where a word is neither an option, nor a target of this processor and library, nor a function.
+std::optional<Request> requestOf(std::span<char*> words) {
+  Request request;
+  for (const std::string word : words) {
+    const Function* function = kip::find(word);
+    const std::optional<Target> target = targetOf(word);
+    if (word == "--first") {
+      request.untilFirst = true;
+    } else if (target) {
+      request.targets.push_back(*target);
+    } else if (function) {
+      request.functions.push_back(function);
+    } else {
+      return std::nullopt;
+    }
+  }
+  if (request.targets.empty()) request.targets = allTargets();
+  if (request.functions.empty()) request.functions = allFunctions();
+  return request;
+}
+
+int verify(Request request) {
+  if (sharesHighway()) {
+    request.targetNames = "targets";
+    for (const Target& target : request.targets) request.targetNames += " " + target.name();
+  } else {
+    request.targets = {kip::bestTarget()};
+    request.targetNames = "the library's own target";
+  }
+  return Verification(request).run();
 }
 
 int print() {
@@ -148,8 +187,7 @@ int print() {
 int main(int count, char** words) {
   const std::string option = count == 2 ? words[1] : "";
   if (option == "--print") return print();
-  const std::vector<Target> targets = targetsOf(std::span(words, count).subspan(1));
-  if (!targets.empty()) return verify(targets);
+  if (const std::optional<Request> request = requestOf(std::span(words, count).subspan(1))) return verify(*request);
   const bool asked = option == "--help";
   std::fputs(kUsage, asked ? stdout : stderr);
   return asked ? EXIT_SUCCESS : 2;
