@@ -176,6 +176,7 @@ void readSamples(const Job& job, const BandPlaces& band, BandRows<Sample>& sampl
     from += (place.first + place.begin) * kBytes;
     alignas(64) uint8_t inside[kSteps * kBytes];
     if (place.inside() < kSteps) {
+      std::fill_n(inside, sizeof inside, 0);
       std::copy(from, from + place.inside() * kBytes, inside + place.begin * kBytes);
       from = inside;
     }
@@ -242,6 +243,7 @@ class DiffuseChannels {
     std::fill_n(errorRows, kAbove * reduction_.errorRowLength, 0.f);
     band_.thresholdStep = reduction_.noise != nullptr;
     std::fill_n(band_.thresholds.at[0], kBand, scale.interval * 0.5f);
+    memory_.samples = {};  // outside the image they have no error, but are computed with
   }
 
   void channels(int first, int last) {

@@ -45,7 +45,8 @@ PAIRS = [("+", "-"), ("*", "/"), ("%", "/"), ("<", "<="), (">", ">="), ("==", "!
 OTHER = {a: b for a, b in PAIRS[::-1]} | {b: a for a, b in PAIRS[::-1]}
 
 Site = collections.namedtuple("Site", "file line begin end text")  # file: below src/
-Unit = collections.namedtuple("Unit", "name command functions")
+Unit = collections.namedtuple("Unit", "name source command functions")
+Change = collections.namedtuple("Change", "site replacement users")
 
 
 def changed(site, kind, chance):
@@ -90,25 +91,25 @@ class Mutants:
     def unit(self, entry):
         name = str(pathlib.Path(entry["file"]).relative_to(ROOT / "src"))
         words = shlex.split(entry["command"].replace(str(ROOT / "src"), str(self.source)))
-        names = subprocess.check_output(["nm", "-g", "--defined-only", self.object_of(name)], text=True)
-        return Unit(name, words, re.findall(r"\bkipi\w+$", names, re.MULTILINE))
+        at = words.index("-o")
+        source = words[at + 3]
+        del words[at:]
+        names = subprocess.check_output(["nm", "-g", "--defined-only", self.build / "src/CMakeFiles/kipcct7.dir" /
+                                         f"{name}.o"], text=True)
+        return Unit(name, source, words, re.findall(r"\bkipi\w+$", names, re.MULTILINE))
 
-    def object_of(self, name):
-        return self.build / "src/CMakeFiles/kipcct7.dir" / f"{name}.o"
+    def preprocess(self, unit, output):
+        subprocess.run([*unit.command, "-E", "-o", output, unit.source], cwd=self.build, check=True)
 
-    def run_compiler(self, unit, output, launcher=(), more=()):
-        words = list(unit.command)
-        words[words.index("-o") + 1] = str(output)
-        run = subprocess.run([*launcher, *words, "-w", *more], cwd=self.build, capture_output=True)
-        return run.returncode == 0
-
-    def compile(self, unit, output):
-        return self.run_compiler(unit, output, self.launcher)
+    def compile(self, sources):
+        """All in one command, of which each may fail: objects beside the preprocessed sources."""
+        subprocess.run([*self.launcher, *self.units[0].command, "-w", "-c", *sources], cwd=self.work,
+                       stderr=subprocess.DEVNULL)
 
     def active(self, unit):
         """The lines, as (file, line), that the preprocessor leaves of files in src/."""
         text = self.work / "active.ii"
-        assert self.run_compiler(unit, text, more=["-E"])
+        self.preprocess(unit, text)
         places, file, line = set(), None, 0
         for row in text.read_text().splitlines():
             if mark := re.match(r'# (\d+) "([^"]*)"', row):
@@ -128,30 +129,42 @@ class Mutants:
             if token.lastgroup != "skipped" and (file, line) in self.users:
                 yield Site(file, line, *token.span(), token[0]), token.lastgroup
 
-    def baseline(self, unit):
-        path = self.work / (unit.name.replace("/", "-") + ".o")
-        if not path.exists():
-            assert self.compile(unit, path)
-        return path.read_bytes()
+    def draw(self):
+        """A change at random, with the source files that see it, in random order."""
+        while True:
+            site, kind = self.chance.choice(self.sites)
+            replacement = changed(site, kind, self.chance)
+            if replacement:
+                users = self.users[site.file, site.line]
+                return Change(site, replacement, self.chance.sample(users, len(users)))
 
-    def verdict(self, site, replacement):
-        """How the library takes the change, and the source file that was compiled with it; None for no verdict."""
-        path = self.source / site.file
+    def write(self, change, output):
+        """The first source file that sees the change, preprocessed."""
+        path = self.source / change.site.file
         original = path.read_text()
-        users = self.chance.sample(self.users[site.file, site.line], len(self.users[site.file, site.line]))
-        try:
-            for unit in users:
-                expected = self.baseline(unit)
-                path.write_text(original[:site.begin] + replacement + original[site.end:])
-                changed_object = self.work / "changed.o"
-                if not self.compile(unit, changed_object):
-                    return None
-                if changed_object.read_bytes() != expected:
-                    return self.verify(unit, changed_object), unit.name
-                path.write_text(original)
-            return "same code", "any"
-        finally:
-            path.write_text(original)
+        path.write_text(original[:change.site.begin] + change.replacement + original[change.site.end:])
+        self.preprocess(change.users[0], output)
+        path.write_text(original)
+
+    def unchanged(self, unit):
+        return self.work / f"{unit.name.replace('/', '-')}.ii"
+
+    def verdicts(self, changes):
+        """How the library takes each change that compiles; None where the first source file's code is the same."""
+        sources = [self.work / f"{number}.ii" for number in range(len(changes))]
+        for change, source in zip(changes, sources):
+            source.with_suffix(".o").unlink(missing_ok=True)
+            self.write(change, source)
+        new = {self.unchanged(change.users[0]): change.users[0] for change in changes}
+        new = {source: unit for source, unit in new.items() if not source.with_suffix(".o").exists()}
+        for source, unit in new.items():
+            self.preprocess(unit, source)
+        self.compile([*new, *sources])
+        for change, source in zip(changes, sources):
+            code = source.with_suffix(".o")
+            if code.exists():
+                same = code.read_bytes() == self.unchanged(change.users[0]).with_suffix(".o").read_bytes()
+                yield change, None if same else self.verify(change.users[0], code)
 
     def verify(self, unit, changed_object):
         words = shlex.split(self.link.removeprefix(": && ").removesuffix(" && :"))
@@ -172,17 +185,23 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("build", type=pathlib.Path)
     parser.add_argument("--count", type=int, default=200, help="changes that compile")
+    parser.add_argument("--batch", type=int, default=16, help="changes that are compiled by one command")
     parser.add_argument("--seed", type=int, default=1)
     options = parser.parse_args()
     mutants = Mutants(options.build.resolve(), options.seed)
-    counts = collections.Counter()
+    counts, again = collections.Counter(), []
     while counts.total() < options.count:
-        site, kind = mutants.chance.choice(mutants.sites)
-        replacement = changed(site, kind, mutants.chance)
-        result = replacement and mutants.verdict(site, replacement)
-        if result:
-            counts[result[0]] += 1
-            print(f"{result[0]:9} src/{site.file}:{site.line}: {site.text} -> {replacement} ({result[1]})", flush=True)
+        batch = again + [mutants.draw() for _ in range(options.batch - len(again))]
+        again = []
+        for change, verdict in mutants.verdicts(batch):
+            if verdict is None and len(change.users) > 1:
+                again.append(change._replace(users=change.users[1:]))
+                continue
+            verdict = verdict or "same code"
+            counts[verdict] += 1
+            site = change.site
+            print(f"{verdict:9} src/{site.file}:{site.line}: {site.text} -> {change.replacement} "
+                  f"({change.users[0].name})", flush=True)
     print(", ".join(f"{count} {verdict}" for verdict, count in counts.items()), f"of {len(mutants.sites)} places")
 
 

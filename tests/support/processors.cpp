@@ -8,7 +8,8 @@ namespace {
 std::atomic<int> pretended{0};
 }
 
-extern "C" int omp_get_num_procs() {
+/// Visible to the library, which else calls that of the OpenMP runtime.
+extern "C" [[gnu::visibility("default")]] int omp_get_num_procs() {
   static const auto real = reinterpret_cast<int (*)()>(dlsym(RTLD_NEXT, "omp_get_num_procs"));
   return pretended ? pretended.load() : real();
 }

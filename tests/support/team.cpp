@@ -12,6 +12,7 @@ thread_local Member self;
 
 }  // namespace
 
+#pragma GCC visibility push(default)  // or the library calls libgomp's
 extern "C" {
 
 void GOMP_parallel(void (*work)(void*), void* data, unsigned threads, unsigned) {
@@ -34,3 +35,4 @@ int omp_get_num_threads() { return self.of; }
 int omp_in_parallel() { return self.of > 1; }
 
 }  // extern "C"
+#pragma GCC visibility pop
