@@ -20,8 +20,8 @@ docs="doxygen"
 clang="clang libomp-dev"
 # To cross-compile for 64-bit Arm by clang, and to run what comes of it.
 aarch64="$clang lld cmake ninja-build qemu-user libc6-dev:arm64 libstdc++-12-dev:arm64 libhwy-dev:arm64 libgtest-dev:arm64"
-# For the tests of the binary interface, under valgrind, and by libFuzzer.
-check="abigail-tools"
+# For the tests of the binary interface and of the packages, under valgrind, and by libFuzzer.
+check="abigail-tools lintian"
 memory="valgrind"
 fuzz="$clang"
 

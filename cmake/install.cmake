@@ -43,13 +43,18 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 4)
 else()
   set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE amd64)
 endif()
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+# What depends on the libraries learns from these files which version it needs.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/debian/symbols
+  ${PROJECT_SOURCE_DIR}/cmake/debian/shlibs ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR})
 
-# A package of what a component installs, with its licence where Debian looks for it.
+kipcc_compressed(${PROJECT_SOURCE_DIR}/cmake/debian/changelog DEBIAN_CHANGELOG)
+
+# A package of what a component installs, with its licence and its changes where Debian looks for them.
 macro(debian_package COMPONENT NAME SECTION DEPENDS DESCRIPTION)
   string(TOUPPER ${COMPONENT} UPPER)
   install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${NAME} RENAME copyright COMPONENT ${COMPONENT})
+  install(FILES ${DEBIAN_CHANGELOG} DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${NAME} COMPONENT ${COMPONENT})
   set(CPACK_DEBIAN_${UPPER}_PACKAGE_NAME ${NAME})
   set(CPACK_DEBIAN_${UPPER}_PACKAGE_SECTION "${SECTION}")
   set(CPACK_DEBIAN_${UPPER}_PACKAGE_DEPENDS "${DEPENDS}")
@@ -69,9 +74,9 @@ if(TARGET gstkipcc)
     "GStreamer elements for colour conversion and demosaicing.")
 endif()
 if(KIPCC_PYTHON)
-  # Extension modules work with the version of Python that they were built for only.
+  # Extension modules work with the version of Python that they were built for only, and of numpy's binary interface.
   math(EXPR NEXT_MINOR "${Python3_VERSION_MINOR} + 1")
-  string(CONCAT PYTHON_DEPENDS "${SAME_VERSION}, python3-numpy, "
+  string(CONCAT PYTHON_DEPENDS "${SAME_VERSION}, python3-numpy, python3-numpy-abi9, "
     "python3 (>= 3.${Python3_VERSION_MINOR}), python3 (<< 3.${NEXT_MINOR})")
   debian_package(python python3-kipcc python "${PYTHON_DEPENDS}" "Module for Python, and the command kipcc-batch.")
   set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "python3-dask, python3-distributed, python3-pil")

@@ -28,10 +28,10 @@ endfunction()
 run(IGNORED ${CMAKE_CPACK_COMMAND})
 check(kipcc
   "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: [^\n]*libc6 ;Depends: [^\n]*libgomp1 ;Depends: [^\n]*libhwy1 "
-  "${LIBDIR}/libkipcct7.so.6.1;${LIBDIR}/libkipconvert.so.1;${LIBDIR}/libkipcore.so.6.1;share/doc/kipcc/copyright")
-set(TOOLS bin/kipcc-verify share/doc/kipcc-tools/copyright share/man/man1/kipcc-verify.1)
+  "${LIBDIR}/libkipcct7.so.6.1;${LIBDIR}/libkipconvert.so.1;${LIBDIR}/libkipcore.so.6.1;share/doc/kipcc/copyright;share/doc/kipcc/changelog.gz")
+set(TOOLS bin/kipcc-verify share/doc/kipcc-tools/copyright share/man/man1/kipcc-verify.1.gz share/doc/kipcc-tools/changelog.gz)
 if(HAS_KIPCONVERT)
-  list(APPEND TOOLS bin/kipconvert share/man/man1/kipconvert.1)
+  list(APPEND TOOLS bin/kipconvert share/man/man1/kipconvert.1.gz)
 endif()
 check(kipcc-tools
   "Architecture: ${ARCHITECTURE};Depends: [^\n]*kipcc \\(= ${VERSION}\\);Depends: [^\n]*libhwy1 "
@@ -39,11 +39,11 @@ check(kipcc-tools
 set(PACKAGE_DIR ${LIBDIR}/cmake/kipcc)
 check(kipcc-dev
   "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: kipcc \\(= ${VERSION}\\)"
-  "share/doc/kipcc-dev/copyright;include/kipcc.h;include/kipconvert.h;include/kipcore.h;${LIBDIR}/libkipcct7.so;${LIBDIR}/libkipconvert.so;${LIBDIR}/libkipcore.so;${LIBDIR}/pkgconfig/kipcc.pc;${LIBDIR}/pkgconfig/kipconvert.pc;${PACKAGE_DIR}/kipccConfig.cmake;${PACKAGE_DIR}/kipccConfig-release.cmake;${PACKAGE_DIR}/kipccConfigVersion.cmake")
+  "share/doc/kipcc-dev/copyright;share/doc/kipcc-dev/changelog.gz;include/kipcc.h;include/kipconvert.h;include/kipcore.h;${LIBDIR}/libkipcct7.so;${LIBDIR}/libkipconvert.so;${LIBDIR}/libkipcore.so;${LIBDIR}/pkgconfig/kipcc.pc;${LIBDIR}/pkgconfig/kipconvert.pc;${PACKAGE_DIR}/kipccConfig.cmake;${PACKAGE_DIR}/kipccConfig-release.cmake;${PACKAGE_DIR}/kipccConfigVersion.cmake")
 if(GSTREAMER)
   check(gstreamer1.0-kipcc
     "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: [^\n]*kipcc \\(= ${VERSION}\\);Depends: [^\n]*libgstreamer-plugins-base1.0-0 "
-    "${LIBDIR}/gstreamer-1.0/libgstkipcc.so;share/doc/gstreamer1.0-kipcc/copyright")
+    "${LIBDIR}/gstreamer-1.0/libgstkipcc.so;share/doc/gstreamer1.0-kipcc/copyright;share/doc/gstreamer1.0-kipcc/changelog.gz")
 endif()
 
 # Only where the module is built.
@@ -59,4 +59,21 @@ if(MODULE)
   if(NOT FIELDS MATCHES "kipcc \\(= ${VERSION}\\).*python3 \\(<< 3\\.")
     message(SEND_ERROR "python3-kipcc depends on: ${FIELDS}")
   endif()
+endif()
+
+# The libraries export what the list of symbols says, no less and no more, and Debian's checker finds no errors.
+find_program(GENSYMBOLS dpkg-gensymbols)
+if(GENSYMBOLS)
+  set(UNPACKED ${BUILD}/packages/unpacked)
+  file(REMOVE_RECURSE ${UNPACKED})
+  run(IGNORED dpkg-deb --extract packages/kipcc_${VERSION}_${ARCHITECTURE}.deb ${UNPACKED})
+  file(COPY ${CMAKE_CURRENT_LIST_DIR}/../cmake/debian/changelog DESTINATION ${UNPACKED}/debian)
+  file(WRITE ${UNPACKED}/debian/control "Source: kipcc\n\nPackage: kipcc\nArchitecture: any\n")
+  execute_process(COMMAND ${GENSYMBOLS} -c4 -pkipcc -v${VERSION} -P. -O${BUILD}/packages/symbols
+    -I${CMAKE_CURRENT_LIST_DIR}/../cmake/debian/symbols WORKING_DIRECTORY ${UNPACKED} COMMAND_ERROR_IS_FATAL ANY)
+endif()
+find_program(LINTIAN lintian)
+if(LINTIAN)
+  file(GLOB PACKAGES ${BUILD}/packages/*_${VERSION}_${ARCHITECTURE}.deb)
+  execute_process(COMMAND ${LINTIAN} --fail-on error --allow-root ${PACKAGES} COMMAND_ERROR_IS_FATAL ANY)
 endif()
