@@ -133,10 +133,17 @@ std::vector<Arguments> settingsOf(const Function& function) {
       {{-1e9f, 70.0f, 1e30f, 0.0f}, {31.5f, -0.001f, 3e38f, -1e9f}, {-3e38f, 0.3f, 1e-40f, 5.0f}, {1, -1, 0.5f, 900}}};
   // The last one is wider than the largest float.
   static constexpr float kRanges[][2] = {{0, 1}, {-0.25f, 3.5f}, {0, 65535}, {-3e38f, 3e38f}};
-  constexpr int kMethods = 5, kLevels[] = {2, 7, 16, 256};
+  static constexpr struct {
+    KipiDitherType method;
+    int noise, levels;
+  } kReductions[] = {{kipDitherNone, 0, 2},     {kipDitherFS, 0, 7},     {kipDitherJJN, 0, 16},
+                     {kipDitherStucki, 0, 256}, {kipDitherBayer, 0, 2},  {kipDitherNone, 30, 7},
+                     {kipDitherFS, 30, 16},     {kipDitherJJN, 30, 256}, {kipDitherStucki, 30, 2},
+                     {kipDitherBayer, 30, 7},   {kipDitherNone, 0, 16},  {kipDitherNone, 0, 256},
+                     {kipDitherBayer, 0, 7},    {kipDitherBayer, 0, 16}, {kipDitherBayer, 0, 256}};
   const Shape& shape = function.shape;
   const size_t count = shape.mosaic      ? 4
-                       : shape.reduction ? 2 * kMethods
+                       : shape.reduction ? std::size(kReductions)
                        : shape.weights   ? 1 + std::size(kWeights)
                        : shape.matrix    ? std::size(kMatrices)
                        : shape.range     ? std::size(kRanges)
@@ -145,8 +152,8 @@ std::vector<Arguments> settingsOf(const Function& function) {
   for (size_t i = 0; i < count; ++i) {
     Arguments& a = all[i];
     a.alpha = bytesOf(shape.destination.sample) == 1 ? 77 : 19754;
-    a.choice = static_cast<int>(shape.reduction ? i % kMethods : i);  // of a method, or of a grid
-    if (shape.reduction) a.noise = static_cast<int>(i) / kMethods * 30, a.levels = kLevels[i % std::size(kLevels)];
+    a.choice = static_cast<int>(shape.reduction ? kReductions[i].method : i);  // of a method, or of a grid
+    if (shape.reduction) a.noise = kReductions[i].noise, a.levels = kReductions[i].levels;
     if (shape.weights && i > 0) a.weights = kWeights[i - 1];
     if (shape.matrix) a.matrix = kMatrices[i];
     if (shape.range) a.low = kRanges[i][0], a.high = kRanges[i][1];
