@@ -243,9 +243,7 @@ class DiffuseChannels {
     std::fill_n(errorRows, kAbove * reduction_.errorRowLength, 0.f);
     band_.thresholdStep = reduction_.noise != nullptr;
     std::fill_n(band_.thresholds.at[0], kBand, scale.interval * 0.5f);
-    // Outside the image there are no errors, but vectors are computed with what is here.
-    memory_.samples = {};
-    std::fill_n(memory_.thresholds[0], kBand * memory_.kColumns, 0.f);
+    memory_.samples = {};  // outside the image they have no error, but are computed with
   }
 
   void channels(int first, int last) {
