@@ -60,7 +60,8 @@ def changed(site, kind, chance):
     if kind == "decimal":
         last = max(i for i in range(len(text.split("e")[0])) if text[i].isdigit())
         digit = int(text[last])
-        return text[:last] + str(digit + (1 if digit == 0 or digit < 9 and chance.random() < 0.5 else -1)) + text[last + 1:]
+        digit += 1 if digit == 0 or digit < 9 and chance.random() < 0.5 else -1
+        return text[:last] + str(digit) + text[last + 1:]
     if kind == "name":
         other = OTHER.get(text.removeprefix("hn::"))
         return other and "hn::" + other
@@ -82,7 +83,8 @@ class Mutants:
         self.functions = collections.defaultdict(list)  # of each folder
         for unit in self.units:
             self.functions[os.path.dirname(unit.name)] += unit.functions
-        self.link = subprocess.check_output(["ninja", "-C", build, "-t", "commands", LIBRARY], text=True).splitlines()[-1]
+        steps = subprocess.check_output(["ninja", "-C", build, "-t", "commands", LIBRARY], text=True)
+        self.link = steps.splitlines()[-1]
         self.users = collections.defaultdict(list)  # of each active line
         for unit in self.units:
             for place in self.active(unit):
