@@ -172,7 +172,8 @@ class Mutants:
     def verify(self, unit, changed_object):
         words = shlex.split(self.link.removeprefix(": && ").removesuffix(" && :"))
         words[words.index("-o") + 1] = str(self.work / LIBRARY)
-        words = [str(changed_object) if word.endswith(f"/{unit.name}.o") else word for word in words]
+        words = [word for word in words if not word.endswith(f"/{unit.name}.o")]
+        words.insert(words.index("-o"), str(changed_object))  # the first: inline functions of others give way to it
         subprocess.run(words, cwd=self.build, check=True)
         functions = unit.functions or self.functions[os.path.dirname(unit.name)]
         environment = dict(os.environ, LD_LIBRARY_PATH=str(self.work), OMP_WAIT_POLICY="passive")
