@@ -76,7 +76,9 @@ endif()
 if(KIPCC_PYTHON)
   # Extension modules work with the version of Python that they were built for only, and of numpy's binary interface.
   math(EXPR NEXT_MINOR "${Python3_VERSION_MINOR} + 1")
-  string(CONCAT PYTHON_DEPENDS "${SAME_VERSION}, python3-numpy, python3-numpy-abi9, "
+  execute_process(COMMAND dpkg-query -W -f \${Provides} python3-numpy OUTPUT_VARIABLE PROVIDED ERROR_QUIET)
+  string(REGEX MATCH "python3-numpy-abi[0-9]+, " NUMPY_ABI "${PROVIDED}")
+  string(CONCAT PYTHON_DEPENDS "${SAME_VERSION}, python3-numpy, ${NUMPY_ABI}"
     "python3 (>= 3.${Python3_VERSION_MINOR}), python3 (<< 3.${NEXT_MINOR})")
   debian_package(python python3-kipcc python "${PYTHON_DEPENDS}" "Module for Python, and the command kipcc-batch.")
   set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "python3-dask, python3-distributed, python3-pil")
