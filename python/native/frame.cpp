@@ -1,6 +1,7 @@
 #include "frame.h"
 
 #include <limits>
+#include <vector>
 
 #include "image.h"
 
@@ -59,10 +60,10 @@ class Reader {
     if (PyTuple_Check(object) || PyList_Check(object)) {
       readPlanes(object);
     } else {
-      frame_.arrays.push_back(asArray(object));
-      readWhole(frame_.arrays[0].array());
+      frame_.add(asArray(object));
+      readWhole(frame_.planeArrays[0].array());
     }
-    for (const Ref& array : frame_.arrays) frame_.writeable = frame_.writeable && PyArray_ISWRITEABLE(array.array());
+    for (const Ref& array : frame_.arrays()) frame_.writeable = frame_.writeable && PyArray_ISWRITEABLE(array.array());
     frame_.size = *size_;
     return std::move(frame_);
   }
@@ -77,8 +78,8 @@ class Reader {
     if (count != format_.info.planes) {
       refuse("it has " + std::to_string(format_.info.planes) + " planes, and not " + std::to_string(count));
     }
-    for (Py_ssize_t i = 0; i < count; ++i) frame_.arrays.push_back(asArray(PySequence_Fast_GET_ITEM(object, i)));
-    for (int i = 0; i < count; ++i) readPlane(i, frame_.arrays[i].array());
+    for (Py_ssize_t i = 0; i < count; ++i) frame_.add(asArray(PySequence_Fast_GET_ITEM(object, i)));
+    for (int i = 0; i < count; ++i) readPlane(i, frame_.planeArrays[i].array());
   }
 
   void readWhole(PyArrayObject* array) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <optional>
-#include <vector>
+#include <span>
 
 #include "kipconvert.h"
 #include "python.h"
@@ -11,10 +11,14 @@ namespace kip::python {
 
 /// A picture in arrays, which it keeps alive.
 struct Frame {
-  std::vector<Ref> arrays;
+  Ref planeArrays[4];
+  int count = 0;  ///< of the arrays: one, or one for each plane
   KipiSize size;
   KipPlanes planes = {};
   bool writeable = true;
+
+  std::span<const Ref> arrays() const { return {planeArrays, static_cast<size_t>(count)}; }
+  void add(Ref array) { planeArrays[count++] = std::move(array); }
 };
 
 /// The picture that an object is: an array of the whole picture, or a sequence of its planes. The size is that of the

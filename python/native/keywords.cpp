@@ -31,12 +31,12 @@ void raiseMissing(const char* function, const char* name) {
 int valueOf(PyObject* word, std::span<const Word> words, const char* argument) {
   if (word == Py_None) return words[0].value;
   const char* text = PyUnicode_Check(word) ? PyUnicode_AsUTF8(word) : nullptr;
-  std::string known;
   for (const Word& w : words.subspan(1)) {
     if (text && std::strcmp(text, w.word) == 0) return w.value;
-    known += std::string(known.empty() ? "'" : ", '") + w.word + "'";
   }
   PyErr_Clear();
+  std::string known;
+  for (const Word& w : words.subspan(1)) known += std::string(known.empty() ? "'" : ", '") + w.word + "'";
   throw Refused{kipStatusBadArgument, std::string(argument) + " must be one of " + known};
 }
 

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <list>
 #include <memory>
+#include <vector>
 
 #include "frame.h"
 #include "image.h"
@@ -175,6 +176,23 @@ void setSize(Recipe& recipe, KipiSize size) {
   recipe.from.height = recipe.to.height = size.height;
 }
 
+/// Pictures of up to so many pixels take microseconds, and are converted with the interpreter's lock held.
+constexpr npy_intp kSmallPicture = 64 * 64;
+
+/// Runs a plan for a small picture, with memory that is kept for the next one; the lock guards it.
+KipStatus runSmall(const KipPlan& plan, const Frame& source, const Frame& result) {
+  static std::vector<char>& scratch = *new std::vector<char>(1);
+  const size_t bytes = kipPlanScratchBytes(&plan);
+  if (scratch.size() < bytes) scratch.resize(bytes);
+  return kipPlanRunRows(&plan, &source.planes, &result.planes, 0, source.size.height, scratch.data());
+}
+
+KipStatus run(const KipPlan& plan, const Frame& source, const Frame& result) {
+  if (npy_intp{source.size.width} * source.size.height <= kSmallPicture) return runSmall(plan, source, result);
+  const Unlocked unlocked;
+  return kipPlanRun(&plan, &source.planes, &result.planes);
+}
+
 PyObject* convertFrame(const Given& given) {
   Recipe recipe = recipeOf(given);
   const Frame source =
@@ -185,15 +203,11 @@ PyObject* convertFrame(const Given& given) {
   const Frame result =
       given.has(kOut) ? readFrame(to, given.value[kOut], source.size, "out") : makeFrame(to, source.size);
   if (!result.writeable) throw Refused{kipStatusBadArgument, "out is read-only"};
-  expectApart(source.arrays, result.arrays, false);
-  KipStatus status;
-  {
-    const Unlocked unlocked;
-    status = kipPlanRun(plan.get(), &source.planes, &result.planes);
-  }
+  expectApart(source.arrays(), result.arrays(), false);
+  const KipStatus status = run(*plan, source, result);
   if (status < kipStatusOk) throw Refused{status, ""};
   if (status > kipStatusOk) warn("convert", status);
-  return given.has(kOut) ? Py_NewRef(given.value[kOut]) : asResult(result.arrays).release();
+  return given.has(kOut) ? Py_NewRef(given.value[kOut]) : asResult(result.arrays()).release();
 }
 
 /// A row of kipcc.formats.
