@@ -122,6 +122,7 @@ def _part_names(result, which):
 
 def run(work, job):
     """Makes one result under another name, and renames it. The reason where that fails, else None."""
+    kipcc.kipSetNumThreads(1)  # there is a process for each processor; and error diffusion follows the number
     part = _part_names(job.result, uuid.uuid4().hex)
     try:
         work(job.source, part)

@@ -265,7 +265,8 @@ const char* const convertDoc =
     "out: where the result goes, in a shape as above, instead of new arrays.\n"
     "threads: how many work at it, the caller included; 0 for as many as kipSetNumThreads has set.\n\n"
     "Returns the result in the shape that is described for sources; a tuple of planes where a size is odd and chroma\n"
-    "has planes of its own. Other Python threads run in the meantime. Raises kipcc.Error with nothing written.";
+    "has planes of its own. Other Python threads run in the meantime, unless the picture is small. Raises kipcc.Error\n"
+    "with nothing written.";
 
 const char* const planesDoc =
     "planes_of(format, size, /)\n--\n\n"
