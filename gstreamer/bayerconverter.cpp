@@ -1,6 +1,7 @@
 #include "bayerconverter.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 
 namespace gstkip {
@@ -12,6 +13,10 @@ constexpr Kip16u kFull16 = 0xFFFF;
 /// rows above and below besides.
 constexpr size_t kBilinearBytes = 24 * 1024;
 constexpr int kAhdRows = 64;
+
+/// Frames of so many bytes have left a processor's own caches when they are looked at next. Written past them, they do
+/// not have to be read from memory first.
+constexpr size_t kLargeFrame = 1 << 20;
 
 std::vector<BayerFormat> makeFormats() {
   const struct {
@@ -65,7 +70,7 @@ BayerConverter::BayerConverter(const BayerFormat& from, const GstVideoInfo& to)
       size_{GST_VIDEO_INFO_WIDTH(&to), GST_VIDEO_INFO_HEIGHT(&to)},
       narrow_(GST_VIDEO_INFO_COMP_DEPTH(&to, 0) == 8),
       wide_(from.bits > 8 || !narrow_),
-      packer_(to.finfo) {}
+      packer_(to.finfo, GST_VIDEO_INFO_SIZE(&to) > kLargeFrame) {}
 
 BayerConverter::Mosaic BayerConverter::spread(const Mosaic& mosaic, Workers& workers) {
   if (!wide_ || from_.bits == 16) return mosaic;
@@ -128,6 +133,7 @@ KipStatus BayerConverter::convertRows(const Mosaic& mosaic, BayerMethod method, 
       finishRow(scratch.rgb.data() + row * rgbStep(), pixels, scratch.bytes.data());
     }
   }
+  std::atomic_thread_fence(std::memory_order_seq_cst);  // as the packer wants it
   return kipStatusOk;
 }
 

@@ -115,6 +115,17 @@ TEST(KipBayer2Rgb, FramesAreThoseOfTheFunctions) {
   }
 }
 
+// Written past the caches, in rows of which one in four begins at a multiple of 16 bytes.
+TEST(KipBayer2Rgb, LargeFrames) {
+  const Picture picture(kSensors[0], {601, 441});
+  for (const char* format : {"xBGR", "RGBA64_LE"}) {
+    const std::string out = rawCaps(format, picture.size);
+    Harness harness("kipbayer2rgb n-threads=2", bayerCaps(picture.sensor, picture.size), out);
+    const Buffer buffer = harness.convert(picture.buffer());
+    expectFrame(picture, false, Frame(out, buffer));
+  }
+}
+
 TEST(KipBayer2Rgb, StridesOfDownstreamsOwn) {
   const Picture picture(kSensors[0], {37, 6});
   const std::string out = rawCaps("BGR", picture.size);
