@@ -32,6 +32,7 @@ class Develop:
         from PIL import Image
         from kipcc import _raw
 
+        os.stat(source)  # tells why a file cannot be opened, which LibRaw does not
         Image.fromarray(_raw.develop(source, self.method)).save(result, format="PNG")
 
 
