@@ -8,6 +8,7 @@
 
 #include "bayerconverter.h"
 #include "elements.h"
+#include "negotiation.h"
 #include "properties.h"
 #include "workers.h"
 
@@ -108,10 +109,7 @@ GstCaps* transformCaps(GstBaseTransform*, GstPadDirection direction, GstCaps* ca
       appendWith(other, structure, kBayerCaps, bayerNames());
     }
   }
-  if (!filter) return other;
-  GstCaps* both = gst_caps_intersect_full(filter, other, GST_CAPS_INTERSECT_FIRST);
-  gst_caps_unref(other);
-  return both;
+  return gstkip::filtered(other, filter);
 }
 
 const BayerFormat* bayerOf(const GstCaps* caps, int* width, int* height) {
@@ -211,12 +209,6 @@ gboolean stop(GstBaseTransform* transform) {
 
 // The object.
 
-void setProperty(GObject* object, guint id, const GValue* value, GParamSpec*) {
-  stateOf(object).properties.set(id, value);
-}
-
-void getProperty(GObject* object, guint id, GValue* value, GParamSpec*) { stateOf(object).properties.get(id, value); }
-
 void finalize(GObject* object) {
   delete static_cast<KipBayer2Rgb*>(static_cast<void*>(object))->state;
   G_OBJECT_CLASS(kip_bayer2rgb_parent_class)->finalize(object);
@@ -235,8 +227,7 @@ GType methodType() {
 }
 
 void installProperties(GObjectClass* object) {
-  object->set_property = setProperty;
-  object->get_property = getProperty;
+  gstkip::installAccess<KipBayer2Rgb>(object);
   g_object_class_install_property(object, kMethod,
                                   g_param_spec_enum("method", "Method", "How the missing colours are interpolated",
                                                     methodType(), gstkip::kBayerBilinear, gstkip::kPropertyFlags));

@@ -186,12 +186,6 @@ gboolean stop(GstBaseTransform* transform) {
 
 // The object.
 
-void setProperty(GObject* object, guint id, const GValue* value, GParamSpec*) {
-  stateOf(object).properties.set(id, value);
-}
-
-void getProperty(GObject* object, guint id, GValue* value, GParamSpec*) { stateOf(object).properties.get(id, value); }
-
 void finalize(GObject* object) {
   delete static_cast<KipConvert*>(static_cast<void*>(object))->state;
   G_OBJECT_CLASS(kip_convert_parent_class)->finalize(object);
@@ -218,8 +212,7 @@ GType chromaType() {
 
 void installProperties(GObjectClass* object) {
   using gstkip::kPropertyFlags;
-  object->set_property = setProperty;
-  object->get_property = getProperty;
+  gstkip::installAccess<KipConvert>(object);
   g_object_class_install_property(object, kThreads, gstkip::threadsProperty());
   g_object_class_install_property(
       object, kDither,

@@ -71,6 +71,13 @@ void keepColours(GstStructure* structure, const GstVideoFormatInfo* format, cons
 
 }  // namespace
 
+GstCaps* filtered(GstCaps* caps, GstCaps* filter) {
+  if (!filter) return caps;
+  GstCaps* both = gst_caps_intersect_full(filter, caps, GST_CAPS_INTERSECT_FIRST);
+  gst_caps_unref(caps);
+  return both;
+}
+
 GstCaps* otherCaps(GstCaps* caps, GstCaps* filter) {
   GstCaps* other = gst_caps_new_empty();
   for (guint i = 0; i < gst_caps_get_size(caps); ++i) {
@@ -85,10 +92,7 @@ GstCaps* otherCaps(GstCaps* caps, GstCaps* filter) {
       gst_caps_append_structure_full(other, structure, gst_caps_features_copy(features));
     }
   }
-  if (!filter) return other;
-  GstCaps* both = gst_caps_intersect_full(filter, other, GST_CAPS_INTERSECT_FIRST);
-  gst_caps_unref(other);
-  return both;
+  return filtered(other, filter);
 }
 
 GstCaps* bestCaps(GstPadDirection side, GstCaps* caps, GstCaps* others) {

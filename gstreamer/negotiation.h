@@ -5,6 +5,9 @@
 
 namespace gstkip {
 
+/// What is common to caps and a filter, in the filter's order; the caps where that is null. Takes the caps over.
+GstCaps* filtered(GstCaps* caps, GstCaps* filter);
+
 /// What these caps may become, in the order of preference: format and colours may change in system memory, elsewhere
 /// frames only pass through. Nothing that `filter`, unless it is null, excludes.
 GstCaps* otherCaps(GstCaps* caps, GstCaps* filter);

@@ -30,6 +30,17 @@ class Properties {
   std::atomic<unsigned> values_[kLargestId + 1] = {};
 };
 
+/// Gives a class access to the properties in its elements' states.
+template <class Element>
+void installAccess(GObjectClass* type) {
+  type->set_property = [](GObject* object, guint id, const GValue* value, GParamSpec*) {
+    reinterpret_cast<Element*>(object)->state->properties.set(id, value);
+  };
+  type->get_property = [](GObject* object, guint id, GValue* value, GParamSpec*) {
+    reinterpret_cast<Element*>(object)->state->properties.get(id, value);
+  };
+}
+
 inline GParamSpec* threadsProperty() {
   return g_param_spec_uint("n-threads", "Threads", "Maximum number of threads to use, 0 for one per processor", 0,
                            G_MAXUINT, 1, kPropertyFlags);
