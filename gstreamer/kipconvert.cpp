@@ -68,7 +68,9 @@ GstCaps* fixateCaps(GstBaseTransform* transform, GstPadDirection side, GstCaps* 
 
 // Plans.
 
-/// Rows of one field alternate with the other's, so that 4:2:0 shares chroma with the row after the next.
+/// Rows of one field alternate with the other's, so that 4:2:0 shares chroma with the row after the next. Its site is
+/// the caps' in either field: that the chroma of MPEG-2 lies a quarter of a field's row above the middle of two in the
+/// first field, and below it in the second, has no name among libkipconvert's sites.
 bool fieldsMatter(const GstVideoInfo& in, const GstVideoInfo& out) {
   const bool fewerRows = GST_VIDEO_FORMAT_INFO_H_SUB(in.finfo, 1) > 0 || GST_VIDEO_FORMAT_INFO_H_SUB(out.finfo, 1) > 0;
   return fewerRows && GST_VIDEO_INFO_IS_INTERLACED(&in);
