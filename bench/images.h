@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "support/registry.h"
+#include "registry/registry.h"
 
 namespace bench {
 

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <fstream>
 
-#include "support/registry.h"
+#include "registry/registry.h"
 
 namespace bench {
 namespace {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "python.h"
-#include "support/registry.h"
+#include "registry/registry.h"
 
 namespace kip::python {
 

@@ -5,7 +5,7 @@
 #include <span>
 
 #include "python.h"
-#include "support/registry.h"
+#include "registry/registry.h"
 
 namespace kip::python {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "support/registry.h"
+#include "registry/registry.h"
 
 namespace kip {
 

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "support/registry.h"
+#include "registry/registry.h"
 
 namespace kip {
 

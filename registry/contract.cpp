@@ -1,4 +1,4 @@
-#include "support/contract.h"
+#include "registry/contract.h"
 
 #include <algorithm>
 #include <regex>

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/contract.h"
+#include "registry/contract.h"
 
 namespace kip {
 

@@ -1,4 +1,4 @@
-#include "support/registry.h"
+#include "registry/registry.h"
 
 #include <algorithm>
 

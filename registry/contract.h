@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "support/call.h"
+#include "registry/call.h"
 
 namespace kip {
 
