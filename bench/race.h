@@ -17,9 +17,13 @@ struct Contestant {
   double spread() const;
 };
 
+/// What is timed: the processor time of this thread, from which other processes take nothing; or all the time that
+/// passes, where other threads work as well.
+enum class Clock { kThisThread, kWall };
+
 /// Lets the contestants take turns, so that what else happens on the machine hits all alike. Each turn starts with
 /// untimed runs, which put the contestant's own data and code where the one before had its own. The order changes from
 /// round to round.
-void race(std::vector<Contestant>& contestants, int rounds);
+void race(std::vector<Contestant>& contestants, int rounds, Clock clock = Clock::kThisThread);
 
 }  // namespace bench
