@@ -59,6 +59,7 @@ std::string stageText(const KipPlan& plan, const Program& program, const Stage& 
     case StageKind::kFloatMatrix:
       return result + "matrix of " + lanes(plan, stage.in, 3) + types;
     case StageKind::kDecode:
+    case StageKind::kDecodeBytes:
       return "store plane 0 of " + std::string(plan.to->info.name) + ": matrix of " + lanes(plan, stage.in, 3) +
              columnsText(stage.columns);
     case StageKind::kHalve:

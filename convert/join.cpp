@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "plan.h"
+#include "sums.h"
 
 namespace kip::convert {
 namespace {
@@ -43,7 +44,12 @@ class Joiner {
     Stage decode = *matrix;
     decode.kind = StageKind::kDecode;
     decode.result = result;
-    if (!orderByMemory(plan_.results[result].part, decode)) return;
+    const bool blueFirst = isBlueFirst(plan_.results[result].part);
+    if (!orderByMemory(blueFirst, decode)) return;
+    const bool ofBytes = typeOf(decode.in[0]) == SampleType::kU8;
+    if (ofBytes) decode.kind = StageKind::kDecodeBytes;
+    if (ofBytes && !addByteColours(blueFirst, decode)) return;
+    if (!ofBytes && typeOf(decode.in[1]) != SampleType::kU16) return;
     stages_.erase(matrix);
     joinColumns(decode);
     decode.to = typeOf(decode.in[1]);
@@ -67,11 +73,12 @@ class Joiner {
     return static_cast<int>(std::find(part.channel, part.channel + part.lanes, channel) - part.channel);
   }
 
+  static bool isBlueFirst(const Part& part) { return placeOf(part, 2) < placeOf(part, 0); }
+
   /// Puts results in the order of memory, and before the third one's chroma that of the first. False where sums are of
   /// another form than the kernel's.
-  bool orderByMemory(const Part& part, Stage& decode) {
+  bool orderByMemory(bool blueFirst, Stage& decode) {
     const IntegerMatrix& made = plan_.matrices[decode.data];
-    const bool blueFirst = placeOf(part, 2) < placeOf(part, 0);
     const int output[3] = {blueFirst ? 2 : 0, 1, blueFirst ? 0 : 2};
     const int input[3] = {0, blueFirst ? 1 : 2, blueFirst ? 2 : 1};
     IntegerMatrix ordered = made;
@@ -91,6 +98,21 @@ class Joiner {
     if (ordered.factor[0][2] != 0 || ordered.factor[2][1] != 0) return false;
     std::copy_n(lanes, 3, decode.in);
     plan_.matrices[decode.data] = ordered;
+    return true;
+  }
+
+  /// The constants of a decoder of bytes; false where these do not fit.
+  bool addByteColours(bool blueFirst, Stage& decode) {
+    AffineRow rows[3];
+    for (int o = 0; o < 3; ++o) rows[o] = colourMap(plan_.fromMeaning, plan_.toMeaning, blueFirst ? 2 - o : o);
+    const int chromaOfFirst = blueFirst ? 1 : 2;
+    const auto columns = makerOf(decode.in[1]);
+    const bool hasColumns = columns != stages_.end() && columns->kind == StageKind::kColumns;
+    const int unit = program_.rowTaps[1].sum * (hasColumns ? plan_.taps[columns->data].sum : 1);
+    ByteColours colours;
+    if (!fillByteColours(colours, rows, chromaOfFirst, 3 - chromaOfFirst, unit)) return false;
+    decode.data = static_cast<int>(plan_.byteColours.size());
+    plan_.byteColours.push_back(colours);
     return true;
   }
 

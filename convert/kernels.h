@@ -95,14 +95,30 @@ struct FloatKernels {
   RoundKernel round[2];  ///< by integer type
 };
 
-/// YCbCr to interleaved RGB of 8 bits in one go, chroma between its columns included: the sums of an integer matrix
-/// whose inputs are luma, the chroma of the first result and the chroma of the third, of which the first and the third
-/// result take theirs only, and the second both. Chroma has no centre. Bytes are those of the stages by themselves.
+/// YCbCr of 8 bits to RGB of 8 bits in 16-bit arithmetic. Sums are in units of 1 / kByteScale of a result's step:
+///   sum = luma * (code * 2^8) / 2^16 - lumaZero + the chroma terms, factor * ((code - 128) * 2^8) / 2^15 each,
+///   result = sum * kByteUnit / 2^15, rounded and saturated.
+/// The first term is rounded down, chroma terms to the nearest; with what factors lose in their own rounding each is
+/// within 0.009 of a step, so a result is within 0.53 of a step of the formula. Codes may be sums of several: chroma of
+/// `unit` times its code is shifted up by `chromaShift` instead of 8 bits.
+constexpr int kByteUnit = 283;
+constexpr double kByteScale = 32768.0 / kByteUnit;  // so that luma of 0..255 stays within 16 signed bits
+struct ByteColours {
+  uint16_t luma;
+  int16_t lumaZero;
+  int16_t first, second[2], third;  ///< of the chroma of the first result, and of the third
+  int chromaShift;
+};
+
+/// YCbCr to interleaved RGB of 8 bits in one go, chroma between its columns included. Inputs are luma, the chroma of
+/// the first result in memory and the chroma of the third, of which the first and the third result take theirs only,
+/// and the second both. Chroma has no centre in the integer matrix.
 enum class ChromaColumns : uint8_t { kEach, kPairs, kCosited, kMiddle };
 constexpr int kChromaColumns = 4;
 enum class Interleaving : uint8_t { kTriple, kQuad, kQuadAlphaFirst };
 struct DecodeWork {
-  const IntegerMatrix* matrix;
+  const ByteColours* colours;   ///< where luma has 8 bits
+  const IntegerMatrix* matrix;  ///< where it has 16
   Interleaving interleaving;
   const uint8_t *luma, *first, *third, *alpha;
   uint8_t* out;
@@ -111,7 +127,10 @@ struct DecodeWork {
 };
 using DecodeKernel = void (*)(const DecodeWork& work);
 struct DecodeKernels {
-  DecodeKernel decode[kChromaColumns][2][2];  ///< by the types of luma and of chroma; null where there is none
+  DecodeKernel decode[kChromaColumns];  ///< luma and chroma of 16 bits
+};
+struct DecodeBytesKernels {
+  DecodeKernel decode[kChromaColumns][2];  ///< luma of 8 bits; by the integer type of chroma
 };
 
 /// Those of the processor's best target.
@@ -120,5 +139,6 @@ const ResamplingKernels& resamplingKernels();
 const MatrixKernels& matrixKernels();
 const FloatKernels& floatKernels();
 const DecodeKernels& decodeKernels();
+const DecodeBytesKernels& decodeBytesKernels();
 
 }  // namespace kip::convert

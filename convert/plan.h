@@ -27,6 +27,7 @@ enum class StageKind : uint8_t {
   kCopy,
   kFill,
   kDecode,
+  kDecodeBytes,
   kHalve
 };
 
@@ -118,6 +119,7 @@ struct KipPlan {
   std::vector<kip::convert::Program> programs;
   std::vector<kip::convert::Taps> taps;
   std::vector<kip::convert::IntegerMatrix> matrices;
+  std::vector<kip::convert::ByteColours> byteColours;
   std::vector<kip::convert::FloatMatrix> floatMatrices;
   std::vector<kip::convert::Rounding> roundings;
   std::vector<kip::convert::OwnLane> lanes;  ///< from kFirstOwnLane on

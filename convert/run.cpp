@@ -155,6 +155,7 @@ class Run {
       case StageKind::kRound:
         return floats_.round[to](plan_.roundings[stage.data], in[0], out[0], samples, row);
       case StageKind::kDecode:
+      case StageKind::kDecodeBytes:
         return decode(stage, row, x, samples);
       case StageKind::kHalve:
         return halve(program, stage, row, x, samples);
@@ -188,14 +189,21 @@ class Run {
     const bool quad = result.part.lanes == 4,
                alphaFirst = quad && (result.part.channel[0] < 0 || result.part.channel[0] == 3);
     DecodeWork work;
-    work.matrix = &plan_.matrices[stage.data];
+    const bool ofBytes = stage.kind == StageKind::kDecodeBytes;
+    work.colours = ofBytes ? &plan_.byteColours[stage.data] : nullptr;
+    work.matrix = ofBytes ? nullptr : &plan_.matrices[stage.data];
     work.interleaving = alphaFirst ? Interleaving::kQuadAlphaFirst : quad ? Interleaving::kQuad : Interleaving::kTriple;
     work.luma = lane_[stage.in[0]], work.first = lane_[stage.in[1]], work.third = lane_[stage.in[2]];
     work.alpha = quad ? lane_[result.lane[alphaFirst ? 0 : 3]] : work.luma;
     const int p = result.part.plane;
     work.out = static_cast<uint8_t*>(dst_.plane[p]) + row * dst_.step[p] + rowBytes(plan_.to->info, p, x);
     work.pixels = samples, work.row = row;
-    decoders_.decode[static_cast<int>(stage.columns)][static_cast<int>(stage.from)][static_cast<int>(stage.to)](work);
+    const int columns = static_cast<int>(stage.columns);
+    if (ofBytes) {
+      byteDecoders_.decode[columns][static_cast<int>(stage.to)](work);
+    } else {
+      decoders_.decode[columns](work);
+    }
   }
 
   void halve(const Program& program, const Stage& stage, int row, int x, size_t samples) {
@@ -236,6 +244,7 @@ class Run {
   const MatrixKernels& matrices_ = matrixKernels();
   const FloatKernels& floats_ = floatKernels();
   const DecodeKernels& decoders_ = decodeKernels();
+  const DecodeBytesKernels& byteDecoders_ = decodeBytesKernels();
 };
 
 /// Rows as they are.

@@ -1,7 +1,9 @@
 #include "sums.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 namespace kip::convert {
 namespace {
@@ -109,6 +111,34 @@ void fillMatrix(IntegerMatrix& matrix, int o, const AffineRow& row, const InputC
   matrix.shift[o] = shift;
   matrix.most[o] = static_cast<uint16_t>(result.most);
   matrix.up[o] = result.up;
+}
+
+bool fillByteColours(ByteColours& colours, const AffineRow (&rows)[3], int chromaOfFirst, int chromaOfThird, int unit) {
+  constexpr int kCodes = 256;
+  const AffineRow& row = rows[0];
+  const double luma = std::round(std::ldexp(row.factor[0] * kByteScale, 8));
+  if (luma > UINT16_MAX || unit > kCodes) return false;
+  colours.luma = static_cast<uint16_t>(luma);
+  colours.chromaShift = 8 - (std::bit_width(static_cast<unsigned>(unit)) - 1);
+  // The zero is such that errors, which are in one direction, are as far up as down.
+  double least = INFINITY, most = -INFINITY;
+  for (int code = 0; code < kCodes; ++code) {
+    const double exact = (row.factor[0] * (code - row.inputZero[0]) + row.zero) * kByteScale;
+    const double error = (static_cast<uint32_t>(code << 8) * colours.luma >> 16) - exact;
+    least = std::min(least, error), most = std::max(most, error);
+    if (std::abs(exact) > INT16_MAX - 1) return false;
+  }
+  colours.lumaZero = static_cast<int16_t>(std::lround((least + most) / 2));
+
+  bool fits = true;
+  const auto term = [&](int o, int channel) {
+    const double factor = std::round(std::ldexp(rows[o].factor[channel] * kByteScale, 15 - 8));
+    fits &= std::abs(factor) <= INT16_MAX;
+    return static_cast<int16_t>(factor);
+  };
+  colours.first = term(0, chromaOfFirst), colours.third = term(2, chromaOfThird);
+  colours.second[0] = term(1, chromaOfFirst), colours.second[1] = term(1, chromaOfThird);
+  return fits;
 }
 
 Rounding makeRounding(const ResultCode& result) {

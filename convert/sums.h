@@ -24,6 +24,10 @@ struct ResultCode {
 void fillMatrix(IntegerMatrix& matrix, int o, const AffineRow& row, const InputCode (&inputs)[3], int count,
                 const ResultCode& result, SampleType type);
 
+/// RGB in the order of memory, from luma and from the channels of chroma that the first and the third result take.
+/// Codes of chroma come as sums of `unit` of them. False where sums may not fit in 16 bits.
+bool fillByteColours(ByteColours& colours, const AffineRow (&rows)[3], int chromaOfFirst, int chromaOfThird, int unit);
+
 Rounding makeRounding(const ResultCode& result);
 
 }  // namespace kip::convert

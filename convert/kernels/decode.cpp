@@ -1,4 +1,4 @@
-// YCbCr to interleaved RGB of 8 bits: what most conversions of video are, without lanes in between.
+// YCbCr of more than 8 bits to interleaved RGB of 8 bits, without lanes in between.
 #include "kernels.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -18,14 +18,12 @@ using convert::DecodeWork;
 using convert::IntegerMatrix;
 using convert::Interleaving;
 
-/// A batch of samples in two vectors of 16-bit lanes: the lower and the upper bytes of blocks, the even and the odd
-/// ones, or the first and the second half.
-enum class Order { kBlocks, kEvenOdd, kInOrder };
+/// A batch of samples in two vectors of 16-bit lanes.
 struct Halves {
   I16 of[2];
 };
 
-template <class Luma, class Chroma, ChromaColumns kColumns>
+template <ChromaColumns kColumns>
 class Decode {
  public:
   static constexpr int kBatch = kLanes<uint8_t>;
@@ -34,7 +32,7 @@ class Decode {
     const Decode decode(work);
     size_t x = 0;
     for (; x + kBatch <= work.pixels; x += kBatch) {
-      decode.batch(work.luma + x * sizeof(Luma), work.first + chromaBytes(x), work.third + chromaBytes(x),
+      decode.batch(work.luma + x * sizeof(uint16_t), work.first + chromaBytes(x), work.third + chromaBytes(x),
                    work.alpha + x, work.out + x * decode.bytesPerPixel());
     }
     if (x < work.pixels) decode.tail(work, x);
@@ -42,10 +40,6 @@ class Decode {
 
  private:
   static constexpr bool kShared = kColumns != ChromaColumns::kEach;  // chroma samples of two pixels each
-  static constexpr Order kOrder = sizeof(Luma) == 2     ? Order::kInOrder
-                                  : kShared             ? Order::kEvenOdd
-                                  : sizeof(Chroma) == 1 ? Order::kBlocks
-                                                        : Order::kInOrder;
 
   KIP_INLINE explicit Decode(const DecodeWork& work)
       : interleaving_(work.interleaving),
@@ -64,14 +58,14 @@ class Decode {
   }
 
   KIP_INLINE int bytesPerPixel() const { return interleaving_ == Interleaving::kTriple ? 3 : 4; }
-  static constexpr size_t chromaBytes(size_t pixels) { return (kShared ? pixels / 2 : pixels) * sizeof(Chroma); }
+  static constexpr size_t chromaBytes(size_t pixels) { return (kShared ? pixels / 2 : pixels) * sizeof(uint16_t); }
 
   // Not inlined: it is the rare end of a row.
   HWY_NOINLINE void tail(const DecodeWork& work, size_t x) const {
     const size_t left = work.pixels - x;
-    alignas(64) uint8_t luma[kBatch * sizeof(Luma)] = {}, alpha[kBatch] = {}, out[4 * kBatch];
-    alignas(64) uint8_t chroma[2][kBatch * sizeof(Chroma)] = {};
-    std::memcpy(luma, work.luma + x * sizeof(Luma), left * sizeof(Luma));
+    alignas(64) uint8_t luma[kBatch * sizeof(uint16_t)] = {}, alpha[kBatch] = {}, out[4 * kBatch];
+    alignas(64) uint8_t chroma[2][kBatch * sizeof(uint16_t)] = {};
+    std::memcpy(luma, work.luma + x * sizeof(uint16_t), left * sizeof(uint16_t));
     if (interleaving_ != Interleaving::kTriple) std::memcpy(alpha, work.alpha + x, left);
     // Shared chroma is in memory of our own, with room on both sides.
     const uint8_t* from[2] = {work.first + chromaBytes(x), work.third + chromaBytes(x)};
@@ -88,6 +82,7 @@ class Decode {
     const Halves y = loadLuma(luma), a = loadChroma(first), b = loadChroma(third);
     I16 sums[3][2];
     for (int half = 0; half < 2; ++half) convert(y.of[half], a.of[half], b.of[half], half, sums);
+    const auto pack = [](const I16(&v)[2]) KIP_INLINE_LAMBDA { return packBytesInOrder(v[0], v[1]); };
     const U8 v[3] = {pack(sums[0]), pack(sums[1]), pack(sums[2])};
     switch (interleaving_) {
       case Interleaving::kTriple:
@@ -100,32 +95,19 @@ class Decode {
   }
 
   KIP_INLINE Halves loadLuma(const uint8_t* from) const {
-    if constexpr (sizeof(Luma) == 2) {
-      const auto half = [&](int which) KIP_INLINE_LAMBDA {
-        const U16 masked = hn::And(loadLane<uint16_t>(from, which), mask_);
-        return as<int16_t>(hn::Sub(hn::ShiftLeftSame(masked, raise_), centre_));
-      };
-      return {half(0), half(1)};
-    } else {
-      const Halves v = widen(from);
-      return {hn::ShiftLeftSame(v.of[0], raise_), hn::ShiftLeftSame(v.of[1], raise_)};
-    }
-  }
-  KIP_INLINE static Halves widen(const uint8_t* from) {
-    if constexpr (kOrder == Order::kInOrder) return {loadHalf(from), loadHalf(from + kLanes<uint16_t>)};
-    const U8 v = loadLane<uint8_t>(from);
-    if constexpr (kOrder == Order::kBlocks) return {lowerBytes(v), upperBytes(v)};
-    return {evenBytes(v), oddBytes(v)};
+    const auto half = [&](int which) KIP_INLINE_LAMBDA {
+      const U16 masked = hn::And(loadLane<uint16_t>(from, which), mask_);
+      return as<int16_t>(hn::Sub(hn::ShiftLeftSame(masked, raise_), centre_));
+    };
+    return {{half(0), half(1)}};
   }
 
   KIP_INLINE static I16 loadShared(const uint8_t* from, int offset) {
-    if constexpr (sizeof(Chroma) == 1) return loadHalf(from + offset);
     return as<int16_t>(loadLane<uint16_t>(from + offset * 2));
   }
   KIP_INLINE static Halves loadChroma(const uint8_t* from) {
     if constexpr (!kShared) {
-      if constexpr (sizeof(Chroma) == 1) return widen(from);
-      return {as<int16_t>(loadLane<uint16_t>(from, 0)), as<int16_t>(loadLane<uint16_t>(from, 1))};
+      return {{as<int16_t>(loadLane<uint16_t>(from, 0)), as<int16_t>(loadLane<uint16_t>(from, 1))}};
     } else {
       const I16 own = loadShared(from, 0);
       I16 even = own, odd = own;
@@ -135,10 +117,9 @@ class Decode {
         const I16 three = hn::Add(own, hn::Add(own, own));
         even = hn::Add(three, loadShared(from, -1)), odd = hn::Add(three, loadShared(from, 1));
       }
-      if constexpr (kOrder == Order::kEvenOdd) return {even, odd};
-      I16 lower, upper;
-      sideBySide<int16_t>(even, odd, lower, upper);
-      return {lower, upper};
+      Halves v;
+      sideBySide<int16_t>(even, odd, v.of[0], v.of[1]);
+      return v;
     }
   }
 
@@ -157,12 +138,6 @@ class Decode {
     }
   }
 
-  KIP_INLINE static U8 pack(const I16 (&v)[2]) {
-    if constexpr (kOrder == Order::kBlocks) return packBytes(v[0], v[1]);
-    if constexpr (kOrder == Order::kEvenOdd) return mergeBytes(v[0], v[1]);
-    return packBytesInOrder(v[0], v[1]);
-  }
-
   Interleaving interleaving_;
   U16 mask_, centre_;
   int raise_;
@@ -171,25 +146,12 @@ class Decode {
   I16 firstFactors_, secondFactors_[2], thirdFactors_;
 };
 
-constexpr convert::DecodeKernels makeKernels() {
-  convert::DecodeKernels k{};
-  const auto add = [&k]<ChromaColumns kColumns>() {
-    auto& kernels = k.decode[static_cast<int>(kColumns)];
-    kernels[0][0] = Decode<uint8_t, uint8_t, kColumns>::run;
-    kernels[0][1] = Decode<uint8_t, uint16_t, kColumns>::run;
-    kernels[1][1] = Decode<uint16_t, uint16_t, kColumns>::run;
-  };
-  add.template operator()<ChromaColumns::kEach>();
-  add.template operator()<ChromaColumns::kPairs>();
-  add.template operator()<ChromaColumns::kCosited>();
-  add.template operator()<ChromaColumns::kMiddle>();
-  return k;
-}
-
 }  // namespace
 
 const convert::DecodeKernels* decodeKernels() {
-  static constexpr convert::DecodeKernels kKernels = makeKernels();
+  using enum ChromaColumns;
+  static constexpr convert::DecodeKernels kKernels = {
+      {Decode<kEach>::run, Decode<kPairs>::run, Decode<kCosited>::run, Decode<kMiddle>::run}};
   return &kKernels;
 }
 

@@ -87,8 +87,25 @@ class RowSum {
   Vector<T> weight_[kCount == 0 ? 1 : kCount];
 };
 
+/// Two rows of bytes with weights of 7 bits.
+void addTwoRowsOfBytes(const convert::RowsWork& work) {
+  const I8 weights = as<int8_t>(set<uint16_t>(static_cast<uint16_t>(work.weight[1] << 8 | work.weight[0])));
+  walk<kLanes<uint8_t>>(work.samples, {laneIn<uint8_t>(work.row[0]), laneIn<uint8_t>(work.row[1])},
+                        {laneOut<uint16_t>(work.out)}, [&](auto& in, auto& out) KIP_INLINE_LAMBDA {
+                          U8 lower, upper;
+                          sideBySide<uint8_t>(loadLane<uint8_t>(in[0]), loadLane<uint8_t>(in[1]), lower, upper);
+                          storeLane<uint16_t>(as<uint16_t>(dotBytes(lower, weights)), out[0], 0);
+                          storeLane<uint16_t>(as<uint16_t>(dotBytes(upper, weights)), out[0], 1);
+                        });
+}
+
 template <class From, class T>
 void addRows(const convert::RowsWork& work) {
+  if constexpr (sizeof(From) == 1 && sizeof(T) == 2) {
+    // Sums must fit in 16 signed bits.
+    const bool fits = work.count == 2 && work.weight[0] + work.weight[1] <= 127;
+    if (fits) return addTwoRowsOfBytes(work);
+  }
   if (work.count == 2) return RowSum<From, T, 2>::run(work);
   RowSum<From, T, 0>::run(work);
 }
