@@ -9,12 +9,7 @@
 namespace kip::convert {
 namespace {
 
-// Lanes at the same place of 4096 bytes would have loads wait for stores to others.
-constexpr size_t kStagger = 9 * 64;
 constexpr int kPixelSegment = 1920, kFloatSegment = 768;  // multiples of the formats' groups, and of vectors
-
-size_t aligned(size_t bytes) { return (bytes + 63) / 64 * 64; }
-int shifted(int size, int shift) { return (size + (1 << shift) - 1) >> shift; }
 
 bool isChroma(const Meaning& meaning, int channel) {
   return meaning.family == kipFamilyYCbCr && (channel == 1 || channel == 2);
@@ -48,7 +43,6 @@ class Builder {
       addProgram(pixels, kPixels);
       fillUnused();
     }
-    layOutScratch();
   }
 
  private:
@@ -371,42 +365,6 @@ class Builder {
     stage.in[0] = from, stage.out[0] = to, stage.data = static_cast<int>(plan_.roundings.size());
     plan_.roundings.push_back(makeRounding(resultCode(channel)));
     return stage;
-  }
-
-  // -------------------------------------------------------------------------------------------------------------------
-  // Scratch memory
-
-  void layOutScratch() {
-    size_t offset = 0;
-    const auto take = [&](size_t bytes) {
-      const size_t at = offset;
-      offset += aligned(bytes);
-      return at;
-    };
-    if (plan_.isBayer) layOutBayer(take);
-    for (SourcePart& source : plan_.sources) {
-      if (!source.needed || !source.cached) continue;
-      const size_t samples = shifted(plan_.width, source.shiftX);
-      source.laneBytes = kMarginBytes + aligned(samples * bytesOf(from_.type)) + kMarginBytes + kStagger;
-      source.offset = take(source.laneBytes * source.part.lanes * source.rowsKept);
-    }
-    for (OwnLane& lane : plan_.lanes) {
-      lane.offset =
-          take(kMarginBytes + size_t(plan_.segment) * bytesOf(lane.type) + kMarginBytes + kStagger) + kMarginBytes;
-    }
-    plan_.scratchBytes = offset + 64;  // to align it
-  }
-
-  template <class Take>
-  void layOutBayer(const Take& take) {
-    BayerSource& bayer = plan_.bayer;
-    bayer.grid = from_.bayerGrid, bayer.type = from_.type;
-    bayer.packedBits = from_.info.sampleBytes == 0 ? from_.info.bits[0] : 0;
-    bayer.rgbStep = aligned(size_t(plan_.width) * 3 * bytesOf(from_.type));
-    bayer.rgbOffset = take(bayer.rgbStep * kBayerBlockRows);
-    if (bayer.packedBits == 0) return;
-    bayer.rawStep = aligned(size_t(plan_.width) * 2);
-    bayer.rawOffset = take(bayer.rawStep * (1 + kBayerBlockRows + 2 * kBayerMargin));
   }
 
   KipPlan& plan_;

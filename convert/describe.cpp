@@ -47,6 +47,28 @@ const char* columnsText(ChromaColumns columns) {
   }
 }
 
+const char* meanText(PixelMean mean) {
+  switch (mean) {
+    case PixelMean::kFirst:
+      return ", of every second column";
+    case PixelMean::kPair:
+      return ", columns with weights 1 : 1";
+    case PixelMean::kThree:
+      return ", columns with weights 1 : 2 : 1";
+    default:
+      return "";
+  }
+}
+
+std::string encodeText(const KipPlan& plan, const Program& program, const Stage& stage, const std::string& results) {
+  const std::string pixels = "matrix of the pixels of " + std::string(plan.from->info.name);
+  const std::string rows = stage.inputs == 2 ? ", rows with " + tapsText(program.rowTaps[0]) : "";
+  const bool stored = stage.result >= 0;
+  const std::string plane = stored ? std::to_string(plan.results[stage.result].part.plane) : "";
+  return (stored ? "store plane " + plane + " of " + plan.to->info.name + ": " : results) + pixels + rows +
+         meanText(stage.mean);
+}
+
 std::string stageText(const KipPlan& plan, const Program& program, const Stage& stage) {
   const std::string result = lanes(plan, stage.out, stage.outputs) + ": ";
   const std::string types = std::string(", ") + typeName(stage.from) + " to " + typeName(stage.to);
@@ -62,6 +84,8 @@ std::string stageText(const KipPlan& plan, const Program& program, const Stage& 
     case StageKind::kDecodeBytes:
       return "store plane 0 of " + std::string(plan.to->info.name) + ": matrix of " + lanes(plan, stage.in, 3) +
              columnsText(stage.columns);
+    case StageKind::kEncode:
+      return encodeText(plan, program, stage, result);
     case StageKind::kHalve:
       return result + "half the columns of " + laneName(plan, stage.channel) + ", rows with " +
              tapsText(program.rowTaps[stage.channel]) + ", columns with " + tapsText(plan.taps[stage.data]);

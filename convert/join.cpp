@@ -26,6 +26,7 @@ class Joiner {
   Joiner(KipPlan& plan, Program& program) : plan_(plan), stages_(program.stages), program_(program) {}
 
   void join() {
+    joinEncoder();
     joinDecoder();
     joinHalves();
   }
@@ -138,6 +139,82 @@ class Joiner {
   }
 
   // -------------------------------------------------------------------------------------------------------------------
+  // Interleaved bytes of RGB, means of them, and a matrix to bytes
+
+  void joinEncoder() {
+    const Part& source = plan_.from->part[0];
+    const bool isBytes = source.packing == Packing::kTriple8 || source.packing == Packing::kQuad8;
+    if (!isBytes || plan_.isBayer || plan_.from->info.family != kipFamilyRGB) return;
+    const auto matrix =
+        std::find_if(stages_.begin(), stages_.end(), [](const Stage& s) { return s.kind == StageKind::kMatrix; });
+    if (matrix == stages_.end() || matrix->to != SampleType::kU8) return;
+    Stage encode = *matrix;
+    encode.kind = StageKind::kEncode;
+    if (!findMean(encode) || !addByteMatrix(encode)) return;
+    encode.result = pairOf(encode);
+    if (encode.result >= 0) storePairs(encode);
+    *matrix = encode;
+    const auto makesInput = [](const Stage& s) { return s.kind == StageKind::kRows || s.kind == StageKind::kColumns; };
+    stages_.erase(std::remove_if(stages_.begin(), matrix, makesInput), matrix);
+    std::fill_n(program_.uses, 3, false);
+  }
+
+  /// The rows and columns that inputs are sums of, which is one way for all.
+  bool findMean(Stage& encode) const {
+    const Taps& rows = program_.rowTaps[0];
+    const bool oneRow = rows.isSelection() && rows.first[0] == 0 && rows.phases == 1;
+    const bool twoRows = rows.phases == 1 && hasWeights(rows, 0, {1, 1}, 0);
+    if (!oneRow && !twoRows) return false;
+    const auto columns =
+        std::find_if(stages_.begin(), stages_.end(), [](const Stage& s) { return s.kind == StageKind::kColumns; });
+    const auto meanOf = [](const Taps& taps) {
+      if (taps.phases != 1 || taps.advance != 2) return PixelMean::kNone;
+      if (hasWeights(taps, 0, {1}, 0)) return PixelMean::kFirst;
+      if (hasWeights(taps, 0, {1, 1}, 0)) return PixelMean::kPair;
+      if (hasWeights(taps, 0, {1, 2, 1}, -1)) return PixelMean::kThree;
+      return PixelMean::kNone;
+    };
+    const bool everyPixel = columns == stages_.end();
+    encode.mean = everyPixel ? PixelMean::kNone : meanOf(plan_.taps[columns->data]);
+    encode.inputs = oneRow ? 1 : 2;
+    if (everyPixel) return oneRow && rows.advance == 1;
+    return encode.mean != PixelMean::kNone && encode.outputs == 2;
+  }
+
+  /// The matrix by places in a pixel; false where it is of another form than the kernel's.
+  bool addByteMatrix(Stage& encode) {
+    const IntegerMatrix& from = plan_.matrices[encode.data];
+    ByteMatrix matrix = {};
+    for (int o = 0; o < encode.outputs; ++o) {
+      if (from.most[o] != UINT8_MAX || from.up[o] != 0) return false;
+      for (int k = 0; k < 3; ++k) matrix.factor[o][plan_.placeOf[k]] = from.factor[o][k];
+      matrix.start[o] = from.start[o][0][0], matrix.shift[o] = from.shift[o];
+    }
+    if (encode.mean != PixelMean::kNone && matrix.shift[0] != matrix.shift[1]) return false;
+    encode.data = static_cast<int>(plan_.byteMatrices.size());
+    plan_.byteMatrices.push_back(matrix);
+    return true;
+  }
+
+  /// The part of the destination of which the results are the pairs; -1 if there is none.
+  int pairOf(const Stage& encode) const {
+    for (int i = 0; i < 4 && encode.outputs == 2; ++i) {
+      const Part& part = plan_.results[i].part;
+      if (part.packing == Packing::kPair8 && part.lanes == 2) return i;
+    }
+    return -1;
+  }
+
+  void storePairs(const Stage& encode) {
+    ResultPart& result = plan_.results[encode.result];
+    result.isStored = true;
+    if (result.part.channel[0] == 1) return;
+    ByteMatrix& matrix = plan_.byteMatrices[encode.data];
+    std::swap(matrix.factor[0], matrix.factor[1]);
+    std::swap(matrix.start[0], matrix.start[1]);
+  }
+
+  // -------------------------------------------------------------------------------------------------------------------
   // Half of the columns of bytes, of one row or of the sum of two
 
   void joinHalves() {
@@ -189,11 +266,26 @@ bool findOrder(KipPlan& plan) {
   return true;
 }
 
+/// Whether a stage or a store reads lanes of this part of the source.
+bool isRead(const KipPlan& plan, int part) {
+  for (const Program& program : plan.programs) {
+    for (int c = 0; c < 4; ++c) {
+      const auto reads = [c](const Stage& s) {
+        return (s.kind == StageKind::kRows && s.in[0] == c) || (s.kind == StageKind::kHalve && s.channel == c);
+      };
+      const bool isRead = program.uses[c] || std::any_of(program.stages.begin(), program.stages.end(), reads);
+      if (isRead && plan.sourceOf[c] == part) return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 void joinStages(KipPlan& plan) {
   plan.isReordering = findOrder(plan);
   for (Program& program : plan.programs) Joiner(plan, program).join();
+  for (int i = 0; i < 4; ++i) plan.sources[i].needed &= isRead(plan, i);
 }
 
 }  // namespace kip::convert

@@ -133,6 +133,33 @@ struct DecodeBytesKernels {
   DecodeKernel decode[kChromaColumns][2];  ///< luma of 8 bits; by the integer type of chroma
 };
 
+/// Interleaved RGB of 8 bits to YCbCr or grey in one go: result o is
+///   (start[o] + sum over k of factor[o][k] * byte k of the pixel, or of sums of pixels) >> shift[o],
+/// saturated to a byte. Pixels of three bytes count as having a fourth one without a factor.
+struct ByteMatrix {
+  int16_t factor[3][4];
+  int32_t start[3];
+  int shift[3];
+};
+/// What results are of: every pixel; or of every second one the pixel alone, the sum with its right neighbour, or with
+/// both neighbours, where its own weight is 2.
+enum class PixelMean : uint8_t { kNone, kFirst, kPair, kThree };
+struct EncodeWork {
+  const ByteMatrix* matrix;
+  const uint8_t* row[2];  ///< from the first result's pixel on
+  int rows;               ///< whose sums are taken: 1, or 2 where every second pixel has results
+  PixelMean mean;
+  bool hasLeft;  ///< there is a pixel before the first one
+  int results;   ///< 1 to 3; 2 where every second pixel has them, which have the same shift
+  uint8_t* out[3];
+  bool interleaved;  ///< two results, both to the first row
+  size_t pixels;
+};
+using EncodeKernel = void (*)(const EncodeWork& work);
+struct EncodeKernels {
+  EncodeKernel pixels[2], means[2];  ///< of three bytes, of four
+};
+
 /// Those of the processor's best target.
 const LayoutKernels& layoutKernels();
 const ResamplingKernels& resamplingKernels();
@@ -140,5 +167,6 @@ const MatrixKernels& matrixKernels();
 const FloatKernels& floatKernels();
 const DecodeKernels& decodeKernels();
 const DecodeBytesKernels& decodeBytesKernels();
+const EncodeKernels& encodeKernels();
 
 }  // namespace kip::convert

@@ -46,6 +46,7 @@ KipStatus kipPlanMake(const KipPicture* from, const KipPicture* to, const KipPla
     if (const KipStatus status = checkPlan(*from, *to, options, *made)) return status;
     buildStages(*made);
     joinStages(*made);
+    layOutScratch(*made);
     describe(*made);
     *plan = made.release();
     return kipStatusOk;

@@ -28,6 +28,7 @@ enum class StageKind : uint8_t {
   kFill,
   kDecode,
   kDecodeBytes,
+  kEncode,
   kHalve
 };
 
@@ -41,8 +42,9 @@ struct Stage {
   int data = 0;                                  ///< which of the plan's taps, matrices, ...; the value of a fill
   bool margins = false;                          ///< rows whose neighbours are wanted
   int shiftX = 0;                                ///< samples of the results lie every 2^shiftX pixels
-  int result = 0;                                ///< the part of the destination that a decoder stores
+  int result = 0;                                ///< the part of the destination that is stored; -1 if none is
   ChromaColumns columns = ChromaColumns::kEach;  ///< of a decoder
+  PixelMean mean = PixelMean::kNone;             ///< of an encoder
   int channel = 0;                               ///< of the source, whose rows are halved
 };
 
@@ -120,6 +122,7 @@ struct KipPlan {
   std::vector<kip::convert::Taps> taps;
   std::vector<kip::convert::IntegerMatrix> matrices;
   std::vector<kip::convert::ByteColours> byteColours;
+  std::vector<kip::convert::ByteMatrix> byteMatrices;
   std::vector<kip::convert::FloatMatrix> floatMatrices;
   std::vector<kip::convert::Rounding> roundings;
   std::vector<kip::convert::OwnLane> lanes;  ///< from kFirstOwnLane on
@@ -137,6 +140,9 @@ void buildStages(KipPlan& plan);
 
 /// Joins neighbouring stages.
 void joinStages(KipPlan& plan);
+
+/// Fills in where things lie in the scratch memory, and its size.
+void layOutScratch(KipPlan& plan);
 
 /// Fills in the description.
 void describe(KipPlan& plan);

@@ -157,6 +157,8 @@ class Run {
       case StageKind::kDecode:
       case StageKind::kDecodeBytes:
         return decode(stage, row, x, samples);
+      case StageKind::kEncode:
+        return encode(program, stage, row, x, end);
       case StageKind::kHalve:
         return halve(program, stage, row, x, samples);
       case StageKind::kCopy:
@@ -206,6 +208,27 @@ class Run {
     }
   }
 
+  void encode(const Program& program, const Stage& stage, int row, int x, int end) {
+    const Part& part = plan_.from->part[0];
+    const Taps& rows = program.rowTaps[0];
+    EncodeWork work;
+    work.matrix = &plan_.byteMatrices[stage.data];
+    for (int t = 0; t < 2; ++t) {
+      const int r = std::min(rows.firstOf(row) + t, plan_.height - 1);
+      work.row[t] = planeRow(part.plane, r) + rowBytes(plan_.from->info, part.plane, x);
+    }
+    work.rows = stage.inputs, work.mean = stage.mean, work.hasLeft = x != 0;
+    work.results = stage.outputs, work.pixels = end - x;
+    for (int o = 0; o < stage.outputs; ++o) work.out[o] = lane_[stage.out[o]];
+    work.interleaved = stage.result >= 0;
+    if (work.interleaved) {
+      const ResultPart& result = plan_.results[stage.result];
+      const int p = result.part.plane;
+      work.out[0] = static_cast<uint8_t*>(dst_.plane[p]) + row * dst_.step[p] + rowBytes(plan_.to->info, p, x);
+    }
+    (stage.mean == PixelMean::kNone ? encoders_.pixels : encoders_.means)[part.lanes == 4](work);
+  }
+
   void halve(const Program& program, const Stage& stage, int row, int x, size_t samples) {
     const Taps& columns = plan_.taps[stage.data];
     const Taps& rows = program.rowTaps[stage.channel];
@@ -244,6 +267,7 @@ class Run {
   const MatrixKernels& matrices_ = matrixKernels();
   const FloatKernels& floats_ = floatKernels();
   const DecodeKernels& decoders_ = decodeKernels();
+  const EncodeKernels& encoders_ = encodeKernels();
   const DecodeBytesKernels& byteDecoders_ = decodeBytesKernels();
 };
 
