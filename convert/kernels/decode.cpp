@@ -163,7 +163,7 @@ HWY_AFTER_NAMESPACE();
 namespace kip {
 HWY_EXPORT(decodeKernels);
 namespace convert {
-const DecodeKernels& decodeKernels() { return *HWY_DYNAMIC_DISPATCH(kip::decodeKernels)(); }
+const DecodeKernels& decodeKernels() { return *HWY_DYNAMIC_DISPATCH(decodeKernels)(); }
 }  // namespace convert
 }  // namespace kip
 #endif

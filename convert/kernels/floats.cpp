@@ -74,7 +74,7 @@ HWY_AFTER_NAMESPACE();
 namespace kip {
 HWY_EXPORT(floatKernels);
 namespace convert {
-const FloatKernels& floatKernels() { return *HWY_DYNAMIC_DISPATCH(kip::floatKernels)(); }
+const FloatKernels& floatKernels() { return *HWY_DYNAMIC_DISPATCH(floatKernels)(); }
 }  // namespace convert
 }  // namespace kip
 #endif

@@ -261,7 +261,7 @@ HWY_AFTER_NAMESPACE();
 namespace kip {
 HWY_EXPORT(layoutKernels);
 namespace convert {
-const LayoutKernels& layoutKernels() { return *HWY_DYNAMIC_DISPATCH(kip::layoutKernels)(); }
+const LayoutKernels& layoutKernels() { return *HWY_DYNAMIC_DISPATCH(layoutKernels)(); }
 }  // namespace convert
 }  // namespace kip
 #endif

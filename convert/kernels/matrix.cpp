@@ -198,7 +198,7 @@ HWY_AFTER_NAMESPACE();
 namespace kip {
 HWY_EXPORT(matrixKernels);
 namespace convert {
-const MatrixKernels& matrixKernels() { return *HWY_DYNAMIC_DISPATCH(kip::matrixKernels)(); }
+const MatrixKernels& matrixKernels() { return *HWY_DYNAMIC_DISPATCH(matrixKernels)(); }
 }  // namespace convert
 }  // namespace kip
 #endif

@@ -286,7 +286,7 @@ HWY_AFTER_NAMESPACE();
 namespace kip {
 HWY_EXPORT(resamplingKernels);
 namespace convert {
-const ResamplingKernels& resamplingKernels() { return *HWY_DYNAMIC_DISPATCH(kip::resamplingKernels)(); }
+const ResamplingKernels& resamplingKernels() { return *HWY_DYNAMIC_DISPATCH(resamplingKernels)(); }
 }  // namespace convert
 }  // namespace kip
 #endif
