@@ -1,9 +1,8 @@
 // Grey and colour twist against plain arithmetic in the order that they promise.
 #include <gtest/gtest.h>
 
-#include <xmmintrin.h>
-
 #include <algorithm>
+#include <cfenv>
 #include <cmath>
 #include <limits>
 
@@ -87,12 +86,12 @@ TEST(ColorTwist, RoundsTiesToEvenWhateverTheCallersModeAndPutsItBack) {
   const Function& function = *find("kipiColorTwist32f_8u_C3R");
   const Kip32f half[3][4] = {{0, 0, 0, .5f}, {0, 0, 0, 1.5f}, {0, 0, 0, 2.5f}};
   Content source = untouched(function, Side::kSource, kSize);
-  const unsigned before = _MM_GET_ROUNDING_MODE();
-  _MM_SET_ROUNDING_MODE(_MM_ROUND_UP);
+  const int before = std::fegetround();
+  std::fesetround(FE_UPWARD);
   Content result = convert(function, kSize, source, {.matrix = half});
-  const unsigned after = _MM_GET_ROUNDING_MODE();
-  _MM_SET_ROUNDING_MODE(before);
-  EXPECT_EQ(after, unsigned{_MM_ROUND_UP});
+  const int after = std::fegetround();
+  std::fesetround(before);
+  EXPECT_EQ(after, FE_UPWARD);
   EXPECT_EQ(Samples(function, Side::kDestination, result).get(0, 0), (Pixel{0, 2, 2}));
 }
 

@@ -198,7 +198,8 @@ Plain smoothed(int (*curve)(int)) {
   return [curved](const Task& task) {
     constexpr Pixel kCentre[2] = {{-2426, -4769, 7193}, {7193, -6030, -1164}};
     constexpr Pixel kSide[2] = {{-1213, -2385, 3596}, {3596, -3015, -582}};
-    const auto [function, size, whole, from, to] = task;
+    const Samples &from = task.from, &to = task.to;
+    const KipiSize size = task.size;
     for (int y = 0; y < size.height; ++y) {
       const auto pixel = [&](int x) -> Pixel {
         const Pixel c = from.get(x, y);
@@ -258,7 +259,7 @@ constexpr RoundTrip kRoundTrips[] = {
 TEST(YCbCr, RoundTripsOfAllColours) {
   for (const RoundTrip& trip : kRoundTrips) {
     const Function &there = *find(trip.there), &back = *find(trip.back);
-    const auto [width, height] = trip.block;
+    const int width = trip.block.width, height = trip.block.height;
     int64_t samples = 0, sum = 0;
     int largest = 0;
     const auto add = [&](const Pixel* colours, int blocks) {

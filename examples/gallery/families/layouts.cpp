@@ -70,9 +70,10 @@ void show(Page& page, const Picture& photo) {
                .psnr = psnr(frame, results[i])});
   }
 
-  const auto [x, y] = worstSquare(frame, results[0], kCloseUp);
+  const Corner corner = worstSquare(frame, results[0], kCloseUp);
   const auto closeUp = [&](const Picture& picture, const std::string& title) {
-    page.show({.picture = enlarge(crop(picture, x, y, kCloseUp, kCloseUp), kZoom, kZoom), .title = title});
+    page.show(
+        {.picture = enlarge(crop(picture, corner.x, corner.y, kCloseUp, kCloseUp), kZoom, kZoom), .title = title});
   };
   page.row("Close up",
            "Where the colours comb most, and the differences to the frame, times " + std::to_string(kGain) + ".");

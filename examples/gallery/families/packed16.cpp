@@ -82,11 +82,11 @@ void show(Page& page, const Picture& photo) {
     dithered = showWords(page, photo, ycbcr, space, true);
   }
 
-  const auto [x, y] = mostColours(plain, kCloseUp);
+  const Corner corner = mostColours(plain, kCloseUp);
   page.row("Close up", "Where bands of " + std::string(kSpaces[1].name) + " meet.");
   const auto closeUp = [&](const Picture& picture, const std::string& title) {
-    page.show(
-        {.picture = enlarge(crop(picture, x, y, kCloseUp, kCloseUp), kZoom, kZoom), .title = title + " close up"});
+    page.show({.picture = enlarge(crop(picture, corner.x, corner.y, kCloseUp, kCloseUp), kZoom, kZoom),
+               .title = title + " close up"});
   };
   closeUp(photo, "Original");
   closeUp(plain, kSpaces[1].name);

@@ -87,11 +87,11 @@ void show(Page& page, const Picture& photo) {
                .psnr = psnr(even, trip.back)});
   }
   const Picture& shared = trips[1].back;
-  const auto [x, y] =
+  const Corner corner =
       worstSquare({{shared, trips[0].back}, {shared, trips[2].back}, {shared, trips[3].back}}, kCloseUp);
   page.row("The same detail", "Where the other three differ most from 4:2:0.");
   const auto closeUp = [&](const Picture& picture, const std::string& title) {
-    const Picture part = crop(picture, x, y, kCloseUp, kCloseUp);
+    const Picture part = crop(picture, corner.x, corner.y, kCloseUp, kCloseUp);
     page.show({.picture = enlarge(part, kZoom, kZoom), .title = title + " close up"});
   };
   closeUp(even, "YCbCr source");

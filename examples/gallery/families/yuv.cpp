@@ -87,10 +87,10 @@ void show(Page& page, const Picture& photo) {
   Picture backs[3];
   for (int i = 0; i < 3; ++i) backs[i] = showRoundTrip(page, photo, kRoundTrips[i]);
 
-  const auto [x, y] = worstSquare(photo, backs[2], kCloseUp);
+  const Corner corner = worstSquare(photo, backs[2], kCloseUp);
   page.row("Close up", "Where 4:2:0 changes most.");
   const auto closeUp = [&](const Picture& picture, const std::string& title) {
-    const Picture part = crop(picture, x, y, kCloseUp, kCloseUp);
+    const Picture part = crop(picture, corner.x, corner.y, kCloseUp, kCloseUp);
     page.show({.picture = enlarge(part, kZoom, kZoom), .title = title + " close up"});
   };
   closeUp(photo, "RGB");
