@@ -88,6 +88,7 @@ KIP_INLINE F32 earlierErrors(const float* now) {
 /// Lanes moved up by one; the first one is given.
 KIP_INLINE F32 laneUp(F32 v, float first) {
   const Tag<float> d;
+  if constexpr (kBlocksPerVector == 1) return hn::IfThenElse(hn::FirstN(d, 1), set(first), hn::ShiftLeftLanes<1>(d, v));
   int32_t from[kLanes<float>];
   for (int i = 0; i < kLanes<float>; ++i) from[i] = std::max(i - 1, 0);
   return hn::IfThenElse(hn::FirstN(d, 1), set(first), hn::TableLookupLanes(v, hn::SetTableIndices(d, from)));
