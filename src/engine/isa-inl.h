@@ -11,6 +11,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 #include "hwy/highway.h"
@@ -163,17 +164,25 @@ KIP_INLINE void reloadBarrier() {
 // ---------------------------------------------------------------------------------------------------------------------
 // Floats
 
+#if KIP_ISA == KIP_ISA_PORTABLE
+/// The limit where the mask is set, v elsewhere. clang 14 takes `v < 0 ? 0 : v` for 64-bit Arm's maximum, which is 0
+/// for v = -0, unless the mask is opaque.
+KIP_INLINE F32 limited(hn::Mask<Tag<float>> exceeds, F32 limit, F32 v) {
+  return hn::IfThenElse(hn::MaskFromVec(opaque(hn::VecFromMask(Tag<float>(), exceeds))), limit, v);
+}
+#endif
+
 /// The lesser, or the greater, of v and a limit; NaN stays NaN.
 KIP_INLINE F32 atMost(F32 v, F32 limit) {
 #if KIP_ISA == KIP_ISA_PORTABLE
-  return hn::IfThenElse(hn::Lt(limit, v), limit, v);
+  return limited(hn::Lt(limit, v), limit, v);
 #else
   return F32{KIP_MM(min_ps)(limit.raw, v.raw)};
 #endif
 }
 KIP_INLINE F32 atLeast(F32 v, F32 limit) {
 #if KIP_ISA == KIP_ISA_PORTABLE
-  return hn::IfThenElse(hn::Lt(v, limit), limit, v);
+  return limited(hn::Lt(v, limit), limit, v);
 #else
   return F32{KIP_MM(max_ps)(limit.raw, v.raw)};
 #endif
@@ -397,6 +406,40 @@ KIP_INLINE V blendInBlocks(V first, V second) {
   } kTable;
   const auto isFirst = as<hn::TFromV<V>>(hn::LoadDup128(Tag<Bits>(), kTable.lanes));
   return hn::IfThenElse(hn::MaskFromVec(isFirst), first, second);
+}
+
+/// Three or four interleaved channels at any address, of fewer lanes than a vector has, and the inverse. Highway's
+/// emulation takes samples one by one, which want to be aligned.
+template <class D, class... V>
+KIP_INLINE void loadInterleaved(D d, const uint8_t* bytes, V&... channels) {
+  using T = hn::TFromD<D>;
+  const T* from = reinterpret_cast<const T*>(bytes);
+#if HWY_TARGET == HWY_EMU128
+  T aligned[sizeof...(V) * hn::MaxLanes(d)];
+  from = static_cast<const T*>(std::memcpy(aligned, bytes, sizeof(aligned)));
+#endif
+  if constexpr (sizeof...(V) == 3) {
+    hn::LoadInterleaved3(d, from, channels...);
+  } else {
+    hn::LoadInterleaved4(d, from, channels...);
+  }
+}
+template <class D, class... V>
+KIP_INLINE void storeInterleaved(D d, uint8_t* bytes, V... channels) {
+  using T = hn::TFromD<D>;
+  T* to = reinterpret_cast<T*>(bytes);
+#if HWY_TARGET == HWY_EMU128
+  T aligned[sizeof...(V) * hn::MaxLanes(d)];
+  to = aligned;
+#endif
+  if constexpr (sizeof...(V) == 3) {
+    hn::StoreInterleaved3(channels..., d, to);
+  } else {
+    hn::StoreInterleaved4(channels..., d, to);
+  }
+#if HWY_TARGET == HWY_EMU128
+  std::memcpy(bytes, aligned, sizeof(aligned));
+#endif
 }
 
 // ---------------------------------------------------------------------------------------------------------------------

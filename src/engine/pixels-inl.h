@@ -112,7 +112,7 @@ struct C3 : Interleaved<D, 3> {
     if constexpr (kFullVectors<D>) {
       ThreeChannels<T>::load(samples<T>(from.at[0]), first, px.b, last);
     } else {
-      hn::LoadInterleaved3(D(), samples<T>(from.at[0]), first, px.b, last);
+      loadInterleaved(D(), from.at[0], first, px.b, last);
     }
     return px;
   }
@@ -121,7 +121,7 @@ struct C3 : Interleaved<D, 3> {
     if constexpr (kFullVectors<D>) {
       ThreeChannels<T>::store(first, px.b, last, samples<T>(to.at[0]));
     } else {
-      hn::StoreInterleaved3(first, px.b, last, D(), samples<T>(to.at[0]));
+      storeInterleaved(D(), to.at[0], first, px.b, last);
     }
   }
 };
@@ -140,7 +140,7 @@ struct C4 : Interleaved<D, 4> {
     if constexpr (kFullVectors<D>) {
       FourInterleaved<T>::store(first, px.b, last, fourth, samples<T>(to.at[0]));
     } else {
-      hn::StoreInterleaved4(first, px.b, last, fourth, D(), samples<T>(to.at[0]));
+      storeInterleaved(D(), to.at[0], first, px.b, last, fourth);
     }
   }
 
@@ -162,7 +162,7 @@ struct AC4 : Interleaved<D, 4> {
     if constexpr (kFullVectors<D>) {
       FourInterleaved<T>::load(samples<T>(from.at[0]), first, px.b, last, px.alpha);
     } else {
-      hn::LoadInterleaved4(D(), samples<T>(from.at[0]), first, px.b, last, px.alpha);
+      loadInterleaved(D(), from.at[0], first, px.b, last, px.alpha);
     }
     return px;
   }

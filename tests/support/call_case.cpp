@@ -123,10 +123,8 @@ std::vector<Placement> placementsFor(const Case& that) {
   if (!that.function.shape.wholeImage()) {
     all.insert(all.begin(), Placement::kPadded);
     all.insert(all.end(), {Placement::kRowEnds, Placement::kRowStarts});
-#ifndef __SANITIZE_ADDRESS__  // Highway's emulation interleaves sample by sample, which the sanitizers want aligned
     const auto wide = [&](Side side) { return bytesOf(that.function.image(side).sample) > 1; };
     if (wide(that.function.input()) || wide(Side::kDestination)) all.push_back(Placement::kOddPadded);
-#endif
     if (!that.function.contract.checks(Check::kSteps)) all.push_back(Placement::kBottomUp);
   }
   std::erase_if(all, [&](Placement placement) {
