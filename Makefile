@@ -5,6 +5,7 @@
 #   make check-debian13           builds and tests in a root of Debian 13: g++ 14, Highway 1.2
 #   make check-aarch64            cross-compiles by clang and tests under qemu
 #   make check-x86-64-clang       builds and tests by clang
+#   make check-x86-64-native      builds and tests for the machine's own processor alone, with -march=native
 #   make check-threads            looks for races, with ThreadSanitizer
 #   make check-memory             looks for what valgrind finds: memory that is not the call's, or that nobody has written
 #   make check-reproducible       builds the packages twice and compares them
@@ -17,7 +18,7 @@ IMAGE ?=
 SECONDS ?= 60
 DEPENDENCIES = build
 CHECKED = x86-64 i386 x86-64-sanitize
-COMPILERS = x86-64-clang aarch64
+COMPILERS = x86-64-clang x86-64-native aarch64
 CONFIGURED = $(CHECKED) $(COMPILERS) x86-64-sanitize-threads x86-64-fuzz
 
 .NOTPARALLEL:

@@ -11,7 +11,7 @@ namespace {
 constexpr int kColours = 1 << 24;
 
 int strideOf(int oneOf) {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KIP_FEWER_COLOURS
   return std::max(oneOf, 61);
 #else
   return oneOf;
