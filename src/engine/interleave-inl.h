@@ -127,6 +127,25 @@ struct ThreeChannels {
     };
     storeThreeUnits(unit(0), unit(1), unit(2), to);
   }
+
+  using Half = hn::Vec<hn::Half<Tag<T>>>;
+
+  /// Half vectors, by unpacks.
+  KIP_INLINE static void loadHalves(const uint8_t* from, Half& a, Half& b, Half& c) {
+    const Tag<uint8_t> d;
+    const U8 first = hn::LoadU(d, from), last = hn::ZeroExtendVector(d, hn::LoadU(hn::Half<Tag<uint8_t>>(), from + 16));
+    V v[3] = {as<T>(first), as<T>(shiftDown<8>(first)), as<T>(last)};
+    deinterleave<T, 3, 8>(v);
+    const hn::Half<Tag<T>> half;
+    a = hn::LowerHalf(half, v[0]), b = hn::LowerHalf(half, v[1]), c = hn::LowerHalf(half, v[2]);
+  }
+  KIP_INLINE static void storeHalves(Half a, Half b, Half c, uint8_t* to) {
+    const Tag<T> d;
+    const auto whole = [&](Half v) KIP_INLINE_LAMBDA { return hn::ZeroExtendVector(d, v); };
+    U8 v[4];
+    interleaveFour<T>(whole(a), whole(b), whole(c), hn::Zero(d), v);
+    storeTwoWithoutFourths<T>(v[0], v[1], to);
+  }
 };
 
 // ---------------------------------------------------------------------------------------------------------------------

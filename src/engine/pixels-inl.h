@@ -57,6 +57,9 @@ using SamplesLike = hn::Rebind<T, Tag<Larger>>;
 
 template <class D>
 constexpr bool kFullVectors = std::is_same_v<D, Tag<hn::TFromD<D>>>;
+/// Half vectors, of which Highway interleaves three by byte shuffles, on targets that have none.
+template <class D>
+constexpr bool kUnpackedHalves = !kHasByteShuffle && std::is_same_v<D, hn::Half<Tag<hn::TFromD<D>>>>;
 
 /// What interleaved layouts have in common.
 template <class D, int kSamples>
@@ -111,6 +114,8 @@ struct C3 : Interleaved<D, 3> {
     auto& last = kOrder == Order::kForward ? px.c : px.a;
     if constexpr (kFullVectors<D>) {
       ThreeChannels<T>::load(samples<T>(from.at[0]), first, px.b, last);
+    } else if constexpr (kUnpackedHalves<D>) {
+      ThreeChannels<T>::loadHalves(from.at[0], first, px.b, last);
     } else {
       loadInterleaved(D(), from.at[0], first, px.b, last);
     }
@@ -120,6 +125,8 @@ struct C3 : Interleaved<D, 3> {
     const V first = kOrder == Order::kForward ? px.a : px.c, last = kOrder == Order::kForward ? px.c : px.a;
     if constexpr (kFullVectors<D>) {
       ThreeChannels<T>::store(first, px.b, last, samples<T>(to.at[0]));
+    } else if constexpr (kUnpackedHalves<D>) {
+      ThreeChannels<T>::storeHalves(first, px.b, last, to.at[0]);
     } else {
       storeInterleaved(D(), to.at[0], first, px.b, last);
     }

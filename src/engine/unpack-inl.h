@@ -22,16 +22,18 @@ KIP_INLINE U8 shiftDown(U8 v) {
   return hn::ShiftRightBytes<kBytes>(Tag<uint8_t>(), v);
 }
 
-/// Two, three or four channels taken apart: kCount vectors of samples. Each step puts samples of the first and of the
-/// second half of all side by side, which takes sample i to 2 i modulo one less than their number; so log2(N) steps
-/// take sample kCount i + c to i + N c.
-template <class T, int kCount>
+/// Two, three or four channels taken apart: kCount vectors of samples; of three channels, the first kBytes of each
+/// vector. Each step puts samples of the first and of the second half of all side by side, which takes sample i to 2 i
+/// modulo one less than their number; so log2(N) steps take sample kCount i + c to i + N c.
+template <class T, int kCount, int kBytes = 16>
 KIP_INLINE void deinterleave(Vector<T> (&v)[kCount]) {
+  static_assert(kCount == 3 || kBytes == 16);
   const Tag<T> d;
-  for (int n = kLanes<T>; n > 1; n /= 2) {
+  for (int n = kBytes / sizeof(T); n > 1; n /= 2) {
     Vector<T> next[kCount];
     if constexpr (kCount == 3) {
-      const auto upperHalf = [](Vector<T> of) KIP_INLINE_LAMBDA { return as<T>(shiftDown<8>(as<uint8_t>(of))); };
+      const auto upperHalf = [](Vector<T> of)
+                                 KIP_INLINE_LAMBDA { return as<T>(shiftDown<kBytes / 2>(as<uint8_t>(of))); };
       next[0] = hn::InterleaveLower(d, v[0], upperHalf(v[1]));
       next[1] = hn::InterleaveLower(d, upperHalf(v[0]), v[2]);
       next[2] = hn::InterleaveLower(d, v[1], upperHalf(v[2]));
@@ -76,6 +78,16 @@ KIP_INLINE void storeWithoutFourths(const U8 (&groups)[4], uint8_t* to) {
   hn::StoreU(hn::Or(v[0], shiftUp<12>(v[1])), d, to);
   hn::StoreU(hn::Or(shiftDown<4>(v[1]), shiftUp<8>(v[2])), d, to + 16);
   hn::StoreU(hn::Or(shiftDown<8>(v[2]), shiftUp<4>(v[3])), d, to + 32);
+}
+
+/// The same of two vectors, to one and a half.
+template <class T>
+KIP_INLINE void storeTwoWithoutFourths(U8 lower, U8 upper, uint8_t* to) {
+  const Tag<uint8_t> d;
+  const hn::Half<Tag<uint8_t>> half;
+  const U8 first = withoutFourths<T>(lower), last = withoutFourths<T>(upper);
+  hn::StoreU(hn::Or(first, shiftUp<12>(last)), d, to);
+  hn::StoreU(hn::LowerHalf(half, shiftDown<4>(last)), half, to + 16);
 }
 
 /// What kNoByte stands for: a byte of zero.
