@@ -188,7 +188,7 @@ HWY_AFTER_NAMESPACE();
 namespace kip {
 HWY_EXPORT(decodeBytesKernels);
 namespace convert {
-const DecodeBytesKernels& decodeBytesKernels() { return *HWY_DYNAMIC_DISPATCH(kip::decodeBytesKernels)(); }
+const DecodeBytesKernels& decodeBytesKernels() { return *HWY_DYNAMIC_DISPATCH(decodeBytesKernels)(); }
 }  // namespace convert
 }  // namespace kip
 #endif

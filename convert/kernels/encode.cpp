@@ -255,7 +255,7 @@ HWY_AFTER_NAMESPACE();
 namespace kip {
 HWY_EXPORT(encodeKernels);
 namespace convert {
-const EncodeKernels& encodeKernels() { return *HWY_DYNAMIC_DISPATCH(kip::encodeKernels)(); }
+const EncodeKernels& encodeKernels() { return *HWY_DYNAMIC_DISPATCH(encodeKernels)(); }
 }  // namespace convert
 }  // namespace kip
 #endif
