@@ -73,7 +73,6 @@ KIP_INLINE I32 lightness(F32 luma) {
 /// Samples 0 .. 255.
 struct EncodeBytes {
   using Lane = float;
-  static constexpr bool kOutOfLine = true;
   KIP_INLINE Pixels<I32> operator()(const Pixels<F32>& rgb) const {
     const Pixels<F32> xyz = kRgbToXyz(rgb);
     const F32 x = xyz.a / 255.f, y = xyz.b / 255.f, z = xyz.c / 255.f;
@@ -91,7 +90,6 @@ struct EncodeBytes {
 template <class Scale>
 struct Encode {
   using Lane = float;
-  static constexpr bool kOutOfLine = true;
   static constexpr int kInterleavedChains = 4;
 
   template <int kCount, class R>
@@ -176,7 +174,6 @@ constexpr int kDecodedTogether = 4;
 template <class Encoding, const Chromaticity& kWhitePoint>
 struct DecodeIntegers {
   using Lane = float;
-  static constexpr bool kOutOfLine = true;
   static constexpr int kInterleavedChains = kDecodedTogether;
 
   template <int kCount>
@@ -211,7 +208,6 @@ struct Words {
 
 struct DecodeFloats {
   using Lane = float;
-  static constexpr bool kOutOfLine = true;
   static constexpr int kInterleavedChains = kDecodedTogether;
 
   template <int kCount>

@@ -8,8 +8,6 @@
 // side use that time):
 //   kInterleavedChains                      how many it wants at most, and, if it does more than the operator on each,
 //   convert<kCount>(px, result)    the arithmetic on that many Pixels, instead of the operator
-// An arithmetic that is long beside a function call says so:
-//   kOutOfLine                     it is compiled once for all layouts, not into the loop of each
 // Samples are widened to its lanes before it. Its results are 16-bit lanes, or 32-bit ones (already rounded) from
 // floats, and are packed with saturation; or lanes of the samples' own type, which are stored as they are. Where source
 // and destination differ in size, the arithmetic is one from and to the larger samples.
@@ -137,42 +135,6 @@ KIP_INLINE auto convertPixels(const Op& op, const Pixels<V>& px) {
   }
 }
 
-/// Floats of several loads through an arithmetic, in place or, where it is long, as a function that all loops call.
-template <class Op, int kParts>
-HWY_NOINLINE void applyOutOfLine(const Op& op, const Pixels<F32> (&px)[kParts], Pixels<F32> (&result)[kParts]) {
-  applyFloats(op, px, result);
-}
-template <class Op, int kParts>
-KIP_INLINE void applyToLoads(const Op& op, const Pixels<F32> (&px)[kParts], Pixels<F32> (&result)[kParts]) {
-  if constexpr (requires { Op::kOutOfLine; }) {
-    applyOutOfLine(op, px, result);
-  } else {
-    applyFloats(op, px, result);
-  }
-}
-
-/// The same for samples of one load: of type S to type D, or bytes that were widened by the load.
-template <class S, class D, class Op, class Px>
-KIP_INLINE auto applyToLoad(const Op& op, const Px& px) {
-  if constexpr (std::is_same_v<Px, WidePixels>) {
-    return applyWidened(op, px);
-  } else {
-    return convertPixels<S, D>(op, px);
-  }
-}
-template <class S, class D, class Op, class Px>
-HWY_NOINLINE auto convertOutOfLine(const Op& op, const Px& px) {
-  return applyToLoad<S, D>(op, px);
-}
-template <class S, class D, class Op, class Px>
-KIP_INLINE auto convertLoad(const Op& op, const Px& px) {
-  if constexpr (requires { Op::kOutOfLine; }) {
-    return convertOutOfLine<S, D>(op, px);
-  } else {
-    return applyToLoad<S, D>(op, px);
-  }
-}
-
 /// Converts rows with one arithmetic for every pixel. The arithmetic and the layouts are made once for all rows.
 template <class Op, class Src, class Dst = Src>
 class Convert {
@@ -222,17 +184,17 @@ class Convert {
   template <class From, class To>
   KIP_INLINE void batch(const From& from, const To& to) const {
     if constexpr (kWideBytes) {
-      const auto result = convertLoad<uint8_t, uint8_t>(op_, src_.loadWide(from));
+      const auto result = applyWidened(op_, src_.loadWide(from));
       dst_.store(eachChannel(result, [](U8 v) KIP_INLINE_LAMBDA { return Src::packedInOrder(v); }), to);
     } else if constexpr (batchesTogether() == 1) {
       const auto px = src_.load(from);
-      auto result = convertLoad<typename Src::T, typename Dst::T>(op_, px);
+      auto result = convertPixels<typename Src::T, typename Dst::T>(op_, px);
       if constexpr (Dst::kTakesAlpha) result.alpha = px.alpha;
       dst_.store(result, to);
     } else {
       Pixels<F32> px[batchesTogether()], result[batchesTogether()];
       for (int i = 0; i < batchesTogether(); ++i) px[i] = src_.load(advance<Src>(from, i * Src::kBatch));
-      applyToLoads(op_, px, result);
+      applyFloats(op_, px, result);
       for (int i = 0; i < batchesTogether(); ++i) dst_.store(result[i], advance<Dst>(to, i * Dst::kBatch));
     }
   }

@@ -19,6 +19,7 @@
 #endif
 
 #include <cstring>
+#include <utility>
 
 #include "engine/image.h"
 #include "engine/interleave-inl.h"
@@ -242,32 +243,48 @@ struct P4 : Planar<D, 4> {
   }
 };
 
-/// A layout of signed 16-bit samples as one of unsigned ones, 32768 higher: a layout of uint16_t with the top bit
-/// flipped.
-template <class Layout>
-struct Biased : Layout {
+/// A layout whose pixels are changed after they are loaded and back before they are stored: Change::of is its own
+/// inverse.
+template <class Layout, class Change>
+struct Changed : Layout {
   using Layout::Layout;
   using P = Pixels<typename Layout::V>;
 
   template <class From>
   KIP_INLINE P load(const From& from) const {
-    return flip(Layout::load(from));
+    return Change::of(Layout::load(from));
   }
   template <class From>
-  void loadWide(const From&) const = delete;  // the layout's own would not flip
+  void loadWide(const From&) const = delete;  // the layout's own would not change them
   template <class To>
   KIP_INLINE void store(const P& px, const To& to) const {
-    Layout::store(flip(px), to);
+    Layout::store(Change::of(px), to);
   }
+};
 
- private:
-  KIP_INLINE static P flip(P px) {
-    using T = typename Layout::T;
+struct FlipTopBits {
+  template <class V>
+  KIP_INLINE static Pixels<V> of(Pixels<V> px) {
+    using T = hn::TFromV<V>;
     const auto top = set<T>(static_cast<T>(1u << (8 * sizeof(T) - 1)));
     px.a = hn::Xor(px.a, top), px.b = hn::Xor(px.b, top), px.c = hn::Xor(px.c, top);
     return px;
   }
 };
+/// A layout of signed samples as one of unsigned ones, higher by half their range.
+template <class Layout>
+using Biased = Changed<Layout, FlipTopBits>;
+
+struct ReverseChannels {
+  template <class V>
+  KIP_INLINE static Pixels<V> of(Pixels<V> px) {
+    std::swap(px.a, px.c);
+    return px;
+  }
+};
+/// Planes B, G, R as pixels in the order R, G, B.
+template <class Layout>
+using Reversed = Changed<Layout, ReverseChannels>;
 
 /// Two rows of a full-resolution layout, for conversions that share chroma vertically.
 template <class Layout>
