@@ -223,8 +223,7 @@ struct FourInterleaved {
   KIP_INLINE static void storeThree(V a, V b, V c, T* samples) {
     U8 v[kVectors];
     interleaveFour<T>(a, b, c, hn::Zero(Tag<T>()), v);
-    const U8 fourth = blockTable(kTables.fourth);
-    for (int k = 0; k < kVectors; ++k) v[k] = hn::Or(v[k], hn::And(vectorAt(samples, k), fourth));
+    for (int k = 0; k < kVectors; ++k) v[k] = withFourth(v[k], vectorAt(samples, k));
     for (int k = 0; k < kVectors; ++k) storeAt(v[k], samples, k);
   }
 
@@ -251,6 +250,15 @@ struct FourInterleaved {
 
   KIP_INLINE static U8 shuffled(U8 v, const uint8_t (&places)[16]) {
     return sizeof(T) == 4 || !kHasByteShuffle ? v : shuffleBlocks(v, places);
+  }
+  /// Samples whose fourth ones are zero, with those of old ones.
+  KIP_INLINE static U8 withFourth(U8 v, U8 old) {
+    constexpr int kFirstThree = sizeof(T) == 4 ? 0x7 : 0x77;
+    if constexpr (sizeof(T) == 1) {
+      return hn::Or(v, hn::And(old, blockTable(kTables.fourth)));
+    } else {
+      return as<uint8_t>(blendInBlocks<kFirstThree>(as<T>(v), as<T>(old)));
+    }
   }
   KIP_INLINE static U8 vectorAt(const T* samples, int k) {
     return loadBlocks(reinterpret_cast<const uint8_t*>(samples) + 16 * k, kBlockBytes);
