@@ -56,7 +56,8 @@ struct ReduceEach<Kip8u, Kip8u> : ReduceBytes {};
 /// All methods from samples of type S to samples of type D: rows first .. last - 1, or channels when errors diffuse.
 template <class S, class D>
 struct Reduce {
-  static void rows(const Job& job, int first, int last) {
+  /// Not inlined: several functions call it.
+  static HWY_NOINLINE void rows(const Job& job, int first, int last) {
     const KipiDitherType method = static_cast<const Reduction*>(job.parameters)->method;
     const bool diffuses = method != kipDitherNone && method != kipDitherBayer;
     return diffuses ? Diffuse<S, D>::channels(job, first, last) : ReduceEach<S, D>::rows(job, first, last);
