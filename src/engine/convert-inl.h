@@ -210,13 +210,14 @@ class Convert {
 template <int kRun, class Op, class Tail, class Src, class Dst>
 struct ConvertRuns {
   static void rows(const Job& job, int first, int last) {
-    if (job.width % kRun == 0) return Convert<Op, Src, Dst>::rows(job, first, last);
-    const int runs = job.width - job.width % kRun;
-    const Convert<Op, Src, Dst> run(job);
+    Job runs = job;
+    runs.width -= job.width % kRun;
+    const bool hasTails = runs.width < job.width;
     const Convert<Tail, Src, Dst> tail(job);
-    for (int y = first; y < last; ++y) {
-      run.pixels(y, 0, runs);
-      tail.pixels(y, runs, job.width);
+    for (int y = first, next; y < last; y = next) {
+      next = hasTails ? y + 1 : last;
+      Convert<Op, Src, Dst>::rows(runs, y, next);
+      if (hasTails) tail.pixels(y, runs.width, job.width);
     }
   }
 };
