@@ -139,11 +139,13 @@ KIP_INLINE auto convertPixels(const Op& op, const Pixels<V>& px) {
 template <class Op, class Src, class Dst = Src>
 class Convert {
  public:
-  KIP_INLINE explicit Convert(const Job& job)
-      : job_(job), op_(makeFor<Op>(job)), src_(makeFor<Src>(job)), dst_(makeFor<Dst>(job)) {}
+  KIP_INLINE explicit Convert(const Job& job) : Convert(job, makeFor<Op>(job)) {}
+  KIP_INLINE Convert(const Job& job, const Op& op)
+      : job_(job), op_(op), src_(makeFor<Src>(job)), dst_(makeFor<Dst>(job)) {}
 
-  static void rows(const Job& job, int first, int last) {
-    const Convert convert(job);
+  static void rows(const Job& job, int first, int last) { rows(job, makeFor<Op>(job), first, last); }
+  KIP_INLINE static void rows(const Job& job, const Op& op, int first, int last) {
+    const Convert convert(job, op);
     forJobRows<Src, Dst>(job, first, last, job.width,
                          [&](const auto& from, const auto& to, size_t pixels)
                              KIP_INLINE_LAMBDA { convert.row(from, to, 0, pixels); });

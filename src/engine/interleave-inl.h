@@ -39,7 +39,20 @@ KIP_INLINE void storeThreeUnits(U8 first, U8 second, U8 third, uint8_t* to) {
   }
 }
 
-/// The samples of four vectors side by side: of each block, its first quarter to the first vector.
+/// The lower, and the upper, halves of the blocks of two vectors, as units to storeTwoUnits.
+KIP_INLINE void unzipHalves(U8 first, U8 second, U8& lower, U8& upper) {
+  const auto a = as<uint64_t>(first), b = as<uint64_t>(second);
+  lower = as<uint8_t>(hn::InterleaveLower(a, b)), upper = as<uint8_t>(hn::InterleaveUpper(Tag<uint64_t>(), a, b));
+}
+/// The inverse of loadUnits for two, and for four vectors whose units follow one another.
+KIP_INLINE void storeTwoUnits(U8 first, U8 second, uint8_t* to) { storeTwoBlocks(first, second, to); }
+KIP_INLINE void storeFourUnits(const U8 (&v)[4], uint8_t* to) {
+  for (int k = 0; k < 4; ++k) {
+    storeBlocksAt(v[k], [&](int b) KIP_INLINE_LAMBDA { return to + kUnit * (4 * b + k); });
+  }
+}
+
+/// The samples of four vectors side by side: of each unit, its first quarter to the first vector.
 template <class T>
 KIP_INLINE void interleaveFour(Vector<T> a, Vector<T> b, Vector<T> c, Vector<T> d, U8 (&v)[4]) {
   using Two = hwy::MakeUnsigned<hwy::MakeWide<hwy::MakeUnsigned<T>>>;
@@ -216,7 +229,7 @@ struct FourInterleaved {
   KIP_INLINE static void store(V a, V b, V c, V d, T* samples) {
     U8 v[kVectors];
     interleaveFour<T>(a, b, c, d, v);
-    for (int k = 0; k < kVectors; ++k) storeAt(v[k], samples, k);
+    storeFourUnits(v, reinterpret_cast<uint8_t*>(samples));
   }
 
   /// Leaves the fourth channel in memory as it is.
@@ -224,7 +237,7 @@ struct FourInterleaved {
     U8 v[kVectors];
     interleaveFour<T>(a, b, c, hn::Zero(Tag<T>()), v);
     for (int k = 0; k < kVectors; ++k) v[k] = withFourth(v[k], vectorAt(samples, k));
-    for (int k = 0; k < kVectors; ++k) storeAt(v[k], samples, k);
+    storeFourUnits(v, reinterpret_cast<uint8_t*>(samples));
   }
 
  private:
@@ -262,10 +275,6 @@ struct FourInterleaved {
   }
   KIP_INLINE static U8 vectorAt(const T* samples, int k) {
     return loadBlocks(reinterpret_cast<const uint8_t*>(samples) + 16 * k, kBlockBytes);
-  }
-  KIP_INLINE static void storeAt(U8 v, T* samples, int k) {
-    uint8_t* to = reinterpret_cast<uint8_t*>(samples) + 16 * k;
-    storeBlocksAt(v, [&](int b) KIP_INLINE_LAMBDA { return to + b * kBlockBytes; });
   }
 };
 

@@ -345,13 +345,10 @@ KIP_INLINE I32 dotQuads(I32 start, U8 bytes, I8 factors) {
 /// The upper 16 bits of 32-bit lanes, those of `even` and of `odd` in turn.
 KIP_INLINE I16 interleaveHigh16(I32 even, I32 odd) {
 #if KIP_ISA == KIP_ISA_AVX512
-  alignas(64) static constexpr struct Table {
-    uint16_t upper[32];
-    constexpr Table() : upper() {
-      for (int i = 0; i < 32; ++i) upper[i] = i % 2 * 32 + (i | 1);
-    }
-  } kTable;
-  return I16{_mm512_permutex2var_epi16(even.raw, _mm512_load_si512(kTable.upper), odd.raw)};
+  // One instruction on every processor, unlike a permute of two sources.
+  const __m512i lower = _mm512_set1_epi32(0x80800302);
+  const __m512i ofBlocks = _mm512_add_epi32(lower, _mm512_set4_epi32(0x0C0C, 0x0808, 0x0404, 0));
+  return I16{_mm512_mask_shuffle_epi8(odd.raw, 0x3333333333333333, even.raw, ofBlocks)};
 #else
   return hn::OddEven(as<int16_t>(odd), as<int16_t>(hn::ShiftRight<16>(as<uint32_t>(even))));
 #endif

@@ -14,8 +14,11 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
+/// Which channel comes again as the fourth byte of a lane.
+enum Again { kSecondAgain = 1, kThirdAgain = 2 };
+
 /// A batch of pixels, a quarter of it in each vector: four bytes to a lane, the third channel, the second, the first
-/// and the second again.
+/// and the second or the third again.
 struct PixelLanes {
   static constexpr int kVectors = 4;
   U8 of[kVectors];
@@ -41,11 +44,12 @@ KIP_INLINE ResultLanes convertPixels(const Op& op, const PixelLanes& px) {
 }
 
 /// Which channel is byte i of a lane.
-constexpr int channelAt(int i) { return i % 2 == 1 ? 1 : 2 - i; }
+constexpr int channelAt(Again again, int i) { return i == 3 ? again : 2 - i; }
 /// Where channel c of pixel p lies in ResultLanes.
 constexpr uint8_t resultAt(int p, int c) { return p / 4 * 16 + 2 * (p % 4) + (c == 0 ? 0 : c == 2 ? 1 : 8); }
 
 /// Shuffles between interleaved pixels, lanes and results.
+template <Again kAgain>
 struct LaneTables {
   static constexpr int kBytes = kUnit / 4 * 3;  // of as many pixels of three bytes as a unit has lanes
   static constexpr int kBack = kUnit - kBytes;  // the last unit is loaded so that it ends where the pixels end
@@ -58,7 +62,7 @@ struct LaneTables {
 
   constexpr LaneTables() : spread(), gathered(), last(), upper(), first(), ordered(), interleaved() {
     for (int i = 0; i < kUnit; ++i) {
-      for (int end = 0; end < 2; ++end) spread[end][i] = i / 4 * 3 + channelAt(i % 4) + end * kBack;
+      for (int end = 0; end < 2; ++end) spread[end][i] = i / 4 * 3 + channelAt(kAgain, i % 4) + end * kBack;
       const int quarter = i / kBack;
       last[i] = quarter == 3 ? 0xFF : 0, upper[i] = quarter >= 2 ? 0xFF : 0, first[i] = quarter == 0 ? 0xFF : 0;
     }
@@ -67,34 +71,37 @@ struct LaneTables {
     }
     for (int i = 0; i < 16; ++i) {
       const int pixel = i / 4, channel = i % 4;
-      ordered[i] = pixel * 4 + channelAt(channel);
+      ordered[i] = pixel * 4 + channelAt(kAgain, channel);
       interleaved[i] = channel == 3 ? kNoByte : resultAt(pixel, channel);
     }
   }
 };
-constexpr LaneTables kLaneTables{};
+template <Again kAgain>
+constexpr LaneTables<kAgain> kLaneTables{};
 
 /// Four bytes to a lane as PixelLanes have them.
+template <Again kAgain>
 KIP_INLINE U8 orderedLanes(U8 v) {
-  if constexpr (kHasByteShuffle) return shuffleBlocks(v, kLaneTables.ordered);
-  return LaneShuffle<channelAt(0), channelAt(1), channelAt(2), channelAt(3)>::of(v);
+  if constexpr (kHasByteShuffle) return shuffleBlocks(v, kLaneTables<kAgain>.ordered);
+  return LaneShuffle<2, 1, 0, kAgain>::of(v);
 }
 /// Results as four bytes to a lane, the fourth of them zero.
 KIP_INLINE U8 interleavedLanes(U8 v) {
-  if constexpr (kHasByteShuffle) return shuffleBlocks(v, kLaneTables.interleaved);
+  if constexpr (kHasByteShuffle) return shuffleBlocks(v, kLaneTables<kSecondAgain>.interleaved);
   return as<uint8_t>(hn::Or(lowerBytes(v), hn::ShiftLeft<8>(upperBytes(v))));
 }
 
-template <class Layout>
+/// Layouts of bytes whose batches are lanes or results.
+template <class Layout, Again kAgain = kSecondAgain>
 struct Whole;
 
 /// Four interleaved bytes; the fourth of a destination stays.
-template <>
-struct Whole<AC4<>> : AC4<> {
+template <Again kAgain>
+struct Whole<AC4<>, kAgain> : AC4<> {
   KIP_INLINE PixelLanes load(const Rows<const Kip8u, 1>& from) const {
     PixelLanes px;
     for (int k = 0; k < PixelLanes::kVectors; ++k) {
-      px.of[k] = orderedLanes(hn::LoadU(Tag<uint8_t>(), from.at[0] + k * kBytes));
+      px.of[k] = orderedLanes<kAgain>(hn::LoadU(Tag<uint8_t>(), from.at[0] + k * kBytes));
     }
     return px;
   }
@@ -112,18 +119,18 @@ struct Whole<AC4<>> : AC4<> {
 };
 
 /// Three interleaved bytes: four vectors with three quarters of each unit, or three with all.
-template <>
-struct Whole<C3<>> : C3<> {
+template <Again kAgain>
+struct Whole<C3<>, kAgain> : C3<> {
   KIP_INLINE PixelLanes load(const Rows<const Kip8u, 1>& from) const {
-    using T = LaneTables;
+    using T = LaneTables<kAgain>;
     PixelLanes px;
     for (int k = 0; k < PixelLanes::kVectors; ++k) {
       const int end = k == 3;
       const U8 v = loadUnits(from.at[0] + T::kBytes * k - end * T::kBack, 3 * kUnit);
       if constexpr (kHasByteShuffle) {
-        px.of[k] = shuffleUnits(v, kLaneTables.spread[end]);
+        px.of[k] = shuffleUnits(v, kLaneTables<kAgain>.spread[end]);
       } else {
-        px.of[k] = orderedLanes(end ? threesToLanes<T::kBack>(v) : threesToLanes<0>(v));
+        px.of[k] = orderedLanes<kAgain>(end ? threesToLanes<T::kBack>(v) : threesToLanes<0>(v));
       }
     }
     return px;
@@ -134,14 +141,43 @@ struct Whole<C3<>> : C3<> {
       for (int k = 0; k < PixelLanes::kVectors; ++k) v[k] = interleavedLanes(px.of[k]);
       return storeWithoutFourths<uint8_t>(v, to.at[0]);
     }
-    for (int k = 0; k < PixelLanes::kVectors; ++k) v[k] = shuffleUnits(px.of[k], kLaneTables.gathered[k]);
+    for (int k = 0; k < PixelLanes::kVectors; ++k) v[k] = shuffleUnits(px.of[k], kTables.gathered[k]);
     const auto join = [&](U8 a, U8 b, const uint8_t(&ofB)[kUnit]) KIP_INLINE_LAMBDA {
       const auto lanes = hn::MaskFromVec(as<uint32_t>(unitTable(ofB)));
       return as<uint8_t>(hn::IfThenElse(lanes, as<uint32_t>(b), as<uint32_t>(a)));
     };
-    storeThreeUnits(join(v[0], v[1], kLaneTables.last), join(v[1], v[2], kLaneTables.upper),
-                    join(v[3], v[2], kLaneTables.first), to.at[0]);
+    storeThreeUnits(join(v[0], v[1], kTables.last), join(v[1], v[2], kTables.upper), join(v[3], v[2], kTables.first),
+                    to.at[0]);
   }
+
+ private:
+  static constexpr const auto& kTables = kLaneTables<kSecondAgain>;  // those of results are the same
+};
+
+/// Three planes: the pixels of each unit of each vector are those that it has of C3.
+template <Again kAgain>
+struct Whole<P3<>, kAgain> : P3<> {
+  KIP_INLINE PixelLanes load(const Rows<const Kip8u, 3>& from) const {
+    const Pixels<U8> px = P3<>::load(from);
+    PixelLanes lanes;
+    interleaveFour<uint8_t>(px.c, px.b, px.a, kAgain == kSecondAgain ? px.b : px.c, lanes.of);
+    return lanes;
+  }
+};
+
+/// Four interleaved bytes, all written, of pixels as C3 or P3 have them.
+template <>
+struct Whole<C4<>> : C4<> {
+  KIP_INLINE explicit Whole(const Job& job)
+      : C4<>(job), fourth_(as<uint8_t>(keepInRegister<uint32_t>(static_cast<uint32_t>(job.alpha & 0xFF) << 24))) {}
+  KIP_INLINE void store(const ResultLanes& px, const Rows<Kip8u, 1>& to) const {
+    U8 v[PixelLanes::kVectors];
+    for (int k = 0; k < PixelLanes::kVectors; ++k) v[k] = hn::Or(interleavedLanes(px.of[k]), fourth_);
+    storeFourUnits(v, to.at[0]);
+  }
+
+ private:
+  U8 fourth_;
 };
 
 }  // namespace HWY_NAMESPACE

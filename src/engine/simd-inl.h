@@ -73,6 +73,11 @@ KIP_INLINE U8 packInOrder(I32 first, I32 second, I32 third, I32 fourth) {
   }
 }
 
+/// Bytes of the lower or, if `half` is 1, of the upper halves of the blocks of two vectors side by side.
+KIP_INLINE U8 sideBySideInBlocks(U8 first, U8 second, int half) {
+  return half == 0 ? hn::InterleaveLower(first, second) : hn::InterleaveUpper(Tag<uint8_t>(), first, second);
+}
+
 /// 16 bytes, in each block.
 KIP_INLINE U8 blockTable(const uint8_t (&bytes)[16]) { return hn::LoadDup128(Tag<uint8_t>(), bytes); }
 

@@ -7,6 +7,7 @@
 #define KIP_LUMACHROMA_PACKED16_INL_H_
 #endif
 
+#include "engine/lanes-inl.h"
 #include "engine/pairs-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -42,34 +43,62 @@ KIP_INLINE U16 shiftWords(U16 words) {
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
-// Words as a destination. Channels come as bytes x 256.
+// Words as a destination
 
 /// The upper bits of each channel.
+template <const Fields& kFields>
 struct Truncated {
-  template <int kBits, int kAt>
-  KIP_INLINE U16 field(U16 channel) const {
-    return maskBits<kAt + kBits, kBits>(hn::ShiftRight<16 - kAt - kBits>(channel));
+  using W = WordsOf<kFields>;
+
+  /// Of one half of each block.
+  KIP_INLINE U16 words(const Pixels<U8>& px, int half) const {
+    return words(as<uint16_t>(sideBySideInBlocks(px.a, px.c, half)),
+                 as<uint16_t>(sideBySideInBlocks(px.b, hn::Zero(Tag<uint8_t>()), half)));
+  }
+  /// From the first and the third channel as the bytes of 16-bit lanes, and from the second one in such lanes.
+  KIP_INLINE static U16 words(U16 outer, U16 second) {
+    constexpr int kDown = 8 - kFields.low, kHighDown = 16 - W::kEnd;
+    const U16 middle = maskBits<W::kHighAt, kFields.middle>(shiftWords<W::kHighAt - 8>(second));
+    if constexpr (kDown == kHighDown) {
+      constexpr uint16_t kBoth = 0x101 * ((1 << kFields.low) - 1);
+      return hn::Or(hn::And(hn::ShiftRight<kDown>(outer), set(kBoth)), middle);
+    } else {
+      const U16 low = maskBits<kFields.low, kFields.low>(hn::ShiftRight<kDown>(outer));
+      return hn::Or(hn::Or(low, maskBits<W::kEnd, kFields.high>(shiftWords<-kHighDown>(outer))), middle);
+    }
   }
 };
 
 /// A 4 x 4 ordered dither: levels whose rest is above a threshold that depends on the pixel's place become the next
-/// one. The thresholds are at the scale of the channels, those of 4 bits for steps of 17 and the others for 255 / 31.
+/// one. The thresholds are at the scale of the channels x 256, those of 4 bits for steps of 17 and the others for
+/// 255 / 31. The first channel is the lowest field or, if reversed, the highest one, which has as many bits.
+template <const Fields& kFields>
 class Dithered {
  public:
+  using W = WordsOf<kFields>;
+
   /// For batches that begin at column x of row y.
-  KIP_INLINE Dithered(size_t x, int y)
+  KIP_INLINE Dithered(size_t x, int y, bool reversed)
       : thresholds5_(row(kThresholds5, x, y)),
         thresholds4_(row(kThresholds4, x, y)),
-        thresholds6_(hn::ShiftRight<1>(thresholds5_)) {}
+        thresholds6_(hn::ShiftRight<1>(thresholds5_)),
+        first_(keepInRegister<uint16_t>(reversed ? kHigh : kLow)),
+        third_(keepInRegister<uint16_t>(reversed ? kLow : kHigh)) {}
 
-  template <int kBits, int kAt>
-  KIP_INLINE U16 field(U16 channel) const {
-    if constexpr (kBits == 4) return hn::ShiftLeft<kAt>(level(channel, steps4_, thresholds4_));
-    if constexpr (kBits == 5) return hn::ShiftLeft<kAt>(level(channel, steps5_, thresholds5_));
-    return hn::ShiftLeft<kAt>(level(channel, steps6_, thresholds6_));
+  KIP_INLINE U16 words(const Pixels<U8>& px, int half) const {
+    const auto times256 = [&](U8 channel) KIP_INLINE_LAMBDA {
+      return as<uint16_t>(sideBySideInBlocks(hn::Zero(Tag<uint8_t>()), channel, half));
+    };
+    const U16 middle = hn::ShiftLeft<W::kMiddleAt>(level<kFields.middle>(times256(px.b)));
+    return hn::Or(hn::Or(hn::Mul(level<kFields.low>(times256(px.a)), first_),
+                         hn::Mul(level<kFields.high>(times256(px.c)), third_)),
+                  middle);
   }
 
  private:
+  static_assert(kFields.low == kFields.high);
+  static constexpr uint16_t kLow = 1, kHigh = 1 << W::kHighAt;  // what moves a level to its field
+
   /// What it takes to find levels 0 .. last and the distance of one from the next, 65280 / last.
   struct Steps {
     U16 last, distance;
@@ -89,6 +118,12 @@ class Dithered {
     return as<int16_t>(keepInRegister<uint64_t>(four));
   }
 
+  template <int kBits>
+  KIP_INLINE U16 level(U16 channel) const {
+    if constexpr (kBits == 4) return level(channel, steps4_, thresholds4_);
+    if constexpr (kBits == 5) return level(channel, steps5_, thresholds5_);
+    return level(channel, steps6_, thresholds6_);
+  }
   KIP_INLINE static U16 level(U16 channel, const Steps& steps, I16 thresholds) {
     const U16 lower = hn::MulHigh(channel, steps.last);
     const I16 rest = as<int16_t>(hn::Sub(channel, hn::Mul(lower, steps.distance)));
@@ -96,38 +131,34 @@ class Dithered {
   }
 
   I16 thresholds5_, thresholds4_, thresholds6_;
+  U16 first_, third_;
   Steps steps5_{31, 2105}, steps6_{63, 1036}, steps4_{15, 4352};
 };
 
-/// Pixels to words, each channel quantized to its field. The job says which channel is the lowest field.
-template <const Fields& kFields, class Quantizer = Truncated>
+/// Pixels to words, each channel quantized to its field, the first one to the lowest.
+template <const Fields& kFields, class Quantizer = Truncated<kFields>>
 struct ToWords : WordsOf<kFields> {
-  using W = WordsOf<kFields>;
-
-  KIP_INLINE explicit ToWords(const Job& job, Quantizer q = {})
-      : quantizer(q), reversed_(keepInRegister<uint8_t>(job.reversed ? 0xFF : 0)) {}
+  KIP_INLINE explicit ToWords(Quantizer q = {}) : quantizer(q) {}
 
   KIP_INLINE void store(const Pixels<U8>& px, const Rows<Kip8u, 1>& to) const {
-    const U8 difference = hn::And(hn::Xor(px.a, px.c), reversed_);
-    const U8 low = hn::Xor(px.a, difference), high = hn::Xor(px.c, difference);
-    const Tag<uint8_t> d;
-    const U8 zero = hn::Zero(d);
-    const auto words = [&](U8 l, U8 m, U8 h) KIP_INLINE_LAMBDA {
-      return as<uint8_t>(hn::Or(hn::Or(quantizer.template field<kFields.low, 0>(as<uint16_t>(l)),
-                                       quantizer.template field<kFields.middle, W::kMiddleAt>(as<uint16_t>(m))),
-                                quantizer.template field<kFields.high, W::kHighAt>(as<uint16_t>(h))));
-    };
-    storeTwoBlocks(
-        words(hn::InterleaveLower(zero, low), hn::InterleaveLower(zero, px.b), hn::InterleaveLower(zero, high)),
-        words(hn::InterleaveUpper(d, zero, low), hn::InterleaveUpper(d, zero, px.b),
-              hn::InterleaveUpper(d, zero, high)),
-        to.at[0]);
+    storeTwoBlocks(as<uint8_t>(quantizer.words(px, 0)), as<uint8_t>(quantizer.words(px, 1)), to.at[0]);
   }
 
   Quantizer quantizer;
+};
 
- private:
-  U8 reversed_;  ///< all bits, or none
+/// The same of lanes.
+template <const Fields& kFields>
+struct Whole<ToWords<kFields>> : ToWords<kFields> {
+  KIP_INLINE Whole() {}
+  KIP_INLINE void store(const ResultLanes& px, const Rows<Kip8u, 1>& to) const {
+    const auto words = [](U8 first, U8 second) KIP_INLINE_LAMBDA {
+      U8 outer, middle;
+      unzipHalves(first, second, outer, middle);
+      return as<uint8_t>(Truncated<kFields>::words(as<uint16_t>(outer), as<uint16_t>(middle)));
+    };
+    storeTwoUnits(words(px.of[0], px.of[1]), words(px.of[2], px.of[3]), to.at[0]);
+  }
 };
 
 // ---------------------------------------------------------------------------------------------------------------------

@@ -1,5 +1,7 @@
 // RGB packed in 16-bit words from YCbCr, YUV and RGB bytes, truncated or with an ordered dither.
 
+#include <utility>
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "lumachroma/packed16.cpp"
 #include "hwy/foreach_target.h"
@@ -18,19 +20,54 @@ namespace {
 // Truncated: the arithmetic of BT.601, floored
 
 template <class Src, class Dst>
-using Full = Convert<PerPixel<kFloored1>, Src, Dst>;
+struct Full {
+  static void rows(const Job& job, int first, int last) {
+    static constexpr InverseWeights kForward = laneWeights(kFloored1, false), kReversed = laneWeights(kFloored1, true);
+    if (job.reversed) {
+      convertLanes<Src, Dst, true>(kReversed, job, first, last);
+    } else {
+      convertLanes<Src, Dst, false>(kForward, job, first, last);
+    }
+  }
+};
+
+KIP_INLINE const InverseWeights& weightsFor(const Job& job) {
+  static constexpr InverseWeights kForward = groupWeights(kFloored1, false), kReversed = groupWeights(kFloored1, true);
+  return job.reversed ? kReversed : kForward;
+}
+
 template <class Src, class Dst>
-using Groups = Decode<PerGroup<kFloored1, Src>, Src, Dst>;
+struct Groups {
+  static void rows(const Job& job, int first, int last) { decodeGroups<Src, Dst>(weightsFor(job), job, first, last); }
+};
 template <class Dst>
-using Packed = DecodePacked<PerGroup<kFloored1, YCbYCr>, YCbYCr, Dst>;
+struct Packed {
+  static void rows(const Job& job, int first, int last) {
+    decodePacked<YCbYCr, Dst>(weightsFor(job), job, first, last);
+  }
+};
+
+/// For the reverse order, U and V change places, and what they are multiplied by.
 template <class Dst>
-using Yuv420 = Decode<yuv::PerPair<yuv::Inverse2>, Planar420, Dst>;
+struct Yuv420 {
+  static void rows(const Job& job, int first, int last) {
+    const auto [vToR, uToG, vToG, uToB] = yuv::kFactors2;
+    const yuv::Factors factors = job.reversed ? yuv::Factors{uToB, vToG, uToG, vToR} : yuv::kFactors2;
+    Job ordered = job;
+    if (job.reversed) {
+      std::swap(ordered.src.plane[1], ordered.src.plane[2]);
+      std::swap(ordered.src.step[1], ordered.src.step[2]);
+    }
+    using Op = yuv::PerPair<yuv::InverseDoubled>;
+    Decode<Op, Planar420, Dst>::rows(ordered, Op(yuv::InverseDoubled(factors)), first, last);
+  }
+};
 
 /// Planar 4:2:2 has chroma for the last pixel of an odd width.
 template <class Dst>
 struct Planes422 {
   static void rows(const Job& job, int first, int last) {
-    const Groups<Planar422, Dst> groups(job);
+    const Decode<PerGroup<Planar422>, Planar422, Dst> groups(job, PerGroup<Planar422>(weightsFor(job)));
     for (int y = first; y < last; ++y) groups.pixels(y, 0, job.width);
   }
 };
@@ -91,12 +128,12 @@ struct RowsOf420 : Planar422 {
 /// Rows in groups of kGroup, and columns too.
 template <class Src, const Fields& kFields, int kGroup = 1>
 struct Dither {
-  using Dst = ToWords<kFields, Dithered>;
+  using Dst = ToWords<kFields, Dithered<kFields>>;
 
   static void rows(const Job& job, int first, int last) {
     const Src src;
     for (int y = first * kGroup; y < last * kGroup; ++y) {
-      const Dst dst(job, Dithered(0, y));
+      const Dst dst(Dithered<kFields>(0, y, job.reversed));
       walk(src, dst, Src::rows(job.src, y), Dst::rows(job.dst, y), job.width / kGroup * kGroup);
     }
   }
@@ -120,12 +157,12 @@ struct DitherPacked {
     const int pairs = wholeGroups<Src>(job.width);
     for (int y = first; y < last; ++y) {
       const auto to = Dst::rows(job.dst, y);
-      Walk::walk(src, Dst(job, Dithered(0, y)), Src::rows(job.src, y), to, pairs);
+      Walk::walk(src, Dst(Dithered<kFields>(0, y, job.reversed)), Src::rows(job.src, y), to, pairs);
       if (pairs == job.width) continue;
       Kip8u pair[4];
       lastPair<Src>(job, y, pair);
       PaddedBatch<Dst> out;
-      Walk::walk(src, Dst(job, Dithered(pairs, y)), Rows<const Kip8u, 1>{{pair}}, out.rows, 2);
+      Walk::walk(src, Dst(Dithered<kFields>(pairs, y, job.reversed)), Rows<const Kip8u, 1>{{pair}}, out.rows, 2);
       out.copyTo(advance<Dst>(to, pairs), 1);
     }
   }

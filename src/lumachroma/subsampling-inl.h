@@ -42,8 +42,9 @@ struct Subsampled4 {
 };
 
 /// Samples in 16-bit lanes, half a batch of pixels in each vector. The layout's kLumaByte and kChromaByte tell which of
-/// the two bytes of a lane is the sample. Luma by row and half, which the layout puts in order once they are packed;
-/// chroma by half, a pair (u, v), or (v, u) if kChromaSwapped, for each two pixels of the luma beside it.
+/// the two bytes of a lane is the sample of luma. Luma by row and half, which the layout puts in order once they are
+/// packed; chroma by half, bytes u, v, u, v, or v, u, v, u if kChromaSwapped, for each two pixels of the luma beside
+/// it.
 struct InLanes {
   U8 y[2][2];
   U8 chroma[2];
@@ -75,11 +76,25 @@ struct Packed422 : Interleaved<Tag<uint8_t>, 2> {
   KIP_INLINE InLanes loadInLanes(const Rows<const Kip8u, 1>& from) const {
     InLanes s;
     for (int half = 0; half < 2; ++half) {
-      s.y[0][half] = s.chroma[half] = loadUnits(from.at[0] + kUnit * half, 2 * kUnit);
+      s.y[0][half] = loadUnits(from.at[0] + kUnit * half, 2 * kUnit);
+      s.chroma[half] = chromaTwice(s.y[0][half]);
     }
     return s;
   }
   KIP_INLINE static U8 packedInOrder(U8 packed) { return unitsInOrder(packed); }
+
+ private:
+  KIP_INLINE static U8 chromaTwice(U8 v) {
+    constexpr int kFirst = kChromaByte, kSecond = kFirst + 2;
+    alignas(16) static constexpr struct Table {
+      uint8_t places[16];
+      constexpr Table() : places() {
+        for (int i = 0; i < 16; ++i) places[i] = i / 4 * 4 + (i % 2 == 0 ? kFirst : kSecond);
+      }
+    } kTable;
+    if constexpr (kHasByteShuffle) return shuffleBlocks(v, kTable.places);
+    return LaneShuffle<kFirst, kSecond, kFirst, kSecond>::of(v);
+  }
 };
 
 /// What planar layouts have in common: samples in the lower bytes of their lanes.
@@ -95,8 +110,9 @@ struct InLowerBytes {
   }
   /// From the samples of each pixel pair, in order.
   KIP_INLINE static void pairChroma(I16 u, I16 v, U8 (&halves)[2]) {
-    halves[0] = as<uint8_t>(hn::InterleaveLower(u, v));
-    halves[1] = as<uint8_t>(hn::InterleaveUpper(Tag<int16_t>(), u, v));
+    const I16 uv = hn::Or(u, hn::ShiftLeft<8>(v));
+    halves[0] = as<uint8_t>(hn::InterleaveLower(uv, uv));
+    halves[1] = as<uint8_t>(hn::InterleaveUpper(Tag<int16_t>(), uv, uv));
   }
 };
 
@@ -294,11 +310,12 @@ class Decode {
  public:
   using GroupOf = std::conditional_t<Src::kLumaRows == 2, TwoRows<Dst>, Dst>;
 
-  KIP_INLINE explicit Decode(const Job& job)
-      : job_(job), op_(makeFor<Op>(job)), src_(makeFor<Src>(job)), dst_(makeFor<Dst>(job)) {}
+  KIP_INLINE explicit Decode(const Job& job, const Op& op = Op())
+      : job_(job), op_(op), src_(makeFor<Src>(job)), dst_(makeFor<Dst>(job)) {}
 
-  static void rows(const Job& job, int first, int last) {
-    const Decode decode(job);
+  static void rows(const Job& job, int first, int last) { rows(job, Op(), first, last); }
+  KIP_INLINE static void rows(const Job& job, const Op& op, int first, int last) {
+    const Decode decode(job, op);
     forJobRows<Src, GroupOf>(job, first, last, wholeGroups<Src>(job.width),
                              [&](const auto& from, const auto& to, size_t pixels)
                                  KIP_INLINE_LAMBDA { decode.group(from, to, 0, pixels); });
@@ -351,20 +368,21 @@ void lastPair(const Job& job, int y, Kip8u (&pair)[4]) {
 /// As Decode from packed 4:2:2, and the last pixel of an odd width.
 template <class Op, class Src, class Dst>
 struct DecodePacked {
-  static void rows(const Job& job, int first, int last) {
-    Decode<Op, Src, Dst>::rows(job, first, last);
+  static void rows(const Job& job, int first, int last) { rows(job, Op(), first, last); }
+  KIP_INLINE static void rows(const Job& job, const Op& op, int first, int last) {
+    Decode<Op, Src, Dst>::rows(job, op, first, last);
     if (job.width % 2 == 0) return;
-    for (int y = first; y < last; ++y) lastPixel(job, y);
+    for (int y = first; y < last; ++y) lastPixel(job, op, y);
   }
 
  private:
-  static void lastPixel(const Job& job, int y) {
+  static void lastPixel(const Job& job, const Op& op, int y) {
     Kip8u pair[4];
     lastPair<Src>(job, y, pair);
     const auto to = advance<Dst>(Dst::rows(job.dst, y), job.width - 1);
     PaddedBatch<Dst> out;
     out.copyFrom(to, 1);
-    Decode<Op, Src, Dst>(job).group({{pair}}, out.rows, 0, 2);
+    Decode<Op, Src, Dst>(job, op).group({{pair}}, out.rows, 0, 2);
     out.copyTo(to, 1);
   }
 };

@@ -14,6 +14,39 @@ HWY_BEFORE_NAMESPACE();
 namespace kip {
 namespace HWY_NAMESPACE {
 
+/// The sums of a channel at full resolution, x 2^16: 32 bits for the even and for the odd pixels, and what is to be
+/// added to the upper halves of both.
+struct Sums {
+  I32 even, odd;
+  I16 upper;
+
+  KIP_INLINE I16 floored() const { return hn::Add(interleaveHigh16(even, odd), upper); }
+};
+
+/// A sample's distance from its zero, times a factor. Bytes come in pairs of sample and zero.
+template <int kFactor>
+class WeighSample {
+ public:
+  KIP_INLINE WeighSample() {}
+
+  KIP_INLINE Sums addTo(const Sums& sums, U8 sampleAndZero) const {
+    const I16 v = dotBytes(sampleAndZero, scale_);
+    I16 upper = sums.upper;
+    if constexpr (kWholes == -1) upper = hn::Sub(upper, v);
+    if constexpr (kWholes == 2) upper = hn::Add(upper, hn::Add(v, v));
+    return {dotPairs(sums.even, v, even_), dotPairs(sums.odd, v, odd_), upper};
+  }
+
+ private:
+  // What no scale brings down to 16 bits is multiples of 2^16.
+  static constexpr int kWholes = (afterScale(kFactor) + kHalf) >> 16;
+  static constexpr int kRest = afterScale(kFactor) - kWholes * kOne;
+  static_assert(kWholes == 0 || kWholes == -1 || kWholes == 2);
+
+  I8 scale_ = keepBytePairs(scaleOf(kFactor), -scaleOf(kFactor));
+  I16 even_ = keepPairs(kRest, 0), odd_ = keepPairs(0, kRest);
+};
+
 /// Full-resolution pixels (Y, Cb, Cr).
 template <const InverseSet& kSet>
 class PerPixel {
@@ -59,45 +92,56 @@ class PerPixel {
   I32 rounding_ = keepInRegister<int32_t>(kSet.rounding.r);
 };
 
+/// Weights of lanes Cr, Cb, Y, Cr. Those of the third channel leave the second pair to luma.
+constexpr InverseWeights laneWeights(const InverseSet& set, bool reversed) {
+  const auto& [y, crToR, cbToG, crToG, cbToB] = set.factors;
+  InverseWeights w = groupWeights(set, reversed);
+  const Shares red = share(crToR, w.luma), green = share(-crToG, -cbToG);
+  w.channel[reversed ? 2 : 0] = {{red.inFree, 0, w.lumaScale, red.inKnown}, red.free, w.luma};
+  w.channel[1] = {{green.inKnown, 1, 0, green.inFree}, -cbToG, green.free};
+  w.channel[reversed ? 0 : 2] = {{0, scaleOf(cbToB), w.lumaScale, 0}, afterScale(cbToB), w.luma};
+  return w;
+}
+
 /// The same for pixels in 32-bit lanes.
-template <const InverseSet& kSet>
+template <bool kReversed>
 class PerLane {
  public:
   using Lane = PixelLanes;
 
-  KIP_INLINE PerLane() {}
+  KIP_INLINE explicit PerLane(const InverseWeights& w) : luma_(keepPairs(0, w.luma)) {
+    for (int c = 0; c < 3; ++c) {
+      channel_[c] = WeighQuads(w.channel[c]);
+      offset_[c] = keepInRegister<int32_t>(w.offset[c]);
+    }
+  }
   KIP_INLINE U8 operator()(U8 px) const {
-    const I16 crAndLuma = dotBytes(px, forR_);
-    return packLanes({crAndYToR_(r_, crAndLuma), toG_(y_(g_, crAndLuma), dotBytes(px, forG_)),
-                      toB_(y_(b_, crAndLuma), dotBytes(px, forB_))});
+    const I16 first = channel_[0].pairs(px), last = channel_[2].pairs(px);
+    const I32 luma = dotPairs(offset_[1], kReversed ? first : last, luma_);
+    return packLanes({channel_[0].sum(offset_[0], first), channel_[1](luma, px), channel_[2].sum(offset_[2], last)});
   }
 
  private:
-  static constexpr Factors kX = kSet.factors;
-
-  // Bytes Cr, Cb, Y, Cb of a lane to two 16-bit samples, Cr and Y or Cb, scaled so that the rest of a factor fits.
-  KIP_INLINE static I8 scales(int cr, int y, int cb) { return as<int8_t>(keepPairs(bytePair(cr, 0), bytePair(y, cb))); }
-  I8 forR_ = scales(scaleOf(kX.crToR), scaleOf(kX.y), 0);
-  I8 forG_ = scales(scaleOf(kX.crToG), 0, scaleOf(kX.cbToG));
-  I8 forB_ = scales(0, 0, scaleOf(kX.cbToB));
-  WeighPairs<0, afterScale(kX.y)> y_;
-  WeighPairs<afterScale(kX.crToR), afterScale(kX.y)> crAndYToR_;
-  WeighPairs<-afterScale(kX.crToG), -afterScale(kX.cbToG)> toG_;
-  WeighPairs<0, afterScale(kX.cbToB)> toB_;
-  I32 r_ = keepInRegister<int32_t>(constantOf(kSet, kSet.rounding.r, kX.crToR));
-  I32 g_ = keepInRegister<int32_t>(constantOf(kSet, kSet.rounding.g, -kX.cbToG - kX.crToG));
-  I32 b_ = keepInRegister<int32_t>(constantOf(kSet, kSet.rounding.b, kX.cbToB));
+  WeighQuads channel_[3];
+  I32 offset_[3];
+  I16 luma_;
 };
 
+/// Full resolution to interleaved pixels, by lanes.
+template <class Src, class Dst, bool kReversed>
+HWY_NOINLINE void convertLanes(const InverseWeights& weights, const Job& job, int first, int last) {
+  Convert<PerLane<kReversed>, Whole<Src, kThirdAgain>, Whole<Dst>>::rows(job, PerLane<kReversed>(weights), first, last);
+}
+
 /// Pixels that share chroma, in 16-bit lanes.
-template <const InverseSet& kSet, class Layout>
+template <class Layout, int kWholes = 0>
 struct PerGroup {
   struct Terms {
     Pixels<I32> half[2];
   };
-  InversePairs<kSet, Layout> inverse;
+  InversePairs<Layout, kWholes> inverse;
 
-  KIP_INLINE PerGroup() {}
+  KIP_INLINE explicit PerGroup(const InverseWeights& weights) : inverse(weights) {}
   template <class Src, class From>
   KIP_INLINE static InLanes load(const Src& src, const From& from) {
     return src.loadInLanes(from);
@@ -108,6 +152,17 @@ struct PerGroup {
     return eachChannel(pack(half(0), half(1)), [](U8 v) KIP_INLINE_LAMBDA { return Layout::packedInOrder(v); });
   }
 };
+
+/// Subsampled pixels, and the last one of an odd width of packed 4:2:2. The coefficients are data: they do not multiply
+/// the code.
+template <class Src, class Dst>
+HWY_NOINLINE void decodeGroups(const InverseWeights& weights, const Job& job, int first, int last) {
+  Decode<PerGroup<Src>, Src, Dst>::rows(job, PerGroup<Src>(weights), first, last);
+}
+template <class Src, class Dst>
+HWY_NOINLINE void decodePacked(const InverseWeights& weights, const Job& job, int first, int last) {
+  DecodePacked<PerGroup<Src>, Src, Dst>::rows(job, PerGroup<Src>(weights), first, last);
+}
 
 }  // namespace HWY_NAMESPACE
 }  // namespace kip

@@ -44,14 +44,13 @@ struct Filtered420 : Planar420Swapped {
   }
 };
 
-template <const InverseSet& kSet>
 struct PerFilteredGroup {
   struct Terms {
     Pixels<I32> even[2], odd[2];
   };
-  InversePairs<kSet, Filtered420> inverse;
+  InversePairs<Filtered420, 1> inverse;
 
-  KIP_INLINE PerFilteredGroup() {}
+  KIP_INLINE explicit PerFilteredGroup(const InverseWeights& weights) : inverse(weights) {}
   KIP_INLINE static InLanesFiltered load(const Filtered420& src, const Rows<const Kip8u, 6>& from) {
     return src.loadFiltered(from);
   }
@@ -65,12 +64,15 @@ struct PerFilteredGroup {
   }
 };
 
-template <const InverseSet& kSet, class Dst>
+template <const InverseSet& kSet, class To>
 struct DecodeFiltered {
+  using Dst = typename To::Layout;
+
   static void rows(const Job& job, int first, int last) {
     const size_t end = wholeGroups<Filtered420>(job.width);
     if (end == 0) return;
-    const Decode<PerFilteredGroup<kSet>, Filtered420, Dst> decode(job);
+    static constexpr InverseWeights kWeights = groupWeights(kSet, To::kReversed);
+    const Decode<PerFilteredGroup, Filtered420, Dst> decode(job, PerFilteredGroup(kWeights));
     for (int group = first; group < last; ++group) {
       const auto to = TwoRows<Dst>::rows(job.dst, group);
       decode.group(Filtered420::rows(job.src, group, 1), to, 0, end - 2);
@@ -82,19 +84,43 @@ struct DecodeFiltered {
 
 // ---------------------------------------------------------------------------------------------------------------------
 
-template <const InverseSet& kSet, class Src, class Dst>
-using Full = Convert<PerPixel<kSet>, Src, Dst>;
-template <const InverseSet& kSet, class Layout>
-using FullInterleaved = Convert<PerLane<kSet>, Whole<Layout>, Whole<Layout>>;
-template <const InverseSet& kSet, class Src, class Dst>
-using Planes = Decode<PerGroup<kSet, Src>, Src, Dst>;
-template <const InverseSet& kSet, class Src, class Dst>
-using Packed = DecodePacked<PerGroup<kSet, Src>, Src, Dst>;
+/// Destinations: the coefficients are reversed, not the layouts.
+template <class Layout_, bool kReversed_ = false>
+struct To {
+  using Layout = Layout_;
+  static constexpr bool kReversed = kReversed_;
+};
+using Rgb = To<C3<>>;
+using Bgr = To<C3<>, true>;
+using RgbAlpha = To<AC4<>>;
+using RgbAval = To<C4<>>;
+using BgrAval = To<C4<>, true>;
+using RgbPlanes = To<P3<>>;
 
-using Rgb = C3<>;
-using Bgr = C3<uint8_t, Order::kReverse>;
-using RgbAval = C4<>;
-using BgrAval = C4<uint8_t, Order::kReverse>;
+template <const InverseSet& kSet, class Src, class To>
+struct Full {
+  static void rows(const Job& job, int first, int last) {
+    static constexpr InverseWeights kWeights = laneWeights(kSet, To::kReversed);
+    convertLanes<Src, typename To::Layout, To::kReversed>(kWeights, job, first, last);
+  }
+};
+template <const InverseSet& kSet, class Src>
+struct Full<kSet, Src, RgbPlanes> : Convert<PerPixel<kSet>, Src, P3<>> {};
+
+template <const InverseSet& kSet, class Src, class To>
+struct Planes {
+  static void rows(const Job& job, int first, int last) {
+    static constexpr InverseWeights kWeights = groupWeights(kSet, To::kReversed);
+    decodeGroups<Src, typename To::Layout>(kWeights, job, first, last);
+  }
+};
+template <const InverseSet& kSet, class Src, class To>
+struct Packed {
+  static void rows(const Job& job, int first, int last) {
+    static constexpr InverseWeights kWeights = groupWeights(kSet, To::kReversed);
+    decodePacked<Src, typename To::Layout>(kWeights, job, first, last);
+  }
+};
 
 }  // namespace
 }  // namespace HWY_NAMESPACE

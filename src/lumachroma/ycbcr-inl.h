@@ -142,27 +142,108 @@ constexpr InverseSet kFloored4 = {kBt601Factors4, 16, kDown};
 constexpr InverseSet kRounded709Csc = {kBt709CscFactors, 16, kNearest};
 constexpr InverseSet kRounded709Hdtv = {kBt709HdtvFactors, 0, kNearest};
 
+/// Weights of four bytes, the sums exact: the first two and the last two are brought to 16 bits by small factors, and
+/// those two to 32 bits by factors of 16 bits.
+struct QuadWeights {
+  int bytes[4];
+  int first, last;
+};
+
+/// A factor as inKnown x known + inFree x free, where inKnown and inFree are small and `free` fits in 16 bits.
+struct Shares {
+  int inKnown, inFree, free;
+};
+constexpr Shares share(int factor, int known) {
+  for (int n = 0; n <= 2 * 127; ++n) {
+    const int inKnown = n % 2 == 0 ? n / 2 : -(n / 2) - 1;
+    for (int inFree = 1; inFree <= 64; ++inFree) {
+      const int rest = factor - inKnown * known, free = rest / inFree;
+      if (rest % inFree == 0 && -32767 <= free && free <= 32767) return {inKnown, inFree, free};
+    }
+  }
+  return {};
+}
+
+/// For bytes Cb, Cr, Cb, Cr. The factor of Cb fits in 16 bits.
+constexpr QuadWeights weighChroma(int cb, int cr) {
+  const int first = cb == 0 ? 1 : cb;
+  const Shares s = share(cr, first);
+  return {{cb == 0 ? 0 : 1, s.inKnown, 0, s.inFree}, first, s.free};
+}
+/// The same for Cr, Cb, Cr, Cb.
+constexpr QuadWeights exchanged(const QuadWeights& w) {
+  return {{w.bytes[1], w.bytes[0], w.bytes[3], w.bytes[2]}, w.first, w.last};
+}
+
 /// What the zeros of luma and chroma, and the rounding, come to in the sum of a channel with that factor of chroma.
 constexpr int constantOf(const InverseSet& set, int rounding, int chroma) {
   return rounding - set.lumaZero * set.factors.y - kChromaZero * chroma;
 }
 
-/// RGB from subsampled luma and chroma. Layout says where in their lanes the samples are.
-template <const InverseSet& kSet, class Layout>
+/// What comes of a coefficient set for each channel, in the order of the pixels: R, G, B or B, G, R.
+struct InverseWeights {
+  int lumaScale, luma;  // factors of bytes and of what they get to
+  QuadWeights channel[3];
+  int offset[3];
+};
+
+/// Weights of luma and of chroma in bytes Cb, Cr, Cb, Cr.
+constexpr InverseWeights groupWeights(const InverseSet& set, bool reversed) {
+  const auto& [y, crToR, cbToG, crToG, cbToB] = set.factors;
+  const QuadWeights r = weighChroma(0, crToR), b = exchanged(weighChroma(0, cbToB));
+  const int rOffset = constantOf(set, set.rounding.r, crToR), bOffset = constantOf(set, set.rounding.b, cbToB);
+  return {
+      scaleOf(y),
+      afterScale(y),
+      {reversed ? b : r, weighChroma(-cbToG, -crToG), reversed ? r : b},
+      {reversed ? bOffset : rOffset, constantOf(set, set.rounding.g, -cbToG - crToG), reversed ? rOffset : bOffset}};
+}
+
+class WeighQuads {
+ public:
+  KIP_INLINE WeighQuads() {}
+  KIP_INLINE explicit WeighQuads(const QuadWeights& w)
+      : bytes_(as<int8_t>(keepPairs(bytePair(w.bytes[0], w.bytes[1]), bytePair(w.bytes[2], w.bytes[3])))),
+        pairs_(keepPairs(w.first, w.last)) {}
+
+  KIP_INLINE I16 pairs(U8 quads) const { return dotBytes(quads, bytes_); }
+  KIP_INLINE I32 sum(I32 start, I16 pairs) const { return dotPairs(start, pairs, pairs_); }
+  KIP_INLINE I32 operator()(I32 start, U8 quads) const { return sum(start, pairs(quads)); }
+
+ private:
+  I8 bytes_;
+  I16 pairs_;
+};
+
+/// RGB from subsampled luma and chroma. Layout says where in their lanes the samples of luma are. kWholes is what the
+/// factor of luma has beyond 16 bits, if no scale divides it.
+template <class Layout, int kWholes = 0>
 class InversePairs {
  public:
-  KIP_INLINE InversePairs() {}
+  KIP_INLINE explicit InversePairs(const InverseWeights& w) {
+    const int scale = Layout::kLumaByte == 0 ? bytePair(w.lumaScale, 0) : bytePair(0, w.lumaScale);
+    lumaScale_ = as<int8_t>(keepInRegister<int16_t>(static_cast<int16_t>(scale)));
+    evenLuma_ = keepPairs(w.luma - kWholes * kOne, 0), oddLuma_ = keepPairs(0, w.luma - kWholes * kOne);
+    for (int c = 0; c < 3; ++c) {
+      channel_[c] = WeighQuads(Layout::kChromaSwapped ? exchanged(w.channel[c]) : w.channel[c]);
+      offset_[c] = keepInRegister<int32_t>(w.offset[c]);
+    }
+  }
 
   /// What chroma adds to the sums of each channel, with all constants.
   KIP_INLINE Pixels<I32> terms(U8 chroma) const {
-    const I16 forRb = dotBytes(chroma, rbScale_), forG = dotBytes(chroma, gScale_);
-    return {toR_(r_, forRb), toG_(g_, forG), toB_(b_, forRb)};
+    return {channel_[0](offset_[0], chroma), channel_[1](offset_[1], chroma), channel_[2](offset_[2], chroma)};
   }
 
   /// Pixels, before saturation, from their luma and the terms of the even and of the odd ones.
   KIP_INLINE Pixels<I16> pixels(U8 y, const Pixels<I32>& even, const Pixels<I32>& odd) const {
     const I16 scaled = dotBytes(y, lumaScale_);
-    const I32 evenLuma = evenLuma_(scaled), oddLuma = oddLuma_(scaled);
+    I32 evenLuma = dotPairs(scaled, evenLuma_), oddLuma = dotPairs(scaled, oddLuma_);
+    if constexpr (kWholes != 0) {
+      static_assert(kWholes == 1);
+      evenLuma = hn::Add(evenLuma, hn::ShiftLeft<16>(as<int32_t>(scaled)));
+      oddLuma = hn::Add(oddLuma, hn::And(as<int32_t>(scaled), as<int32_t>(setPairs(0, -1))));
+    }
     const auto channel = [&](I32 evenTerm, I32 oddTerm) KIP_INLINE_LAMBDA {
       return interleaveHigh16(hn::Add(evenLuma, evenTerm), hn::Add(oddLuma, oddTerm));
     };
@@ -170,62 +251,10 @@ class InversePairs {
   }
 
  private:
-  static constexpr Factors kX = kSet.factors;
-
-  /// Factors for (Cb, Cr), or (Cr, Cb).
-  template <int kCb, int kCr>
-  using Weigh = std::conditional_t<Layout::kChromaSwapped, WeighPairs<kCr, kCb>, WeighPairs<kCb, kCr>>;
-
-  static constexpr int only(int byte, int scale) { return byte == 0 ? bytePair(scale, 0) : bytePair(0, scale); }
-  KIP_INLINE static I8 chromaScale(int cb, int cr) {
-    const int forCb = only(Layout::kChromaByte, cb), forCr = only(Layout::kChromaByte, cr);
-    return as<int8_t>(Layout::kChromaSwapped ? keepPairs(forCr, forCb) : keepPairs(forCb, forCr));
-  }
-
-  I8 lumaScale_ = as<int8_t>(keepInRegister<int16_t>(only(Layout::kLumaByte, scaleOf(kX.y))));
-  WeighPairs<afterScale(kX.y), 0> evenLuma_;
-  WeighPairs<0, afterScale(kX.y)> oddLuma_;
-  I8 rbScale_ = chromaScale(scaleOf(kX.cbToB), scaleOf(kX.crToR));
-  I8 gScale_ = chromaScale(scaleOf(kX.cbToG), scaleOf(kX.crToG));
-  Weigh<0, afterScale(kX.crToR)> toR_;
-  Weigh<-afterScale(kX.cbToG), -afterScale(kX.crToG)> toG_;
-  Weigh<afterScale(kX.cbToB), 0> toB_;
-  I32 r_ = keepInRegister<int32_t>(constantOf(kSet, kSet.rounding.r, kX.crToR));
-  I32 g_ = keepInRegister<int32_t>(constantOf(kSet, kSet.rounding.g, -kX.cbToG - kX.crToG));
-  I32 b_ = keepInRegister<int32_t>(constantOf(kSet, kSet.rounding.b, kX.cbToB));
-};
-
-/// The sums of a channel at full resolution, x 2^16: 32 bits for the even and for the odd pixels, and what is to be
-/// added to the upper halves of both.
-struct Sums {
-  I32 even, odd;
-  I16 upper;
-
-  KIP_INLINE I16 floored() const { return hn::Add(interleaveHigh16(even, odd), upper); }
-};
-
-/// A sample's distance from its zero, times a factor. Bytes come in pairs of sample and zero.
-template <int kFactor>
-class WeighSample {
- public:
-  KIP_INLINE WeighSample() {}
-
-  KIP_INLINE Sums addTo(const Sums& sums, U8 sampleAndZero) const {
-    const I16 v = dotBytes(sampleAndZero, scale_);
-    I16 upper = sums.upper;
-    if constexpr (kWholes == -1) upper = hn::Sub(upper, v);
-    if constexpr (kWholes == 2) upper = hn::Add(upper, hn::Add(v, v));
-    return {dotPairs(sums.even, v, even_), dotPairs(sums.odd, v, odd_), upper};
-  }
-
- private:
-  // What no scale brings down to 16 bits is multiples of 2^16.
-  static constexpr int kWholes = (afterScale(kFactor) + kHalf) >> 16;
-  static constexpr int kRest = afterScale(kFactor) - kWholes * kOne;
-  static_assert(kWholes == 0 || kWholes == -1 || kWholes == 2);
-
-  I8 scale_ = keepBytePairs(scaleOf(kFactor), -scaleOf(kFactor));
-  I16 even_ = keepPairs(kRest, 0), odd_ = keepPairs(0, kRest);
+  I8 lumaScale_;
+  I16 evenLuma_, oddLuma_;
+  WeighQuads channel_[3];
+  I32 offset_[3];
 };
 
 }  // namespace HWY_NAMESPACE

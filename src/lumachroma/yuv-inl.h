@@ -175,18 +175,19 @@ struct Doubled {
   }
 };
 
-template <const Factors& kFactors>
 struct InverseDoubled : Doubled {
-  Factor vToR{kFactors.vToR}, uToG{kFactors.uToG}, vToG{kFactors.vToG}, uToB{kFactors.uToB};
+  Factor vToR, uToG, vToG, uToB;
 
-  KIP_INLINE InverseDoubled() {}
+  KIP_INLINE explicit InverseDoubled(const Factors& f) : vToR(f.vToR), uToG(f.uToG), vToG(f.vToG), uToB(f.uToB) {}
 
   KIP_INLINE Pixels<I16> terms(I16 chromaU, I16 chromaV) const {
     const I16 u = zero.centre<4>(chromaU), v = zero.centre<4>(chromaV);
     return {vToR(v), hn::Add(uToG(u), vToG(v)), uToB(u)};
   }
 };
-using Inverse2 = InverseDoubled<kFactors2>;
+struct Inverse2 : InverseDoubled {
+  KIP_INLINE Inverse2() : InverseDoubled(kFactors2) {}
+};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Inverse, by source. Of the arithmetic these want
@@ -211,6 +212,7 @@ struct PerPair {
   Arithmetic arithmetic;
 
   KIP_INLINE PerPair() {}
+  KIP_INLINE explicit PerPair(const Arithmetic& a) : arithmetic(a) {}
   template <class Src, class From>
   KIP_INLINE static Subsampled load(const Src& src, const From& from) {
     return src.load(from);

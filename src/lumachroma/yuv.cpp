@@ -199,6 +199,10 @@ struct Inverse3 : Direct {
   }
 };
 
+struct Inverse1Doubled : InverseDoubled {
+  KIP_INLINE Inverse1Doubled() : InverseDoubled(kFactors1) {}
+};
+
 /// As InverseDoubled, each green product floored and then subtracted.
 struct Inverse4 : Doubled {
   Factor vToR{9338}, uToG{3227}, vToG{4759}, uToB{16646};
