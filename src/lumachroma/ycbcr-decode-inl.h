@@ -97,9 +97,9 @@ constexpr InverseWeights laneWeights(const InverseSet& set, bool reversed) {
   const auto& [y, crToR, cbToG, crToG, cbToB] = set.factors;
   InverseWeights w = groupWeights(set, reversed);
   const Shares red = share(crToR, w.luma), green = share(-crToG, -cbToG);
-  w.channel[reversed ? 2 : 0] = {{red.inFree, 0, w.lumaScale, red.inKnown}, red.free, w.luma};
+  w.channel[reversed ? 2 : 0] = {{red.inFree, 0, w.lumaScale, red.inKnown}, red.free, fitting(w.luma)};
   w.channel[1] = {{green.inKnown, 1, 0, green.inFree}, -cbToG, green.free};
-  w.channel[reversed ? 0 : 2] = {{0, scaleOf(cbToB), w.lumaScale, 0}, afterScale(cbToB), w.luma};
+  w.channel[reversed ? 0 : 2] = {{0, scaleOf(cbToB), w.lumaScale, 0}, fitting(afterScale(cbToB)), w.luma};
   return w;
 }
 

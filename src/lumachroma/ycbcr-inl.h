@@ -149,6 +149,12 @@ struct QuadWeights {
   int first, last;
 };
 
+/// For constants only: what does not fit in 16 bits does not compile.
+constexpr int fitting(int factor) {
+  if (factor < -32767 || factor > 32767) std::abort();
+  return factor;
+}
+
 /// A factor as inKnown x known + inFree x free, where inKnown and inFree are small and `free` fits in 16 bits.
 struct Shares {
   int inKnown, inFree, free;
@@ -161,14 +167,14 @@ constexpr Shares share(int factor, int known) {
       if (rest % inFree == 0 && -32767 <= free && free <= 32767) return {inKnown, inFree, free};
     }
   }
-  return {};
+  std::abort();  // a constant that does not compile
 }
 
 /// For bytes Cb, Cr, Cb, Cr. The factor of Cb fits in 16 bits.
 constexpr QuadWeights weighChroma(int cb, int cr) {
   const int first = cb == 0 ? 1 : cb;
   const Shares s = share(cr, first);
-  return {{cb == 0 ? 0 : 1, s.inKnown, 0, s.inFree}, first, s.free};
+  return {{cb == 0 ? 0 : 1, s.inKnown, 0, s.inFree}, fitting(first), s.free};
 }
 /// The same for Cr, Cb, Cr, Cb.
 constexpr QuadWeights exchanged(const QuadWeights& w) {
