@@ -41,10 +41,9 @@ struct Subsampled4 {
   I32 u, v;
 };
 
-/// Samples in 16-bit lanes, half a batch of pixels in each vector. The layout's kLumaByte and kChromaByte tell which of
-/// the two bytes of a lane is the sample of luma. Luma by row and half, which the layout puts in order once they are
-/// packed; chroma by half, bytes u, v, u, v, or v, u, v, u if kChromaSwapped, for each two pixels of the luma beside
-/// it.
+/// Samples in 16-bit lanes, half a batch of pixels in each vector. The layout's kLumaByte tells which of the two
+/// bytes of a lane is the sample of luma. Luma by row and half, which the layout puts in order once they are packed;
+/// chroma by half, bytes u, v, u, v, or v, u, v, u if kChromaSwapped, for each two pixels of the luma beside it.
 struct InLanes {
   U8 y[2][2];
   U8 chroma[2];
@@ -99,7 +98,7 @@ struct Packed422 : Interleaved<Tag<uint8_t>, 2> {
 
 /// What planar layouts have in common: samples in the lower bytes of their lanes.
 struct InLowerBytes {
-  static constexpr int kLumaByte = 0, kChromaByte = 0;
+  static constexpr int kLumaByte = 0;
   static constexpr bool kChromaSwapped = false;
 
   KIP_INLINE static U8 packedInOrder(U8 packed) { return packed; }

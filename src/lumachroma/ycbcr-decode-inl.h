@@ -92,7 +92,7 @@ class PerPixel {
   I32 rounding_ = keepInRegister<int32_t>(kSet.rounding.r);
 };
 
-/// Weights of lanes Cr, Cb, Y, Cr. Those of the third channel leave the second pair to luma.
+/// Weights of lanes Cr, Cb, Y, Cr. B has no Cr, so that its second pair is luma alone, which serves G as well.
 constexpr InverseWeights laneWeights(const InverseSet& set, bool reversed) {
   const auto& [y, crToR, cbToG, crToG, cbToB] = set.factors;
   InverseWeights w = groupWeights(set, reversed);
@@ -103,7 +103,7 @@ constexpr InverseWeights laneWeights(const InverseSet& set, bool reversed) {
   return w;
 }
 
-/// The same for pixels in 32-bit lanes.
+/// The same for pixels in 32-bit lanes, to R, G, B or, if reversed, to B, G, R.
 template <bool kReversed>
 class PerLane {
  public:
