@@ -1,13 +1,12 @@
 // The exported functions of plans.
 #include "plan.h"
 
-#include <omp.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <new>
 
+#include "engine/team.h"
 #include "kipcore.h"
 
 namespace {
@@ -32,9 +31,26 @@ uint8_t* aligned64(void* scratch) {
 int workersFor(const KipPlan& plan) {
   const int wanted = plan.threads == 0 ? ownGetNumThreads() : plan.threads;
   constexpr int kLeastRows = 16;  // for each
-  const int most = std::max(1, plan.height / kLeastRows);
-  return omp_in_parallel() ? 1 : std::min({wanted, most, omp_get_num_procs()});
+  return kip::teamSizeOnProcessors(std::min(wanted, plan.height / kLeastRows));
 }
+
+/// A conversion on a team of threads, each with scratch memory of its own.
+struct Work {
+  const KipPlan& plan;
+  const KipPlanes &src, &dst;
+  uint8_t* scratch;
+  size_t scratchShare;
+
+  static void part(const void* context, int me, int team) {
+    const Work& work = *static_cast<const Work*>(context);
+    const KipPlan& plan = work.plan;
+    const int units = (plan.height + plan.unit - 1) / plan.unit;
+    const auto boundary = [&](int i) {
+      return static_cast<int>(std::min<int64_t>(int64_t{units} * i / team * plan.unit, plan.height));
+    };
+    runRows(plan, work.src, work.dst, boundary(me), boundary(me + 1), work.scratch + me * work.scratchShare);
+  }
+};
 
 }  // namespace
 
@@ -62,19 +78,8 @@ KipStatus kipPlanRun(const KipPlan* plan, const KipPlanes* src, const KipPlanes*
   if (share > PTRDIFF_MAX / static_cast<size_t>(workers)) return kipStatusNoMemory;
   std::unique_ptr<void, void (*)(void*)> scratch(kipMalloc(share * workers), kipFree);
   if (scratch == nullptr) return kipStatusNoMemory;
-  const int units = (plan->height + plan->unit - 1) / plan->unit;
-  const auto part = [&](int me, int team) {
-    const auto boundary = [&](int i) {
-      return static_cast<int>(std::min<int64_t>(int64_t{units} * i / team * plan->unit, plan->height));
-    };
-    runRows(*plan, *src, *dst, boundary(me), boundary(me + 1), static_cast<uint8_t*>(scratch.get()) + me * share);
-  };
-  if (workers == 1) {
-    part(0, 1);
-    return kipStatusOk;
-  }
-#pragma omp parallel num_threads(workers)
-  part(omp_get_thread_num(), omp_get_num_threads());
+  const Work work = {*plan, *src, *dst, static_cast<uint8_t*>(scratch.get()), share};
+  kip::runTeam(workers, Work::part, &work);
   return kipStatusOk;
 }
 

@@ -1,11 +1,14 @@
 // Plans: what they refuse, and that results depend on nothing but pictures and options.
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "../support/float_state.h"
 #include "../support/targets.h"
 #include "kipcore.h"
 #include "reference.h"
@@ -225,6 +228,36 @@ TEST(Plans, GiveTheSameBytesOnSeveralThreads) {
     EXPECT_EQ(out.rows(), expected) << threads;
     kipPlanFree(plan);
   }
+}
+
+/// Worker threads are started by a call that rounds upwards. Later calls do not, nor does a forked process, which has
+/// no workers and must not wait for them.
+TEST(Plans, KeepNothingOfWhoeverStartedTheWorkers) {
+  const KipPicture from = picture(kipFormatRGB24, 64, 64), to = picture(kipFormatRGBF32, 64, 64);
+  KipPlanOptions options = defaults();
+  const Bytes expected = convertPlainly(from, to, options, 1);
+  Memory in(from), out(to);
+  in.fillRandom(1);
+  options.threads = 2;
+  KipPlan* plan = make(from, to, options);
+  {
+    const UnusualFloatState state;
+    EXPECT_EQ(kipPlanRun(plan, &in.planes, &out.planes), kipStatusOk);
+    EXPECT_NE(out.rows(), expected);
+  }
+  const auto isAsExpected = [&] {
+    return kipPlanRun(plan, &in.planes, &out.planes) == kipStatusOk && out.rows() == expected;
+  };
+  EXPECT_TRUE(isAsExpected());
+  const pid_t child = fork();
+  if (child == 0) {
+    alarm(20);  // ends a child that waits for ever
+    _exit(isAsExpected() ? 0 : 1);
+  }
+  int status = -1;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
+  kipPlanFree(plan);
 }
 
 TEST(Plans, DitherKeepsTheMean) {

@@ -152,8 +152,10 @@ std::vector<Arguments> settingsOf(const Function& function) {
   for (size_t i = 0; i < count; ++i) {
     Arguments& a = all[i];
     a.alpha = bytesOf(shape.destination.sample) == 1 ? 77 : 19754;
-    a.choice = static_cast<int>(shape.reduction ? kReductions[i].method : i);  // of a method, or of a grid
-    if (shape.reduction) a.noise = kReductions[i].noise, a.levels = kReductions[i].levels;
+    a.choice = static_cast<int>(i);  // of a grid
+    if (shape.reduction) {
+      a.choice = kReductions[i].method, a.noise = kReductions[i].noise, a.levels = kReductions[i].levels;
+    }
     if (shape.weights && i > 0) a.weights = kWeights[i - 1];
     if (shape.matrix) a.matrix = kMatrices[i];
     if (shape.range) a.low = kRanges[i][0], a.high = kRanges[i][1];

@@ -164,7 +164,7 @@ std::optional<Request> requestOf(std::span<char*> words) {
 int verify(Request request) {
   if (sharesHighway()) {
     request.targetNames = "targets";
-    for (const Target& target : request.targets) request.targetNames += " " + target.name();
+    for (const Target& target : request.targets) request.targetNames.append(1, ' ').append(target.name());
   } else {
     request.targets = {kip::bestTarget()};
     request.targetNames = "the library's own target";
