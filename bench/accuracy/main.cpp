@@ -1,5 +1,5 @@
-// kipcc_accuracy: how far conversions between colour models are from their formulas in real numbers, and OpenCV's
-// beside them, as the tables of docs/accuracy.md. Sources are all 2^24 triples of 8-bit samples, or as many that stand
+// kipcc_accuracy: how far conversions are from their formulas in real numbers, and those of other libraries beside
+// them, as the tables of docs/accuracy.md. Sources are all 2^24 triples of 8-bit samples, or as many that stand
 // for the same colours in other samples; those whose result is out of range are left out.
 //
 // kipcc_accuracy PAGE measures a part of them, and fails unless the page has those figures.
@@ -11,6 +11,7 @@
 #include <sstream>
 #include <string>
 
+#include "conversions.h"
 #include "demosaic.h"
 #include "measure.h"
 #ifdef KIPCC_ACCURACY_OPENCV
@@ -109,16 +110,15 @@ class Page {
     for (std::string line; std::getline(file, line);) addRow(line);
   }
 
-  void title(const char* text) const {
-    if (!checks_) std::printf("\n%s\n", text);
+  void title(const std::string& text) const {
+    if (!checks_) std::printf("\n%s\n", text.c_str());
   }
 
   template <class S, class D, size_t kChannels = 3>
   void report(const Conversion<S, D, kChannels>& conversion) {
-    constexpr int kPart = 17;  // of the pixels, when figures are compared
-    const Accuracy accuracy = accuracyOf(conversion, checks_ ? kPart : 1);
-    checks_ ? compareRow(conversion.name, accuracy) : printRow(conversion.name, accuracy, conversion.peer.convert);
+    report(conversion.name, accuracyOf(conversion, stride()));
   }
+  void report(const PictureConversion& conversion) { report(conversion.name(), accuracyOf(conversion, stride())); }
 
   void reportRatio(const char* name, double decibels) {
     if (checks_) return compare(name, 0, decibels, 0.997, 1.003);
@@ -146,20 +146,30 @@ class Page {
     }
   }
 
-  static void printRow(const char* name, const Accuracy& accuracy, bool hasPeer) {
-    std::printf("| %s | %.2g | %.2g |", name, accuracy.largest, accuracy.mean);
-    if (hasPeer) {
-      std::printf(" %.2g | %.2g |\n", accuracy.peersLargest, accuracy.peersMean);
-    } else {
-      std::printf(" | |\n");
+  /// Of the pixels a part is measured when figures are compared.
+  int stride() const { return checks_ ? 17 : 1; }
+
+  void report(const std::string& name, const Accuracy& accuracy) {
+    checks_ ? compareRow(name, accuracy) : printRow(name, accuracy);
+  }
+
+  static void printRow(const std::string& name, const Accuracy& accuracy) {
+    std::printf("| %s |", name.c_str());
+    for (const std::optional<Errors>& errors : accuracy) {
+      errors ? std::printf(" %.2g | %.2g |", errors->largest, errors->mean()) : std::printf(" | |");
     }
+    std::printf("\n");
     std::fflush(stdout);
   }
 
   /// The part that is measured need not have the largest error of all.
-  void compareRow(const char* name, const Accuracy& accuracy) {
-    compare(name, 0, accuracy.largest, 0, 1.05);
-    compare(name, 1, accuracy.mean, 0.95, 1.05);
+  void compareRow(const std::string& name, const Accuracy& accuracy) {
+    size_t column = 0;
+    for (const std::optional<Errors>& errors : accuracy) {
+      if (!errors) continue;
+      compare(name, column++, errors->largest, 0, 1.05);
+      compare(name, column++, errors->mean(), 0.95, 1.05);
+    }
   }
 
   void compare(const std::string& name, size_t column, double value, double least, double most) {
@@ -173,6 +183,15 @@ class Page {
   std::map<std::string, std::vector<double>> rows_;
   int failures_ = 0;
 };
+
+std::string titleOf(KipFormat format) {
+  std::string names = "| conversion |", line = "\n|---|";
+  for (const std::string library : librariesOf(format)) {
+    names += " " + library + ": largest | mean |";
+    line += "---|---|";
+  }
+  return names + line;
+}
 
 }  // namespace
 
@@ -226,6 +245,10 @@ int main(int count, char** arguments) {
   page.report<Kip32f, Kip32f>({"inverse gamma 32f", gammaOfUnit<kipiGammaInv_32f_C3R>, gammaInverse, kUnit8, kUnitFloat, kUnitFloat});
   page.report<Kip8u, Kip8u>({"RGB to RGB565", toRgb565, same, kUnit8, kUnit8, kRgb565, {PEER_FUNCTION(toRgb565OfPeer)}});
   // clang-format on
+  for (const KipFormat format : {kipFormatYUV444P, kipFormatYUV420P}) {
+    page.title(titleOf(format));
+    for (const PictureConversion& conversion : pictureConversions(format)) page.report(conversion);
+  }
   page.title("| demosaicing | PSNR, dB |\n|---|---|");
   for (const auto& [name, ratio] : demosaicingRatios()) page.reportRatio(name, ratio);
   return page.failures() ? EXIT_FAILURE : EXIT_SUCCESS;

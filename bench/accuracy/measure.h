@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <optional>
 #include <type_traits>
 #include <vector>
 
@@ -99,10 +100,8 @@ void measure(const Conversion<S, D, kChannels>& conversion, const Pixels<S>& sou
   }
 }
 
-struct Accuracy {
-  double largest, mean;            ///< errors of the library
-  double peersLargest, peersMean;  ///< where there is a peer
-};
+/// The errors of the library, then those of others where they have the conversion.
+using Accuracy = std::vector<std::optional<Errors>>;
 
 /// Of one pixel out of so many.
 template <class S, class D, size_t kChannels>
@@ -112,17 +111,19 @@ Accuracy accuracyOf(const Conversion<S, D, kChannels>& conversion, int stride) {
   const Conversion<S, D, kChannels> peers = {
       conversion.name,  conversion.convert, peer.formula ? peer.formula : conversion.formula,
       conversion.bytes, conversion.source,  peer.result ? *peer.result : conversion.result};
-  Errors ours, theirs;
+  Errors ours;
+  std::optional<Errors> theirs;
+  if (peer.convert && stride == 1) theirs.emplace();
   Pixels<D, kChannels> result(kSide * kSide);
   for (int first = 0; first < 256; ++first) {
     const Pixels<S> source = sourceOf(conversion, first);
     conversion.convert(source[0].data(), kSourceStep, result[0].data(), kStep, {kSide, kSide});
     measure(conversion, source, result, first % stride, stride, ours);
-    if (peer.convert == nullptr || stride > 1) continue;
+    if (!theirs) continue;
     peer.convert(source, result);
-    measure(peers, source, result, first % stride, stride, theirs);
+    measure(peers, source, result, first % stride, stride, *theirs);
   }
-  return {ours.largest, ours.mean(), theirs.largest, theirs.mean()};
+  return {ours, theirs};
 }
 
 }  // namespace accuracy
