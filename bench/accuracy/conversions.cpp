@@ -15,7 +15,7 @@ constexpr Coding kCodings[] = {
     {"BT.2020, full", kipMatrixBT2020, kipRangeFull, 0.2627, 0.0593},
 };
 
-constexpr KipFormat k444 = kipFormatYUV444P, k420 = kipFormatYUV420P;
+constexpr KipFormat k444 = kipFormatYUV444P, k420 = kipFormatYUV420P, kGray = kipFormatGray8;
 struct Library {
   const char* name;
   Convert (*convert)(const PictureConversion&);
@@ -26,19 +26,19 @@ struct Library {
 };
 /// swscale's and zimg's filters of shared chroma reach beyond a group.
 const Library kLibraries[] = {
-    {"libkipconvert", kipconvertConvert, {k444, k420}, false},
-    {"libkipcct7", kipcct7Convert, {k444, k420}, false},
+    {"libkipconvert", kipconvertConvert, {k444, k420, kGray}, false},
+    {"libkipcct7", kipcct7Convert, {k444, k420, kGray}, false},
 #ifdef KIPCC_ACCURACY_LIBYUV
-    {"libyuv", libyuvConvert, {k444, k420}},
+    {"libyuv", libyuvConvert, {k444, k420, kGray}},
 #endif
 #ifdef KIPCC_ACCURACY_OPENCV
-    {"OpenCV", opencvConvert, {k420}},
+    {"OpenCV", opencvConvert, {k420, kGray}},
 #endif
 #ifdef KIPCC_ACCURACY_SWSCALE
-    {"swscale", swscaleConvert, {k444}},
+    {"swscale", swscaleConvert, {k444, kGray}},
 #endif
 #ifdef KIPCC_ACCURACY_ZIMG
-    {"zimg", zimgConvert, {k444}},
+    {"zimg", zimgConvert, {k444, kGray}},
 #endif
 };
 
@@ -50,6 +50,7 @@ Real formula(const PictureConversion& conversion, const Real& c) {
   const double red = conversion.coding.red, blue = conversion.coding.blue, green = 1 - red - blue;
   if (conversion.encodes) {
     const double y = red * c[0] + green * c[1] + blue * c[2];
+    if (conversion.format == kGray) return {y, 0, 0};
     return {y, (c[2] - y) / (2 - 2 * blue), (c[0] - y) / (2 - 2 * red)};
   }
   const double r = c[0] + (2 - 2 * red) * c[2], b = c[0] + (2 - 2 * blue) * c[1];
@@ -63,18 +64,20 @@ struct Column {
   Errors errors = {};
 };
 
-void measure(Column& column, const std::vector<std::optional<Real>>& should, size_t from, int stride) {
+void measure(Column& column, const std::vector<std::optional<Real>>& should, int channels, size_t from, int stride) {
+  Errors errors = column.errors;  // in registers
   for (size_t i = from; i < should.size(); i += stride) {
     if (!should[i]) continue;
     const Real is = column.pictures.result(i);
-    for (int c = 0; c < 3; ++c) column.errors.add(std::fabs(is[c] - (*should[i])[c]));
+    for (int c = 0; c < channels; ++c) errors.add(std::fabs(is[c] - (*should[i])[c]));
   }
+  column.errors = errors;
 }
 
 }  // namespace
 
 std::string PictureConversion::name() const {
-  const std::string yuv = sharesChroma() ? "YUV420P" : "YUV444P";
+  const std::string yuv = sharesChroma() ? "YUV420P" : format == kGray ? "GRAY8" : "YUV444P";
   return (encodes ? "RGB24 to " + yuv : yuv + " to RGB24") + ", " + coding.name;
 }
 
@@ -116,6 +119,7 @@ std::vector<const char*> librariesOf(KipFormat format) {
 std::vector<PictureConversion> pictureConversions(KipFormat format) {
   std::vector<PictureConversion> conversions;
   for (const bool encodes : {true, false}) {
+    if (!encodes && format == kGray) continue;
     for (const Coding& coding : kCodings) conversions.push_back({format, encodes, coding});
   }
   return conversions;
@@ -141,7 +145,7 @@ Accuracy accuracyOf(const PictureConversion& conversion, int stride) {
       if (!column.convert) continue;
       column.pictures.setFirst(static_cast<Kip8u>(first));
       column.convert(column.pictures);
-      measure(column, should, from, stride);
+      measure(column, should, conversion.encodes ? conversion.planes() : 3, from, stride);
     }
   }
   Accuracy accuracy;

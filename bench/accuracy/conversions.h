@@ -1,4 +1,4 @@
-// Conversions of 8-bit pictures between R, G, B and Y, Cb, Cr: the library's and those of its peers.
+// Conversions of 8-bit pictures between R, G, B and Y, Cb, Cr or grey: the library's and those of its peers.
 #pragma once
 
 #include <cstddef>
@@ -20,10 +20,11 @@ struct Coding {
 };
 
 struct PictureConversion {
-  KipFormat format;  ///< of Y, Cb, Cr: 4:4:4 or 4:2:0, in planes
+  KipFormat format;  ///< of Y, Cb, Cr: 4:4:4 or 4:2:0, in planes; or grey, which is Y alone
   bool encodes;      ///< from R, G, B, else to them
   Coding coding;
 
+  int planes() const { return kipFormatInfo(format)->planes; }
   bool sharesChroma() const { return format == kipFormatYUV420P; }
   bool isLimited() const { return coding.range == kipRangeLimited; }
   std::string name() const;
@@ -57,7 +58,7 @@ using Convert = std::function<void(Pictures&)>;
 
 Convert kipconvertConvert(const PictureConversion& conversion);
 Convert kipcct7Convert(const PictureConversion& conversion);
-// Peers, where they are installed; OpenCV for 4:2:0, swscale and zimg for 4:4:4, libyuv for both.
+// Peers, where they are installed; OpenCV for 4:2:0, swscale and zimg for 4:4:4, libyuv for both; all of them for grey.
 Convert opencvConvert(const PictureConversion& conversion);
 Convert libyuvConvert(const PictureConversion& conversion);
 Convert swscaleConvert(const PictureConversion& conversion);

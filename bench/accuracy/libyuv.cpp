@@ -44,11 +44,14 @@ void encode420(Pictures& pictures) {
   kFunction(pictures.rgb(), 3 * pictures.side(), KIP_PLANES, KIP_SIZE);
 }
 
+void encodeGray(Pictures& pictures) { libyuv::RAWToJ400(pictures.rgb(), 3 * pictures.side(), KIP_PLANE(0), KIP_SIZE); }
+
 }  // namespace
 
 Convert libyuvConvert(const PictureConversion& conversion) {
   if (!conversion.encodes) return decoder(conversion);
   if (conversion.coding.matrix != kipMatrixBT601) return {};
+  if (conversion.format == kipFormatGray8) return conversion.isLimited() ? Convert() : encodeGray;
   if (conversion.sharesChroma()) {
     return conversion.isLimited() ? encode420<libyuv::RAWToI420> : encode420<libyuv::RAWToJ420>;
   }

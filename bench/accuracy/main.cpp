@@ -245,7 +245,7 @@ int main(int count, char** arguments) {
   page.report<Kip32f, Kip32f>({"inverse gamma 32f", gammaOfUnit<kipiGammaInv_32f_C3R>, gammaInverse, kUnit8, kUnitFloat, kUnitFloat});
   page.report<Kip8u, Kip8u>({"RGB to RGB565", toRgb565, same, kUnit8, kUnit8, kRgb565, {PEER_FUNCTION(toRgb565OfPeer)}});
   // clang-format on
-  for (const KipFormat format : {kipFormatYUV444P, kipFormatYUV420P}) {
+  for (const KipFormat format : {kipFormatYUV444P, kipFormatYUV420P, kipFormatGray8}) {
     page.title(titleOf(format));
     for (const PictureConversion& conversion : pictureConversions(format)) page.report(conversion);
   }

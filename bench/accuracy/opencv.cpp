@@ -4,10 +4,20 @@
 #include "conversions.h"
 
 namespace accuracy {
+namespace {
 
-/// BT.601 and limited range only. Its encoder takes the chroma of the first pixel of a group.
+void toGray(Pictures& pictures) {
+  cv::Mat gray(pictures.side(), pictures.side(), CV_8UC1, pictures.plane(0));
+  cv::cvtColor(cv::Mat(pictures.side(), pictures.side(), CV_8UC3, pictures.rgb()), gray, cv::COLOR_RGB2GRAY);
+}
+
+}  // namespace
+
+/// BT.601 only; grey is of full range, all else of limited. Its encoder takes the chroma of the first pixel of a group.
 Convert opencvConvert(const PictureConversion& conversion) {
-  if (conversion.coding.matrix != kipMatrixBT601 || !conversion.isLimited()) return {};
+  const bool toGrey = conversion.format == kipFormatGray8;
+  if (conversion.coding.matrix != kipMatrixBT601 || conversion.isLimited() == toGrey) return {};
+  if (toGrey) return toGray;
   return [encodes = conversion.encodes](Pictures& pictures) {
     cv::Mat rgb(pictures.side(), pictures.side(), CV_8UC3, pictures.rgb());
     cv::Mat yuv(pictures.side() * 3 / 2, pictures.side(), CV_8UC1, pictures.plane(0));

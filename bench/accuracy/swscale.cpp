@@ -23,8 +23,8 @@ constexpr int kAccurate = SWS_BILINEAR | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT |
 /// With the flags that make it most accurate.
 Convert swscaleConvert(const PictureConversion& conversion) {
   const bool encodes = conversion.encodes;
-  const AVPixelFormat from = encodes ? AV_PIX_FMT_RGB24 : AV_PIX_FMT_YUV444P;
-  const AVPixelFormat to = encodes ? AV_PIX_FMT_YUV444P : AV_PIX_FMT_RGB24;
+  const AVPixelFormat format = conversion.format == kipFormatGray8 ? AV_PIX_FMT_GRAY8 : AV_PIX_FMT_YUV444P;
+  const AVPixelFormat from = encodes ? AV_PIX_FMT_RGB24 : format, to = encodes ? format : AV_PIX_FMT_RGB24;
   const std::shared_ptr<SwsContext> context(
       sws_getContext(kSide, kSide, from, kSide, kSide, to, kAccurate, nullptr, nullptr, nullptr), sws_freeContext);
   const int* coefficients = sws_getCoefficients(coefficientsOf(conversion.coding));

@@ -63,7 +63,8 @@ struct Graph {
 
 Convert zimgConvert(const PictureConversion& conversion) {
   const zimg_image_format rgb = describe(ZIMG_COLOR_RGB, ZIMG_MATRIX_RGB, false);
-  const zimg_image_format yuv = describe(ZIMG_COLOR_YUV, matrixOf(conversion.coding), conversion.isLimited());
+  const zimg_color_family_e family = conversion.format == kipFormatGray8 ? ZIMG_COLOR_GREY : ZIMG_COLOR_YUV;
+  const zimg_image_format yuv = describe(family, matrixOf(conversion.coding), conversion.isLimited());
   const auto graph = conversion.encodes ? std::make_shared<Graph>(rgb, yuv) : std::make_shared<Graph>(yuv, rgb);
   if (!graph->graph) return {};
   return [graph, encodes = conversion.encodes](Pictures& pictures) {
