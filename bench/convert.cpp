@@ -263,7 +263,8 @@ struct Column {
   Run run;
 };
 
-std::vector<Column> peersOf(const Pair& pair, const Picture& from, const Picture& to) {
+std::vector<Column> peersOf([[maybe_unused]] const Pair& pair, [[maybe_unused]] const Picture& from,
+                            [[maybe_unused]] const Picture& to) {
   std::vector<Column> peers;
 #ifdef KIPCC_CONVERT_libyuv
   Run libyuv;
