@@ -27,14 +27,14 @@ endfunction()
 
 run(IGNORED ${CMAKE_CPACK_COMMAND})
 check(kipcc
-  "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: [^\n]*libc6 ;Depends: [^\n]*lib(gomp1|omp5-[0-9]+) ;Depends: [^\n]*libhwy1 "
+  "Architecture: ${ARCHITECTURE};Multi-Arch: same;Depends: [^\n]*libc6 ;Depends: [^\n]*lib(gomp1|omp5-[0-9]+) ;Depends: [^\n]*libhwy1(t64)? "
   "${LIBDIR}/libkipcct7.so.6.1;${LIBDIR}/libkipconvert.so.1;${LIBDIR}/libkipcore.so.6.1;share/doc/kipcc/copyright;share/doc/kipcc/changelog.gz")
 set(TOOLS bin/kipcc-verify share/doc/kipcc-tools/copyright share/man/man1/kipcc-verify.1.gz share/doc/kipcc-tools/changelog.gz)
 if(HAS_KIPCONVERT)
   list(APPEND TOOLS bin/kipconvert share/man/man1/kipconvert.1.gz)
 endif()
 check(kipcc-tools
-  "Architecture: ${ARCHITECTURE};Depends: [^\n]*kipcc \\(= ${VERSION}\\);Depends: [^\n]*libhwy1 "
+  "Architecture: ${ARCHITECTURE};Depends: [^\n]*kipcc \\(= ${VERSION}\\);Depends: [^\n]*libhwy1(t64)? "
   "${TOOLS}")
 set(PACKAGE_DIR ${LIBDIR}/cmake/kipcc)
 check(kipcc-dev
