@@ -6,8 +6,7 @@
 #define HWY_TARGET_INCLUDE "kernels/decodebytes.cpp"
 #include "hwy/foreach_target.h"
 
-#include "engine/interleave-inl.h"
-#include "kernels/walk-inl.h"
+#include "kernels/decode-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kip {
@@ -17,40 +16,22 @@ namespace {
 using convert::ByteColours;
 using convert::ChromaColumns;
 using convert::DecodeWork;
-using convert::Interleaving;
-
-/// A batch of samples, 2^8 times as large, in two vectors: the even and the odd ones, or the first and the second half.
-struct Halves {
-  I16 of[2];
-};
 
 /// What chroma adds to the three results.
 struct Terms {
   I16 of[3];
 };
 
-template <class Chroma, ChromaColumns kColumns>
+/// Samples are 2^8 times as large on their way: the even and the odd ones, or the first and the second half.
+template <class C, ChromaColumns kOf>
 class DecodeBytes {
  public:
-  static constexpr int kBatch = kLanes<uint8_t>;
-
-  static void run(const DecodeWork& work) {
-    const DecodeBytes decode(work);
-    size_t x = 0;
-    for (; x + kBatch <= work.pixels; x += kBatch) {
-      decode.batch(work.luma + x, work.first + chromaBytes(x), work.third + chromaBytes(x), work.alpha + x,
-                   work.out + x * decode.bytesPerPixel());
-    }
-    if (x < work.pixels) decode.tail(work, x);
-  }
-
- private:
-  static constexpr bool kShared = kColumns != ChromaColumns::kEach;  // chroma samples of two pixels each
-  static constexpr bool kEvenOdd = kShared || sizeof(Chroma) == 1;   // the order of halves
+  using Luma = uint8_t;
+  using Chroma = C;
+  static constexpr ChromaColumns kColumns = kOf;
 
   KIP_INLINE explicit DecodeBytes(const DecodeWork& work)
-      : interleaving_(work.interleaving),
-        chromaShift_(work.colours->chromaShift),
+      : chromaShift_(work.colours->chromaShift),
         luma_(set(work.colours->luma)),
         lumaZero_(set(work.colours->lumaZero)),
         first_(set(work.colours->first)),
@@ -58,43 +39,17 @@ class DecodeBytes {
         third_(set(work.colours->third)),
         unit_(set<int16_t>(convert::kByteUnit)) {}
 
-  KIP_INLINE int bytesPerPixel() const { return interleaving_ == Interleaving::kTriple ? 3 : 4; }
-  static constexpr size_t chromaBytes(size_t pixels) { return (kShared ? pixels / 2 : pixels) * sizeof(Chroma); }
-
-  // Not inlined: it is the rare end of a row.
-  HWY_NOINLINE void tail(const DecodeWork& work, size_t x) const {
-    const size_t left = work.pixels - x;
-    alignas(64) uint8_t luma[kBatch] = {}, alpha[kBatch] = {}, out[4 * kBatch];
-    alignas(64) uint8_t chroma[2][kBatch * sizeof(Chroma)] = {};
-    std::memcpy(luma, work.luma + x, left);
-    if (interleaving_ != Interleaving::kTriple) std::memcpy(alpha, work.alpha + x, left);
-    // Shared chroma is in memory of our own, with room on both sides.
-    const uint8_t* from[2] = {work.first + chromaBytes(x), work.third + chromaBytes(x)};
-    for (int i = 0; i < 2 && !kShared; ++i) {
-      std::memcpy(chroma[i], from[i], chromaBytes(left));
-      from[i] = chroma[i];
-    }
-    batch(luma, from[0], from[1], alpha, out);
-    std::memcpy(work.out + x * bytesPerPixel(), out, left * bytesPerPixel());
-  }
-
-  KIP_INLINE void batch(const uint8_t* luma, const uint8_t* first, const uint8_t* third, const uint8_t* alpha,
-                        uint8_t* out) const {
+  KIP_INLINE void decode(const uint8_t* luma, const uint8_t* first, const uint8_t* third, U8 (&v)[3]) const {
     const Halves y = loadLuma(luma), a = loadChroma(first), b = loadChroma(third);
     Terms terms[2];
     terms[0] = termsOf(a.of[0], b.of[0]);
     terms[1] = kColumns == ChromaColumns::kPairs ? terms[0] : termsOf(a.of[1], b.of[1]);
-    U8 v[3];
     for (int o = 0; o < 3; ++o) v[o] = result(y, terms[0].of[o], terms[1].of[o]);
-    switch (interleaving_) {
-      case Interleaving::kTriple:
-        return ThreeChannels<uint8_t>::store(v[0], v[1], v[2], out);
-      case Interleaving::kQuad:
-        return FourInterleaved<uint8_t>::store(v[0], v[1], v[2], loadLane<uint8_t>(alpha), out);
-      case Interleaving::kQuadAlphaFirst:
-        return FourInterleaved<uint8_t>::store(loadLane<uint8_t>(alpha), v[0], v[1], v[2], out);
-    }
   }
+
+ private:
+  static constexpr bool kShared = kColumns != ChromaColumns::kEach;  // chroma samples of two pixels each
+  static constexpr bool kEvenOdd = kShared || sizeof(Chroma) == 1;   // the order of halves
 
   KIP_INLINE Halves loadLuma(const uint8_t* from) const {
     const auto luma = [&](U16 v) KIP_INLINE_LAMBDA { return hn::Sub(as<int16_t>(hn::MulHigh(v, luma_)), lumaZero_); };
@@ -151,7 +106,6 @@ class DecodeBytes {
     return kEvenOdd ? mergeBytes(a, b) : packBytesInOrder(a, b);
   }
 
-  Interleaving interleaving_;
   int chromaShift_;
   U16 luma_;
   I16 lumaZero_, first_, second_[2], third_, unit_;
@@ -160,8 +114,8 @@ class DecodeBytes {
 template <ChromaColumns kColumns>
 constexpr void add(convert::DecodeBytesKernels& kernels) {
   auto& row = kernels.decode[static_cast<int>(kColumns)];
-  row[0] = DecodeBytes<uint8_t, kColumns>::run;
-  row[1] = DecodeBytes<uint16_t, kColumns>::run;
+  row[0] = DecodeRow<DecodeBytes<uint8_t, kColumns>>::run;
+  row[1] = DecodeRow<DecodeBytes<uint16_t, kColumns>>::run;
 }
 
 constexpr convert::DecodeBytesKernels makeKernels() {

@@ -260,6 +260,53 @@ TEST(Plans, KeepNothingOfWhoeverStartedTheWorkers) {
   kipPlanFree(plan);
 }
 
+/// The planes of a picture without its first x columns, of which each sample has a byte.
+KipPlanes withoutColumns(const KipPicture& picture, const KipPlanes& planes, int x) {
+  KipPlanes rest = planes;
+  for (int p = 0; p < 4 && planes.plane[p] != nullptr; ++p) {
+    rest.plane[p] = static_cast<uint8_t*>(planes.plane[p]) + rowBytes(*kipFormatInfo(picture.format), p, x);
+  }
+  return rest;
+}
+
+/// Long rows are converted in segments. A picture without its first columns has them elsewhere, and the same results
+/// but at its own left edge.
+TEST(Plans, GiveTheSameBytesAcrossSegments) {
+  constexpr int kWidth = 4100, kHeight = 5, kCut = 1000, kEdge = 4;
+  constexpr KipFormat kPairs[][2] = {{kipFormatRGB24, kipFormatYUV420P}, {kipFormatBGRA, kipFormatNV12},
+                                     {kipFormatRGB24, kipFormatYUV422P}, {kipFormatBGRA, kipFormatYUV444P},
+                                     {kipFormatYUV420P, kipFormatRGB24}, {kipFormatNV12, kipFormatBGRA},
+                                     {kipFormatYUV422P, kipFormatRGB24}, {kipFormatYUV444P, kipFormatBGRA}};
+  for (const auto& pair : kPairs) {
+    for (const KipChromaSite site : {kipSiteLeft, kipSiteCenter}) {
+      const auto say = [&](KipFormat format, int width) {
+        return saying(format, width, kHeight, kipRangeLimited, site);
+      };
+      const KipPicture from = say(pair[0], kWidth), to = say(pair[1], kWidth);
+      Memory in(from), whole(to), part(to);
+      in.fillRandom(1);
+      KipPlan *ofWhole = make(from, to, defaults()),
+              *ofPart = make(say(pair[0], kWidth - kCut), say(pair[1], kWidth - kCut), defaults());
+      ASSERT_EQ(kipPlanRun(ofWhole, &in.planes, &whole.planes), kipStatusOk);
+      const KipPlanes source = withoutColumns(from, in.planes, kCut), result = withoutColumns(to, part.planes, kCut);
+      ASSERT_EQ(kipPlanRun(ofPart, &source, &result), kipStatusOk);
+      kipPlanFree(ofWhole), kipPlanFree(ofPart);
+      const KipFormatInfo& info = *kipFormatInfo(to.format);
+      const KipPlanes expected = withoutColumns(to, whole.planes, kCut + kEdge),
+                      found = withoutColumns(to, part.planes, kCut + kEdge);
+      for (int p = 0; p < info.planes; ++p) {
+        for (int y = 0; y < rowCount(info, p, kHeight); ++y) {
+          const auto row = [&](const KipPlanes& planes) {
+            return static_cast<const uint8_t*>(planes.plane[p]) + y * planes.step[p];
+          };
+          const size_t bytes = rowBytes(info, p, kWidth) - rowBytes(info, p, kCut + kEdge);
+          ASSERT_EQ(std::memcmp(row(expected), row(found), bytes), 0) << info.name << " plane " << p << " row " << y;
+        }
+      }
+    }
+  }
+}
+
 TEST(Plans, DitherKeepsTheMean) {
   const KipPicture from = picture(kipFormatGray16, 64, 64), to = picture(kipFormatGray8, 64, 64);
   KipPlanOptions options = defaults();

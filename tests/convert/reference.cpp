@@ -8,9 +8,6 @@
 #include <string>
 
 namespace kip::test {
-namespace {
-
-constexpr size_t kGap = 13;  // odd, so that rows of 16-bit samples are at odd addresses
 
 int64_t rowBytes(const KipFormatInfo& info, int plane, int width) {
   return (width + info.groupPixels[plane] - 1) / info.groupPixels[plane] * info.groupBytes[plane];
@@ -18,6 +15,10 @@ int64_t rowBytes(const KipFormatInfo& info, int plane, int width) {
 int rowCount(const KipFormatInfo& info, int plane, int height) {
   return (height + (1 << info.rowShift[plane]) - 1) >> info.rowShift[plane];
 }
+
+namespace {
+
+constexpr size_t kGap = 13;  // odd, so that rows of 16-bit samples are at odd addresses
 
 using Number = double;
 

@@ -8,6 +8,10 @@
 
 namespace kip::test {
 
+/// The bytes of a row of a plane, and how many rows it has.
+int64_t rowBytes(const KipFormatInfo& info, int plane, int width);
+int rowCount(const KipFormatInfo& info, int plane, int height);
+
 /// A picture in memory of its own.
 class Memory {
  public:
